@@ -1,0 +1,45 @@
+# Shared target settings: one place for the language standard, the warnings and the sanitizers.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release)
+endif()
+
+add_library(velmorant_settings INTERFACE)
+target_include_directories(velmorant_settings INTERFACE "${CMAKE_SOURCE_DIR}")
+target_compile_options(velmorant_settings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+if(VELMORANT_SANITIZE)
+    target_compile_options(velmorant_settings INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(velmorant_settings INTERFACE -fsanitize=address,undefined)
+endif()
+
+# velmorant_room(NAME [libraries...]): a static library of every .cpp file of the folder, or an
+# interface library where the folder holds headers alone. It sees only what it links.
+function(velmorant_room name)
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+    if(sources)
+        add_library(${name} STATIC ${sources})
+        target_link_libraries(${name} PUBLIC velmorant_settings ${ARGN})
+    else()
+        add_library(${name} INTERFACE)
+        target_link_libraries(${name} INTERFACE velmorant_settings ${ARGN})
+    endif()
+endfunction()
+
+# velmorant_test(NAME [libraries...]): one GoogleTest program of every *Test.cpp of the folder,
+# each of its tests known to CTest by name.
+include(GoogleTest)
+function(velmorant_test name)
+    file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE velmorant_settings ${ARGN} GTest::gmock GTest::gtest_main)
+    target_compile_definitions(${name} PRIVATE VELMORANT_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data")
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()
