@@ -7,6 +7,15 @@ if(NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE Release)
 endif()
 
+# A second build folder then costs little: both share what was compiled.
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+endif()
+
+# The program folder, assembled as it is installed.
+set(VELMORANT_PROGRAM_FOLDER "${CMAKE_BINARY_DIR}/program")
+
 add_library(velmorant_settings INTERFACE)
 target_include_directories(velmorant_settings INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(velmorant_settings INTERFACE

@@ -1,0 +1,28 @@
+#!/bin/sh
+# The include check must fail for each kind of forbidden include and pass without them.
+set -eu
+here=$(cd "$(dirname "$0")" && pwd)
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+mkdir -p "$scratch/track" "$scratch/ports" "$scratch/telemetry" "$scratch/library"
+
+try() { # expected result, file, include
+    printf '#include %s\n' "$3" >"$scratch/$2"
+    result=passes
+    "$here/check_includes.sh" "$scratch" >/dev/null || result=fails
+    rm "$scratch/$2"
+    [ "$result" = "$1" ] || {
+        echo "$2 with #include $3: the check $result"
+        exit 1
+    }
+}
+try passes track/clsDot.cpp '"ports/Timer.h"'
+try passes track/clsDot.cpp '<vector>'
+try passes library/frmMP4List.cpp '"track/clsDot.h"'
+try fails track/clsDot.cpp '<QString>'
+try fails track/clsDot.cpp '"library/frmMP4List.h"'
+try fails track/clsDot.cpp '"desktop/Application.h"'
+try fails track/clsDot.cpp '"clsDot.h"'
+try fails ports/Timer.h '"track/clsDot.h"'
+try fails telemetry/Reader.cpp '"ports/Timer.h"'
+try fails telemetry/Reader.cpp '<mpv/client.h>'
