@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ports/Waits.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace velmorant::fakes {
+
+/// Records every wait; `whenWaiting` is called in each, after it was recorded.
+class FakeWaits : public Waits {
+  public:
+    void sleep(std::chrono::milliseconds duration) override {
+        sleeps.push_back(duration.count());
+        total += duration.count();
+        if (log != nullptr)
+            log->push_back("sleep " + std::to_string(duration.count()));
+        if (whenWaiting)
+            whenWaiting();
+    }
+    void letEventsRun() override {
+        ++eventRuns;
+        if (log != nullptr)
+            log->push_back("events");
+        if (whenWaiting)
+            whenWaiting();
+    }
+
+    std::vector<std::int64_t> sleeps; ///< milliseconds
+    std::int64_t total = 0;
+    int eventRuns = 0;
+    std::vector<std::string>* log = nullptr; ///< shared with other fakes to see an order of calls
+    std::function<void()> whenWaiting;
+};
+
+} // namespace velmorant::fakes
