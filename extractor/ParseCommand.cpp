@@ -1,0 +1,74 @@
+#include "extractor/ParseCommand.h"
+
+#include <chrono>
+#include <filesystem>
+
+#include "extractor/TrackFileWriter.h"
+#include "telemetry/Extract.h"
+
+namespace velmorant::telemetry {
+
+namespace {
+
+enum ExitCode { done = 0, unusable = 1, wrongUse = 2, noAccess = 3 };
+
+// Leaves the rest of the 20 seconds for placing and writing the samples.
+constexpr std::chrono::seconds timeToRead{18};
+
+std::string joined(const std::vector<std::string>& arguments) {
+    std::string path;
+    for (const std::string& argument : arguments) {
+        path += (path.empty() ? "" : " ") + argument;
+    }
+    return path;
+}
+
+std::string absolute(const std::string& path) {
+    std::error_code error;
+    const auto whole = std::filesystem::absolute(path, error);
+    return error ? path : whole.string();
+}
+
+} // namespace
+
+int runParse(const std::vector<std::string>& arguments, const Environment& environment,
+             std::ostream& errors) {
+    const std::string path = joined(arguments);
+    if (path.empty()) {
+        errors << "usage: Parse RECORDING\n";
+        return wrongUse;
+    }
+    const auto folder = temporaryFolder(environment);
+    std::error_code folderError;
+    if (folder) {
+        std::filesystem::create_directories(*folder, folderError);
+    }
+    if (!folder || folderError) {
+        errors << "Parse: no temporary folder: "
+               << (folder ? *folder + ": " + folderError.message() : std::string("HOME is not set"))
+               << '\n';
+        return noAccess;
+    }
+    const auto deadline = std::chrono::steady_clock::now() + timeToRead;
+    ReadOptions options;
+    options.shouldStop = [deadline] { return std::chrono::steady_clock::now() >= deadline; };
+    const Result<Telemetry> outcome = extractFile(path, options);
+    if (!outcome) {
+        errors << "Parse: " << describe(outcome.error()) << '\n';
+    } else {
+        for (const Error& notice : outcome.value().notices) {
+            errors << "Parse: note: " << describe(notice) << '\n';
+        }
+    }
+    const auto problem = writeTrackFile(*folder + "/output.kml", absolute(path), outcome);
+    if (problem) {
+        errors << "Parse: " << *problem << '\n';
+        return noAccess;
+    }
+    if (!outcome) {
+        return outcome.error().kind == ErrorKind::unreadable ? noAccess : unusable;
+    }
+    return done;
+}
+
+} // namespace velmorant::telemetry

@@ -1,0 +1,23 @@
+// The extractor's command line: Parse PATH
+//
+// Writes the track file "output.kml" of the recording PATH into the temporary folder; a path that
+// arrives in several arguments is joined by single blanks. It ends within 20 seconds with what it
+// has read by then. Exit codes:
+//   0  the track file holds the recording's samples
+//   1  the recording cannot be used: the track file holds the reason, the error output one line
+//   2  wrong use
+//   3  the recording cannot be read, or the track file cannot be written
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "extractor/TemporaryFolder.h"
+
+namespace velmorant::telemetry {
+
+int runParse(const std::vector<std::string>& arguments, const Environment& environment,
+             std::ostream& errors);
+
+} // namespace velmorant::telemetry

@@ -1,0 +1,134 @@
+#include "telemetry/Extract.h"
+
+#include <algorithm>
+#include <array>
+
+#include "telemetry/FamilyTable.h"
+#include "telemetry/UtcTime.h"
+
+namespace velmorant::telemetry {
+
+namespace {
+
+bool mayOpenAFile(FourCharacterCode type) {
+    constexpr std::array known = {code("ftyp"), code("moov"), code("mdat"), code("free"),
+                                  code("skip"), code("wide"), code("uuid"), code("pnot"),
+                                  code("styp"), code("GPS "), code("udta")};
+    return std::find(known.begin(), known.end(), type) != known.end();
+}
+
+// Keeps the boxes and reads the movie header; what is wrong is noted with the input. An error for a
+// file that is no recording at all.
+std::optional<Error> readStructure(Recording& recording) {
+    Input& input = recording.input;
+    BoxWalker walker(input, 0, input.size(), {});
+    constexpr std::size_t mostBoxes = 65536;
+    while (recording.boxes.size() < mostBoxes && !input.stopped()) {
+        const auto box = walker.next();
+        if (!box) {
+            break;
+        }
+        if (recording.boxes.empty() && !mayOpenAFile(box->type)) {
+            return input.error(codeText(box->type), 0, "the file is no MP4 recording");
+        }
+        if (box->cut) {
+            input.note(input.error(codeText(box->type), box->offset,
+                                   "the box claims more bytes than the file has left: the file is "
+                                   "cut off or the size is wrong"));
+        }
+        if (box->type == code("moov") && !recording.movie) {
+            auto movie = readMovie(input, *box);
+            if (movie) {
+                recording.movie = std::move(movie.value());
+            } else {
+                input.note(movie.error());
+            }
+        }
+        recording.boxes.push_back(*box);
+    }
+    if (walker.error()) {
+        input.note(*walker.error());
+    }
+    if (recording.boxes.empty()) {
+        return input.error({}, 0, "the file is no MP4 recording");
+    }
+    return std::nullopt;
+}
+
+Telemetry finish(const Recording& recording, Collector& collector) {
+    std::int64_t creation = 0;
+    double duration = 0;
+    if (recording.movie) {
+        duration = recording.movie->duration;
+        creation = static_cast<std::int64_t>(
+                       std::min<std::uint64_t>(recording.movie->creation, UINT32_MAX)) -
+                   secondsFrom1904To1970;
+    }
+    return collector.finish(duration, std::max<std::int64_t>(creation, 0));
+}
+
+Result<Telemetry> withoutTelemetry(const Recording& recording) {
+    Input& input = recording.input;
+    if (!input.notes().empty()) {
+        return input.notes().front();
+    }
+    if (!recording.movie) {
+        return input.error("moov", input.size(),
+                           "the recording has no movie header: it was cut off");
+    }
+    if (!(recording.movie->duration > 0)) {
+        return input.error("moov/mvhd", recording.movie->box.offset,
+                           "the recording holds no telemetry and does not tell its length");
+    }
+    Collector none;
+    Telemetry telemetry = finish(recording, none);
+    telemetry.family = "none";
+    return telemetry;
+}
+
+} // namespace
+
+Result<Telemetry> extract(ByteSource& source, const ReadOptions& options) {
+    Input input(source, options);
+    if (source.size() == 0) {
+        return input.error({}, 0, "the file is empty");
+    }
+    Recording recording{input, {}, {}};
+    if (auto error = readStructure(recording)) {
+        return *error;
+    }
+    // A source with positions beats one that has accelerations alone.
+    std::optional<Telemetry> best;
+    for (const Family& family : families()) {
+        Collector collector;
+        if (!family.read(recording, collector) || collector.empty()) {
+            continue;
+        }
+        const bool withFixes = collector.hasFixes();
+        if (!best || withFixes) {
+            best = finish(recording, collector);
+            best->family = family.name;
+        }
+        if (withFixes) {
+            break;
+        }
+    }
+    if (!best || best->samples.empty()) {
+        return withoutTelemetry(recording);
+    }
+    best->notices = input.notes();
+    if (input.stopped()) {
+        best->notices.push_back(input.error({}, 0, "the time allowed for reading ran out"));
+    }
+    return std::move(*best);
+}
+
+Result<Telemetry> extractFile(const std::string& path, const ReadOptions& options) {
+    auto source = openFile(path);
+    if (!source) {
+        return source.error();
+    }
+    return extract(*source.value(), options);
+}
+
+} // namespace velmorant::telemetry

@@ -1,0 +1,16 @@
+// From a recording to its telemetry.
+#pragma once
+
+#include <string>
+
+#include "telemetry/Input.h"
+#include "telemetry/Samples.h"
+
+namespace velmorant::telemetry {
+
+// One sample per second of the recording; where it holds no telemetry, samples without a fix for
+// every second of its length (family "none"). An error where the file cannot be used at all.
+Result<Telemetry> extract(ByteSource& source, const ReadOptions& options = {});
+Result<Telemetry> extractFile(const std::string& path, const ReadOptions& options = {});
+
+} // namespace velmorant::telemetry

@@ -1,0 +1,157 @@
+#include "telemetry/Movie.h"
+
+#include <algorithm>
+
+namespace velmorant::telemetry {
+
+namespace {
+
+constexpr std::size_t mostChildren = 1024; // a list beyond this is no recorder's work
+
+struct MediaHeader {
+    std::uint64_t creation = 0;
+    std::uint32_t timescale = 0;
+    std::uint64_t duration = 0;
+};
+
+MediaHeader readMediaHeader(Input& input, const Box& box) {
+    const Bytes bytes = input.peek(
+        box.payload, static_cast<std::size_t>(std::min<std::uint64_t>(box.payloadSize, 36)));
+    const bool wide = bytes.u8(0) == 1;
+    MediaHeader header;
+    header.creation = wide ? bytes.u64be(4) : bytes.u32be(4);
+    header.timescale = bytes.u32be(wide ? 20 : 12);
+    header.duration = wide ? bytes.u64be(24) : bytes.u32be(16);
+    const std::uint64_t unknown = wide ? UINT64_MAX : UINT32_MAX;
+    if (header.duration == unknown) {
+        header.duration = 0;
+    }
+    return header;
+}
+
+// Calls `visit` for each child and notes a child that lies about its size.
+template <class Visit>
+void forEachChild(Input& input, const Box& parent, const std::string& path, Visit visit) {
+    BoxWalker walker(input, parent.payload, parent.end(), path);
+    for (std::size_t count = 0; count < mostChildren; ++count) {
+        const auto child = walker.next();
+        if (!child) {
+            break;
+        }
+        if (child->cut) {
+            input.note(input.error(path + "/" + codeText(child->type), child->offset,
+                                   "the box claims more bytes than the box around it has left"));
+        }
+        visit(*child);
+    }
+    if (walker.error()) {
+        input.note(*walker.error());
+    }
+}
+
+void readSampleTableBoxes(Input& input, const Box& stbl, MediaTrack& track) {
+    const std::string path = track.path + "/mdia/minf/stbl";
+    forEachChild(input, stbl, path, [&](const Box& box) {
+        switch (box.type) {
+        case code("stsd"):
+            // version and flags, entry count, then the first entry's size and format
+            track.format = input.peek(box.payload, 16).u32be(12);
+            break;
+        case code("stts"):
+            track.timeToSample = box;
+            break;
+        case code("stsc"):
+            track.sampleToChunk = box;
+            break;
+        case code("stsz"):
+            track.sampleSizes = box;
+            break;
+        case code("stz2"):
+            track.compactSizes = box;
+            break;
+        case code("stco"):
+            track.chunkOffsets = box;
+            break;
+        case code("co64"):
+            track.chunkOffsets64 = box;
+            break;
+        default:
+            break;
+        }
+    });
+}
+
+void readMedia(Input& input, const Box& mdia, MediaTrack& track) {
+    forEachChild(input, mdia, track.path + "/mdia", [&](const Box& box) {
+        if (box.type == code("mdhd")) {
+            const MediaHeader header = readMediaHeader(input, box);
+            track.timescale = header.timescale;
+            track.duration = header.duration;
+        } else if (box.type == code("hdlr")) {
+            track.handler = input.peek(box.payload, 12).u32be(8);
+        } else if (box.type == code("minf")) {
+            forEachChild(input, box, track.path + "/mdia/minf", [&](const Box& inner) {
+                if (inner.type == code("stbl")) {
+                    readSampleTableBoxes(input, inner, track);
+                }
+            });
+        }
+    });
+}
+
+double seconds(std::uint64_t units, std::uint32_t timescale) {
+    return timescale == 0 ? 0 : static_cast<double>(units) / timescale;
+}
+
+// The picture's length is the recording's; a header of the whole often disagrees by the length of
+// its longest side track.
+double lengthOf(const Movie& movie, double headerLength) {
+    for (const MediaTrack& track : movie.tracks) {
+        const double length = seconds(track.duration, track.timescale);
+        if (track.handler == code("vide") && length > 0) {
+            return length;
+        }
+    }
+    double longest = headerLength;
+    for (const MediaTrack& track : movie.tracks) {
+        longest = std::max(longest, seconds(track.duration, track.timescale));
+    }
+    return longest;
+}
+
+} // namespace
+
+Result<Movie> readMovie(Input& input, const Box& moov) {
+    Movie movie;
+    movie.box = moov;
+    double headerLength = 0;
+    forEachChild(input, moov, "moov", [&](const Box& box) {
+        if (box.type == code("mvhd")) {
+            const MediaHeader header = readMediaHeader(input, box);
+            movie.creation = header.creation;
+            headerLength = seconds(header.duration, header.timescale);
+        } else if (box.type == code("trak")) {
+            MediaTrack track;
+            track.path = "moov/trak[" + std::to_string(movie.tracks.size() + 1) + "]";
+            forEachChild(input, box, track.path, [&](const Box& inner) {
+                if (inner.type == code("mdia")) {
+                    readMedia(input, inner, track);
+                }
+            });
+            movie.tracks.push_back(std::move(track));
+        } else {
+            movie.children.push_back(box);
+            if (box.type == code("udta")) {
+                forEachChild(input, box, "moov/udta",
+                             [&](const Box& inner) { movie.userData.push_back(inner); });
+            }
+        }
+    });
+    if (movie.tracks.empty()) {
+        return input.error("moov", moov.offset, "the movie header holds no track");
+    }
+    movie.duration = lengthOf(movie, headerLength);
+    return movie;
+}
+
+} // namespace velmorant::telemetry

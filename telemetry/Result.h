@@ -1,0 +1,44 @@
+// The outcome of a step that can fail on bad input: the value, or an Error that names the place and
+// the cause. Nothing in this library throws because of what a file holds.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <variant>
+
+namespace velmorant::telemetry {
+
+enum class ErrorKind {
+    damaged,   // the file's structure or its telemetry cannot be used
+    unreadable // the operating system refused to open or read the file
+};
+
+struct Error {
+    std::string file; // the path as it was given
+    std::string box;  // path of boxes, for example "moov/trak[2]/mdia/minf/stbl/stsz"; may be empty
+    std::uint64_t offset = 0; // byte offset in the file of what could not be read
+    std::string reason;       // plain words, one line
+    ErrorKind kind = ErrorKind::damaged;
+};
+
+// "FILE: BOX at byte OFFSET: REASON" on one line, whatever bytes the path holds.
+std::string describe(const Error& error);
+
+template <class T>
+class Result {
+  public:
+    Result(T value) : state_(std::move(value)) {}
+    Result(Error error) : state_(std::move(error)) {}
+
+    bool ok() const { return state_.index() == 0; }
+    explicit operator bool() const { return ok(); }
+    const T& value() const { return std::get<0>(state_); }
+    T& value() { return std::get<0>(state_); }
+    const Error& error() const { return std::get<1>(state_); }
+
+  private:
+    std::variant<T, Error> state_;
+};
+
+} // namespace velmorant::telemetry

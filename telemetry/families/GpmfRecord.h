@@ -1,0 +1,40 @@
+// One key-length-value record of GPMF and the numbers in it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "telemetry/Box.h"
+
+namespace velmorant::telemetry {
+
+struct GpmfRecord {
+    FourCharacterCode key = 0;
+    char type = 0;
+    std::size_t structSize = 0;
+    std::size_t repeat = 0; // rows that the data really holds
+    Bytes data;
+};
+
+// Walks the records of a payload or of a record that holds further ones.
+class GpmfWalker {
+  public:
+    explicit GpmfWalker(Bytes bytes) : bytes_(bytes) {}
+    // False at the end, or at a record that claims more than is left.
+    bool next(GpmfRecord& record);
+
+  private:
+    Bytes bytes_;
+    std::size_t at_ = 0;
+};
+
+// The letters of a structure; "f[3]" in TYPE repeats a letter.
+std::string gpmfFields(const GpmfRecord& type);
+
+// All the numbers of the record's row, each divided by its scale. `fields` is used where the type
+// is
+// '?'; empty on a row that does not exist.
+std::vector<double> gpmfRow(const GpmfRecord& record, std::size_t row, const std::string& fields,
+                            const std::vector<double>& scale);
+
+} // namespace velmorant::telemetry
