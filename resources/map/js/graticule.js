@@ -1,0 +1,94 @@
+'use strict';
+// Lines of latitude and longitude at round degrees, with their figures at the view's edges: at
+// street zoom the base has nothing else to show where one is.
+(function (velmorantMap) {
+    const { mercator } = velmorantMap;
+    const LINE = '#2A3643';
+    const FIGURE = '#8E9BAA';
+    const HALO = '#10171F';
+    const FONT = '10px "DejaVu Sans", sans-serif';
+    const SPACING_PIXELS = 96;
+    const STEPS = [30, 20, 10, 5, 2, 1, 0.5, 0.2, 0.1, 0.05, 0.02, 0.01,
+        0.005, 0.002, 0.001, 0.0005, 0.0002, 0.0001];
+
+    function stepFor(zoom) {
+        const pixelsPerDegree = (256 * Math.pow(2, zoom)) / 360;
+        return STEPS.filter((step) => step * pixelsPerDegree >= SPACING_PIXELS).pop() || STEPS[0];
+    }
+
+    function decimals(step) {
+        return Math.max(0, Math.ceil(-Math.log10(step) - 1e-9));
+    }
+
+    function degreesText(value, step, positive, negative) {
+        const digits = Math.abs(value).toFixed(decimals(step));
+        const letter = Number(digits) === 0 ? '' : value > 0 ? positive : negative;
+        return `${digits}°${letter}`;
+    }
+
+    class Graticule {
+        constructor() {
+            this.visible = true;
+        }
+
+        // frame: the rectangle {left, top, right, bottom} of the canvas that is in sight.
+        paint(context, view, frame) {
+            if (!this.visible) return;
+            const step = stepFor(view.zoom);
+            const figures = [];
+            context.beginPath();
+            this.meridians(context, view, frame, step, figures);
+            this.parallels(context, view, frame, step, figures);
+            context.lineWidth = 1;
+            context.strokeStyle = LINE;
+            context.stroke();
+            this.paintFigures(context, figures);
+        }
+
+        meridians(context, view, frame, step, figures) {
+            const degree = view.world / 360;
+            const zero = view.left;
+            const first = Math.ceil(-zero / degree / step);
+            const last = Math.floor((view.width - zero) / degree / step);
+            for (let k = first; k <= last; k += 1) {
+                const x = Math.round(zero + k * step * degree) + 0.5;
+                context.moveTo(x, 0);
+                context.lineTo(x, view.height);
+                const longitude = ((((k * step + 180) % 360) + 360) % 360) - 180;
+                if (x > frame.left + 50 && x < frame.right - 60) {
+                    figures.push([degreesText(longitude, step, 'E', 'W'), x, frame.top + 8, 'center']);
+                }
+            }
+        }
+
+        parallels(context, view, frame, step, figures) {
+            const latitudeAt = (pixel) => mercator.latitude((pixel - view.top) / view.scale);
+            const highest = Math.min(85, latitudeAt(0));
+            const lowest = Math.max(-85, latitudeAt(view.height));
+            for (let k = Math.ceil(lowest / step); k * step <= highest; k += 1) {
+                const y = Math.round(mercator.y(k * step) * view.scale + view.top) + 0.5;
+                context.moveTo(0, y);
+                context.lineTo(view.width, y);
+                if (y > frame.top + 84 && y < frame.bottom - 40) {
+                    figures.push([degreesText(k * step, step, 'N', 'S'), frame.left + 4, y, 'left']);
+                }
+            }
+        }
+
+        paintFigures(context, figures) {
+            context.font = FONT;
+            context.textBaseline = 'middle';
+            context.lineJoin = 'round';
+            context.lineWidth = 3;
+            context.strokeStyle = HALO;
+            context.fillStyle = FIGURE;
+            for (const [text, x, y, align] of figures) {
+                context.textAlign = align;
+                context.strokeText(text, x, y);
+                context.fillText(text, x, y);
+            }
+        }
+    }
+
+    velmorantMap.Graticule = Graticule;
+})(window.velmorantMap);

@@ -1,0 +1,93 @@
+'use strict';
+// Where the map looks: it shows all routes as they come until the user looks elsewhere, and keeps
+// the car in view while "follow" is on.
+(function (velmorantMap) {
+    const { mercator } = velmorantMap;
+    const FIT_DELAY_MS = 250;
+    const FIT_ZOOM = 17;
+    const USER_PAUSE_MS = 8000;
+    const INNER = 0.2;
+
+    class ViewControl {
+        constructor(map, table, follow) {
+            this.map = map;
+            this.table = table;
+            this.follow = follow;
+            this.automatic = true;
+            this.timer = 0;
+            this.touched = -Infinity;
+            this.moving = false;
+            map.on('dragstart', () => this.userMoved());
+            const container = map.getContainer();
+            container.addEventListener('wheel', () => this.userMoved(), { passive: true });
+            container.addEventListener('keydown', (event) => {
+                if (/^(Arrow|[-+=]$)/.test(event.key)) this.userMoved();
+            });
+            container.addEventListener('dblclick', () => this.userMoved());
+        }
+
+        userMoved() {
+            this.automatic = false;
+            this.touched = performance.now();
+        }
+
+        routesChanged() {
+            if (this.table.shown.size === 0) this.automatic = true;
+            if (!this.automatic || this.timer !== 0) return;
+            this.timer = setTimeout(() => {
+                this.timer = 0;
+                if (this.automatic) this.fit([...this.table.shown.values()]);
+            }, FIT_DELAY_MS);
+        }
+
+        fitAll() {
+            this.automatic = true;
+            this.fit([...this.table.shown.values()]);
+        }
+
+        fitActive() {
+            this.automatic = false;
+            if (this.table.active !== null) this.fit([this.table.active]);
+        }
+
+        fit(routes) {
+            const placed = routes.filter((route) => !route.isEmpty());
+            if (placed.length === 0) return;
+            const box = { left: Infinity, right: -Infinity, top: Infinity, bottom: -Infinity };
+            const first = placed[0].bounds;
+            for (const { bounds } of placed) {
+                // The copy of the world nearest to the first route, for routes at the date line.
+                const shift = Math.round((first.left - bounds.left) / mercator.WORLD) * mercator.WORLD;
+                box.left = Math.min(box.left, bounds.left + shift);
+                box.right = Math.max(box.right, bounds.right + shift);
+                box.top = Math.min(box.top, bounds.top);
+                box.bottom = Math.max(box.bottom, bounds.bottom);
+            }
+            const corner = (x, y) => [mercator.latitude(y), mercator.longitude(x)];
+            const bounds = L.latLngBounds(corner(box.left, box.bottom), corner(box.right, box.top));
+            this.map.fitBounds(bounds, {
+                paddingTopLeft: [44, 24], paddingBottomRight: [44, 32], maxZoom: FIT_ZOOM, animate: false,
+            });
+        }
+
+        setFollow(on) {
+            this.follow = on;
+            this.touched = -Infinity;
+        }
+
+        // Pans only when the car nears the edge, so that the picture stands still most of the time.
+        keepInView(latLng) {
+            if (!this.follow || performance.now() - this.touched < USER_PAUSE_MS) return;
+            const size = this.map.getSize();
+            const copy = Math.round((this.map.getCenter().lng - latLng.lng) / 360) * 360;
+            const place = [latLng.lat, latLng.lng + copy];
+            const point = this.map.latLngToContainerPoint(place);
+            const margin = size.multiplyBy(INNER);
+            if (point.x > margin.x && point.x < size.x - margin.x &&
+                point.y > margin.y && point.y < size.y - margin.y) return;
+            this.map.panTo(place, { animate: size.contains(point), duration: 0.4 });
+        }
+    }
+
+    velmorantMap.ViewControl = ViewControl;
+})(window.velmorantMap);
