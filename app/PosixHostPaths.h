@@ -1,0 +1,42 @@
+#pragma once
+
+#include "ports/HostPaths.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velmorant {
+
+/// Looks up an environment variable; absent when it is not set.
+using EnvironmentLookup = std::function<std::optional<std::string>(const std::string&)>;
+
+/// Host paths of a POSIX system, by the XDG base directories; a base directory that is not absolute
+/// counts as not set. The separator is "/"; several in a row count as one, one at the end as none.
+class PosixHostPaths : public HostPaths {
+  public:
+    /// `programFolder` is the folder in which the executable lies.
+    PosixHostPaths(EnvironmentLookup environment, std::string programFolder);
+
+    std::string globalConfigurationFile() const override;
+    std::string programFile(const std::string& relative) const override;
+    std::string writableProgramFile(const std::string& relative) const override;
+    std::string temporaryFolder() const override;
+    std::string executable(const std::string& relative) const override;
+    std::string join(const std::string& folder, const std::string& name) const override;
+    std::vector<std::string> components(const std::string& path) const override;
+    std::string shortcutEnding() const override;
+
+    /// Whether the user may write into the program folder; where not, the program cannot update
+    /// itself.
+    bool programFolderIsWritable() const;
+
+  private:
+    std::string userFolder(const std::string& variable, const std::string& belowHome) const;
+
+    EnvironmentLookup m_environment;
+    std::string m_programFolder;
+};
+
+} // namespace velmorant
