@@ -1,0 +1,12 @@
+#pragma once
+
+#include "ports/Clock.h"
+
+namespace velmorant {
+
+class QtClock : public Clock {
+  public:
+    LocalTime localTime() const override;
+};
+
+} // namespace velmorant

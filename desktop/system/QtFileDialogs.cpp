@@ -1,0 +1,108 @@
+#include "desktop/system/QtFileDialogs.h"
+
+#include "common/textRules.h"
+#include <QApplication>
+#include <QFileDialog>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QStringList>
+#include <cstddef>
+#include <utility>
+
+namespace velmorant {
+namespace {
+
+QString memoryKey(bool open) {
+    return open ? QStringLiteral("folders/open") : QStringLiteral("folders/save");
+}
+
+/// The ending of a filter "JPG format file (*.jpg)", without the dot; empty for none.
+QString endingOf(const QString& nameFilter) {
+    const qsizetype start = nameFilter.lastIndexOf(QLatin1String("*."));
+    if (start < 0)
+        return {};
+    QString ending = nameFilter.mid(start + 2);
+    ending.truncate(ending.indexOf(QLatin1Char(')')));
+    return ending == QLatin1String("*") ? QString() : ending;
+}
+
+} // namespace
+
+QtFileDialogs::QtFileDialogs(HandlerGate& gate, std::string memoryFile)
+    : gate_(gate), memoryFile_(QString::fromStdString(memoryFile)) {}
+
+QStringList QtFileDialogs::nameFilters(const std::string& filter) {
+    const std::vector<std::string> parts = split(filter, '|');
+    QStringList filters;
+    for (std::size_t i = 0; i + 1 < parts.size(); i += 2) {
+        QString patterns = QString::fromStdString(parts[i + 1]);
+        patterns.replace(QLatin1Char(';'), QLatin1Char(' '));
+        filters << QString::fromStdString(parts[i]) + QLatin1String(" (") + patterns +
+                       QLatin1String(")");
+    }
+    return filters;
+}
+
+std::string QtFileDialogs::openFiles(const OpenFilesRequest& request) {
+    QFileDialog dialog(QApplication::activeWindow(), QString::fromStdString(request.title));
+    dialog.setFileMode(QFileDialog::ExistingFiles);
+    dialog.setNameFilters(nameFilters(request.filter));
+    if (!run(dialog, Kind::Open))
+        return {};
+    const QStringList files = dialog.selectedFiles();
+    if (files.size() == 1)
+        return files.front().toStdString();
+    std::string result = dialog.directory().absolutePath().toStdString();
+    for (const QString& file : files)
+        result += '\0' + QFileInfo(file).fileName().toStdString();
+    return result;
+}
+
+std::string QtFileDialogs::saveFile(const SaveFileRequest& request) {
+    QFileDialog dialog(QApplication::activeWindow(), QString::fromStdString(request.title));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    const QStringList filters = nameFilters(request.filter);
+    dialog.setNameFilters(filters);
+    if (!filters.isEmpty())
+        dialog.setDefaultSuffix(endingOf(filters.front()));
+    QObject::connect(
+        &dialog, &QFileDialog::filterSelected, &dialog,
+        [&dialog](const QString& chosen) { dialog.setDefaultSuffix(endingOf(chosen)); });
+    dialog.setDirectory(lastFolder(Kind::Save));
+    dialog.selectFile(QString::fromStdString(request.defaultName));
+    return run(dialog, Kind::Save) ? dialog.selectedFiles().value(0).toStdString() : std::string();
+}
+
+bool QtFileDialogs::run(QFileDialog& dialog, Kind kind) {
+    // One look on every desktop, reachable by the keyboard, in the program's own colours.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    if (kind == Kind::Open)
+        dialog.setDirectory(lastFolder(kind));
+    const HandlerGate::ModalScope modal(gate_);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return false;
+    keepFolder(kind, QFileInfo(dialog.selectedFiles().front()).absolutePath());
+    return true;
+}
+
+QString QtFileDialogs::lastFolder(Kind kind) const {
+    QString folder = folders_[static_cast<std::size_t>(kind)];
+    if (folder.isEmpty() && !memoryFile_.isEmpty()) {
+        const QSettings memory(memoryFile_, QSettings::IniFormat);
+        folder = memory.value(memoryKey(kind == Kind::Open)).toString();
+    }
+    if (!folder.isEmpty() && QFileInfo(folder).isDir())
+        return folder;
+    return QStandardPaths::writableLocation(kind == Kind::Open ? QStandardPaths::MoviesLocation
+                                                               : QStandardPaths::PicturesLocation);
+}
+
+void QtFileDialogs::keepFolder(Kind kind, const QString& folder) {
+    folders_[static_cast<std::size_t>(kind)] = folder;
+    if (!memoryFile_.isEmpty())
+        QSettings(memoryFile_, QSettings::IniFormat)
+            .setValue(memoryKey(kind == Kind::Open), folder);
+}
+
+} // namespace velmorant

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "desktop/system/HandlerGate.h"
+#include "ports/MessageBox.h"
+
+namespace velmorant {
+
+/// Message boxes over the window that is active.
+class QtMessageBox : public MessageBox {
+  public:
+    /// The label of a button in the present language.
+    using ButtonText = std::function<std::string(MessageAnswer)>;
+
+    QtMessageBox(HandlerGate& gate, ButtonText buttonText);
+    MessageAnswer show(const std::string& text, const std::string& title,
+                       MessageStyle style) override;
+
+  private:
+    HandlerGate& gate_;
+    ButtonText buttonText_;
+};
+
+} // namespace velmorant

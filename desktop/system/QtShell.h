@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ports/Shell.h"
+#include <QString>
+#include <functional>
+#include <memory>
+
+class QProcess;
+class QUrl;
+
+namespace velmorant {
+
+/// Starts programs as children of this process and hands everything else - web addresses, folders,
+/// documents - to the desktop's own association.
+///
+/// Results of execute(): 42 for success, 2 for a file that does not exist, 5 for one that may not
+/// be run, 31 when the desktop has nothing that opens it.
+class QtShell : public Shell {
+  public:
+    using OpenAddress = std::function<bool(const QUrl&)>;
+
+    /// `openAddress` hands an address to the desktop; the default is the toolkit's.
+    explicit QtShell(OpenAddress openAddress = {});
+    /// A hidden program ends with this object, a visible one goes on.
+    ~QtShell() override;
+    QtShell(const QtShell&) = delete;
+    QtShell& operator=(const QtShell&) = delete;
+
+    int execute(const std::string& verb, const std::string& file, const std::string& parameters,
+                const std::string& folder, ShowWindow show) override;
+    std::string lastErrorDescription() const override { return error_; }
+    void stopLastProgram() override;
+
+  private:
+    int startProgram(const QString& file, const QString& parameters, const QString& folder,
+                     ShowWindow show);
+    int openByDesktop(const QUrl& url, const std::string& name);
+    int fail(int result, const std::string& description);
+    void releaseLastProgram();
+
+    OpenAddress openAddress_;
+    std::unique_ptr<QProcess> program_;
+    ShowWindow show_ = ShowWindow::Hidden;
+    std::string error_;
+};
+
+} // namespace velmorant

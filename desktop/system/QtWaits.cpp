@@ -1,0 +1,89 @@
+#include "desktop/system/QtWaits.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QEventLoop>
+#include <QTimer>
+#include <QWindow>
+#include <algorithm>
+
+namespace velmorant {
+namespace {
+
+bool isUserInput(QEvent::Type type) {
+    switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::ContextMenu:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::Drop:
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Lets the input of one window through and swallows that of all others.
+class InputFilter : public QObject {
+  public:
+    explicit InputFilter(const QWidget& window) : window_(window) {
+        qApp->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* receiver, QEvent* event) override {
+        return isUserInput(event->type()) && !belongs(receiver);
+    }
+
+  private:
+    bool belongs(QObject* receiver) const {
+        if (const auto* widget = qobject_cast<QWidget*>(receiver))
+            return widget->window() == &window_;
+        return receiver == window_.windowHandle();
+    }
+
+    const QWidget& window_;
+};
+
+template <typename Run>
+void runGuarded(const QWidget* answering, Run run) {
+    if (!answering || !answering->isVisible()) {
+        run(QEventLoop::ExcludeUserInputEvents);
+        return;
+    }
+    const InputFilter filter(*answering);
+    run(QEventLoop::AllEvents);
+}
+
+} // namespace
+
+void QtWaits::sleep(std::chrono::milliseconds duration) {
+    runGuarded(answering_, [duration](QEventLoop::ProcessEventsFlags flags) {
+        QEventLoop loop;
+        QTimer end;
+        end.setTimerType(Qt::PreciseTimer);
+        end.setSingleShot(true);
+        QObject::connect(&end, &QTimer::timeout, &loop, &QEventLoop::quit);
+        end.start(std::max(duration, std::chrono::milliseconds(0)));
+        loop.exec(flags);
+    });
+}
+
+void QtWaits::letEventsRun() {
+    runGuarded(answering_, [](QEventLoop::ProcessEventsFlags flags) {
+        QCoreApplication::processEvents(flags);
+    });
+}
+
+void QtWaits::setAnsweringWindow(QWidget* window) {
+    answering_ = window;
+}
+
+} // namespace velmorant

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "ports/Waits.h"
+#include <QPointer>
+#include <QWidget>
+
+namespace velmorant {
+
+/// Waits of a handler. User input that comes meanwhile is delivered after the wait; timers and
+/// other events that would call the logic are held back by the HandlerGate.
+class QtWaits : public Waits {
+  public:
+    void sleep(std::chrono::milliseconds duration) override;
+    void letEventsRun() override;
+
+    /// The window that keeps answering the user during waits, for its "Cancel"; null: none.
+    /// Not owned.
+    void setAnsweringWindow(QWidget* window);
+
+  private:
+    QPointer<QWidget> answering_;
+};
+
+} // namespace velmorant
