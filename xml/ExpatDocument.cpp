@@ -183,6 +183,17 @@ std::optional<std::string> ExpatDocument::elementText(const std::string& name) c
     return std::string(textOf(*found));
 }
 
+std::optional<std::string> ExpatDocument::rootAttribute(const std::string& name) const {
+    const Index wanted = nameIndex(name);
+    if (wanted == none || elements_.empty())
+        return std::nullopt;
+    const Element& root = elements_.front();
+    for (Index i = root.firstAttribute; i < root.attributeEnd; ++i)
+        if (attributes_[i].name == wanted)
+            return attributes_[i].value;
+    return std::nullopt;
+}
+
 void ExpatDocument::writeStart(std::string& out, const Element& element) const {
     out += '<';
     out += names_[element.name];

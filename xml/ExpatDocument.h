@@ -38,6 +38,7 @@ class ExpatDocument : public XmlDocument {
     std::optional<std::string_view> childText(std::size_t index,
                                               std::string_view child) const override;
     std::optional<std::string> elementText(const std::string& name) const override;
+    std::optional<std::string> rootAttribute(const std::string& name) const override;
 
   private:
     friend class ExpatBuilder;

@@ -17,6 +17,7 @@ struct XmlContent {
     using Record = std::vector<std::pair<std::string, std::string>>;
     std::vector<std::pair<std::string, Record>> records;
     std::map<std::string, std::string> elements;
+    std::map<std::string, std::string> rootAttributes;
 };
 
 /// Documents by path; an unknown path cannot be loaded.
@@ -48,6 +49,12 @@ class FakeXmlDocument : public XmlDocument {
             if (name == child)
                 return text;
         return std::nullopt;
+    }
+    std::optional<std::string> rootAttribute(const std::string& name) const override {
+        const auto attribute = content.rootAttributes.find(name);
+        if (attribute == content.rootAttributes.end())
+            return std::nullopt;
+        return attribute->second;
     }
     std::optional<std::string> elementText(const std::string& name) const override {
         const auto element = content.elements.find(name);

@@ -228,6 +228,16 @@ TEST_F(ExpatDocumentTest, leaves_the_old_file_whole_when_a_save_fails) {
                 StartsWith(path("nowhere/x.xml") + ": cannot be written"));
 }
 
+TEST_F(ExpatDocumentTest, reads_the_attributes_of_the_root_alone) {
+    ExpatDocument document;
+    EXPECT_EQ(document.rootAttribute("a"), std::nullopt);
+    document.loadText("<r a='1 &amp; 2' b=''><x a='3' c='4'/></r>");
+    EXPECT_EQ(document.rootAttribute("a"), "1 & 2");
+    EXPECT_EQ(document.rootAttribute("b"), "");
+    EXPECT_EQ(document.rootAttribute("c"), std::nullopt);
+    EXPECT_EQ(document.rootAttribute("d"), std::nullopt);
+}
+
 TEST_F(ExpatDocumentTest, reads_an_hour_of_samples_over_many_pieces) {
     const std::string file = write("output.kml", samples(3600));
     ExpatDocument document;
