@@ -1,0 +1,141 @@
+#include "tools/card/Card.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+#include "tools/card/Interleave.h"
+#include "tools/card/Picture.h"
+#include "telemetry/UtcTime.h"
+
+namespace velmorant::recordings {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::int64_t firstStart = 1718188245; // 2024-06-12 10:30:45 UTC
+constexpr std::int64_t midnight = 1718236800;   // the day's end
+
+enum class Kind { ordinary, lateFix, withoutGps, powerLoss };
+
+struct Entry {
+    std::int64_t start;
+    Kind kind;
+    bool locked;
+};
+
+// The special recordings stand at fixed places, so that the same card comes out every time.
+std::vector<Entry> entriesOf(const CardPlan& plan) {
+    std::vector<Entry> entries;
+    std::int64_t start = firstStart;
+    for (int i = 0; i < plan.recordings; ++i) {
+        Entry entry{start, Kind::ordinary, i % 5 == 2};
+        if (plan.recordings >= 6) {
+            const int fromEnd = plan.recordings - 1 - i;
+            entry.kind = i == 1         ? Kind::lateFix
+                         : fromEnd == 2 ? Kind::withoutGps
+                         : fromEnd == 1 ? Kind::powerLoss
+                                        : Kind::ordinary;
+            if (fromEnd == 0) {
+                entry.start = std::max(start, midnight - plan.seconds / 2);
+            }
+        }
+        entries.push_back(entry);
+        start += plan.seconds;
+    }
+    return entries;
+}
+
+fs::path pathOf(const fs::path& folder, const Entry& entry) {
+    const auto time = telemetry::civilFromMilliseconds(entry.start * 1000);
+    char day[32];
+    char name[32];
+    std::snprintf(day, sizeof day, "%04d%02d%02d", time.year, time.month, time.day);
+    std::snprintf(name, sizeof name, "%02d%02d%02d%s.MP4", time.hour, time.minute,
+                  static_cast<int>(time.second), entry.locked ? "_P" : "");
+    return folder / day / name;
+}
+
+ByteVector readAll(const fs::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+std::optional<std::string> writeAll(const fs::path& path, const ByteVector& bytes) {
+    std::ofstream out(path, std::ios::binary);
+    out.write(reinterpret_cast<const char*>(bytes.data()),
+              static_cast<std::streamsize>(bytes.size()));
+    out.close();
+    return out ? std::nullopt : std::optional(path.string() + ": cannot be written");
+}
+
+class CardWriter {
+  public:
+    explicit CardWriter(const CardPlan& plan) : plan_(plan), driver_(Place{}, 65, 20240612) {}
+
+    std::optional<std::string> write() {
+        for (const Entry& entry : entriesOf(plan_)) {
+            if (auto problem = write(entry)) {
+                return problem;
+            }
+        }
+        return std::nullopt;
+    }
+
+  private:
+    std::optional<std::string> write(const Entry& entry) {
+        const fs::path path = pathOf(plan_.folder, entry);
+        fs::create_directories(path.parent_path());
+        if (picture_.empty() || plan_.pictures == PictureUse::ownForEach) {
+            const fs::path raw = path.string() + ".part";
+            const auto problem =
+                encodePicture({entry.start, plan_.seconds, plan_.pictureSize}, raw.string());
+            if (problem) {
+                return problem;
+            }
+            picture_ = readAll(raw);
+            fs::remove(raw);
+        }
+        auto drive = driver_.drive(entry.start, plan_.seconds);
+        if (entry.kind == Kind::lateFix) {
+            loseFix(drive, 0, static_cast<std::size_t>(std::min(20, plan_.seconds / 3)) - 1);
+        }
+        std::vector<ByteVector> blocks;
+        for (const DriveSecond& second : drive) {
+            blocks.push_back(freeGpsBlock(second, plan_.layout));
+        }
+        if (entry.kind == Kind::withoutGps) {
+            blocks.clear();
+        }
+        auto recording = interleave(picture_, blocks);
+        if (!recording) {
+            return "ffmpeg wrote a file of an unexpected shape";
+        }
+        setCreation(*recording, entry.start);
+        if (entry.kind == Kind::powerLoss) {
+            recording = cutOff(*recording, 0.6);
+        }
+        std::cout << path.string() << '\n';
+        return writeAll(path, *recording);
+    }
+
+    const CardPlan& plan_;
+    Driver driver_;
+    ByteVector picture_;
+};
+
+} // namespace
+
+std::optional<std::string> writeCard(const CardPlan& plan) {
+    try {
+        return CardWriter(plan).write();
+    } catch (const fs::filesystem_error& error) {
+        return error.what();
+    }
+}
+
+} // namespace velmorant::recordings

@@ -1,0 +1,29 @@
+#include "tools/recordings/ByteWriter.h"
+
+namespace velmorant::recordings {
+
+ByteWriter& ByteWriter::text(std::string_view value) {
+    bytes_.insert(bytes_.end(), value.begin(), value.end());
+    return *this;
+}
+
+ByteWriter& ByteWriter::append(const ByteVector& value) {
+    bytes_.insert(bytes_.end(), value.begin(), value.end());
+    return *this;
+}
+
+ByteWriter& ByteWriter::big(std::uint64_t value, int width) {
+    for (int shift = 8 * (width - 1); shift >= 0; shift -= 8) {
+        bytes_.push_back(static_cast<std::uint8_t>(value >> shift));
+    }
+    return *this;
+}
+
+ByteWriter& ByteWriter::little(std::uint64_t value, int width) {
+    for (int i = 0; i < width; ++i) {
+        bytes_.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+    }
+    return *this;
+}
+
+} // namespace velmorant::recordings
