@@ -20,6 +20,8 @@ add_library(velmorant_settings INTERFACE)
 target_include_directories(velmorant_settings INTERFACE "${CMAKE_SOURCE_DIR}")
 target_compile_options(velmorant_settings INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+# GCC 12 reports "literal" + std::string as an overlapping copy when it optimises (GCC PR105651).
+target_compile_options(velmorant_settings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 if(VELMORANT_SANITIZE)
     target_compile_options(velmorant_settings INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

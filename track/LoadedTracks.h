@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -13,14 +14,16 @@ namespace velmorant {
 
 /// What the extractor says of one sample beyond the dot of the same number.
 struct SampleDetails {
-    bool hasFix = true;       ///< false: the place is the last one known, the speed unknown
-    double strongestG = 0;    ///< the second's strongest sum of accelerations; the dot holds a mean
-    std::string recordedTime; ///< the time as the recorder wrote it; empty when unknown
+    bool hasFix = true;               ///< false: the place is the last one known, the speed is 0
+    std::string fixReason;            ///< why there is no fix
+    std::optional<double> strongestG; ///< in g, of the second's readings; the dot holds their mean
+    std::optional<double> altitude;   ///< metres
+    std::string recordedTime;         ///< as the recorder wrote it; empty when unknown
 };
 
 /// What the extractor says of a whole recording.
 struct TrackDetails {
-    std::string timeBase;               ///< where the UTC times come from; empty when unknown
+    std::string timeBase; ///< "utc", "camera", "creation" or "none"; empty when unknown
     std::vector<SampleDetails> samples; ///< sample i belongs to dot i + 1; may be empty
 };
 

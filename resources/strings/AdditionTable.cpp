@@ -18,6 +18,8 @@ constexpr Row rows[] = {
     {"configuration.notKept",
      {"The settings apply now, but they could not be kept for the next start:",
       "設定現在已生效，但無法保存供下次啟動使用："}},
+    {"extraction.more", {"... and %1 more files", "……以及另外 %1 個檔案"}},
+    {"extraction.title", {"Reading tracks", "正在讀取軌跡"}},
     {"list.fileMissing", {"Not played, the file is missing: %1", "未播放，檔案不存在：%1"}},
     {"list.notExtracted",
      {"Not played, its track has not been read: %1", "未播放，尚未讀取其軌跡：%1"}},

@@ -39,11 +39,11 @@ TEST(LoadedTracks, keeps_tracks_in_the_order_of_adding) {
 TEST(LoadedTracks, finds_a_track_and_its_details_by_key) {
     LoadedTracks tracks;
     tracks.add("1No", trackOf(1));
-    tracks.add("2No", trackOf(2), TrackDetails{"GPS", {SampleDetails{false, 1.5, ""}}});
+    tracks.add("2No", trackOf(2), TrackDetails{"utc", {SampleDetails{false, "jump", 1.5, {}, ""}}});
     ASSERT_NE(tracks.find("2No"), nullptr);
     EXPECT_EQ(tracks.find("2No")->lSerial(), 2);
     ASSERT_NE(tracks.details("2No"), nullptr);
-    EXPECT_EQ(tracks.details("2No")->timeBase, "GPS");
+    EXPECT_EQ(tracks.details("2No")->timeBase, "utc");
     ASSERT_EQ(tracks.details("2No")->samples.size(), 1u);
     EXPECT_FALSE(tracks.details("2No")->samples[0].hasFix);
     EXPECT_EQ(tracks.find("3No"), nullptr);

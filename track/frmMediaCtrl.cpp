@@ -1,0 +1,152 @@
+#include "track/frmMediaCtrl.h"
+
+#include "common/StepError.h"
+#include "common/textRules.h"
+#include "common/trapErrors.h"
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <vector>
+
+namespace velmorant {
+
+namespace {
+
+constexpr std::chrono::milliseconds pollInterval{200};
+/// A page that does not answer for this long has lost the question.
+constexpr int ticksToWait = 25;
+constexpr double unitsPerDegree = 10'000'000.0;
+
+bool isPlainArgument(std::string_view text) {
+    constexpr std::string_view marks = "+-.|!/ ";
+    return std::all_of(text.begin(), text.end(), [&](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+               marks.find(c) != std::string_view::npos;
+    });
+}
+
+} // namespace
+
+bool PickedPlace::isPending(std::string_view varLocal) {
+    return characterCount(varLocal) > 2;
+}
+
+PickedPlace PickedPlace::read(std::string_view varLocal) {
+    const std::size_t lead = leftCharacters(varLocal, 1).size();
+    const std::vector<std::string> parts = split(varLocal.substr(lead), ',');
+    if (parts.size() < 2)
+        throw StepError("Subscript out of range: the page's place has no latitude");
+    return {toInt32(toDouble(parts[0]) * unitsPerDegree),
+            toInt32(toDouble(parts[1]) * unitsPerDegree)};
+}
+
+frmMediaCtrl::frmMediaCtrl(const MediaCtrlNeeds& needs) : m_needs(needs) {
+    m_needs.tGetMapLocal.setInterval(pollInterval);
+    m_needs.tGetMapLocal.onTick([this] { poll(); });
+}
+
+void frmMediaCtrl::Load() {
+    trapErrors([this] {
+        m_needs.backgroundSkin.load(m_needs.paths.programFile("skin/support/rightback.mp4"));
+        m_needs.controlSkin.load(m_needs.paths.programFile("skin/media/ctl.MP4"));
+    });
+    trapErrors([this] { navigate(); });
+    m_tag = "0";
+}
+
+void frmMediaCtrl::navigate() {
+    const std::string base = m_needs.serverBase ? *m_needs.serverBase : m_needs.texts.byId(1);
+    m_needs.htmlView.navigate(base + "DeskMap.asp?LangID=1028");
+}
+
+void frmMediaCtrl::DocumentComplete(const std::string& address) {
+    trapErrors([&] {
+        if (!equalsIgnoringCase(m_needs.htmlView.documentUrl(), address))
+            return;
+        m_tag = "1";
+        m_waitsForAnswer = false;
+        m_needs.htmlView.attachToBackground();
+        m_needs.tGetMapLocal.setEnabled(true);
+        m_needs.htmlView.setBodyScroll("no");
+    });
+}
+
+void frmMediaCtrl::PageLost() {
+    m_tag = "0";
+    m_needs.tGetMapLocal.setEnabled(false);
+    trapErrors([this] { navigate(); });
+}
+
+void frmMediaCtrl::RefreshMyList() {
+    trapErrors([this] { m_needs.controlSkin.refresh("mylist"); });
+}
+
+void frmMediaCtrl::getContentHis(const std::string& routeText) {
+    run("getContentHis", routeText);
+}
+
+void frmMediaCtrl::MoveCar(const std::string& place) {
+    run("MoveCar", place);
+}
+
+void frmMediaCtrl::clearHistroy(const std::string& number) {
+    run("clearHistroy", number);
+}
+
+void frmMediaCtrl::run(const std::string& function, const std::string& argument) {
+    // The argument goes unescaped into a script: what a file brought must not become one.
+    if (!isPlainArgument(argument))
+        throw StepError("not sent to the map page: \"" + leftCharacters(argument, 40) + "\"");
+    m_needs.htmlView.execScript(function + "('" + argument + "')", "javascript");
+}
+
+void frmMediaCtrl::poll() {
+    // The page answers later: while it owes an answer a second question would read the same click
+    // twice.
+    if (m_waitsForAnswer && ++m_ticksWithoutAnswer < ticksToWait)
+        return;
+    trapErrors([this] {
+        m_ticksWithoutAnswer = 0;
+        m_waitsForAnswer = true;
+        m_needs.htmlView.readWindowProperty(
+            "varLocal", [this, question = ++m_question](const std::string& value) {
+                if (question != m_question)
+                    return;
+                m_waitsForAnswer = false;
+                trapErrors([&] { varLocalRead(value); });
+            });
+    });
+}
+
+void frmMediaCtrl::varLocalRead(const std::string& value) {
+    if (!PickedPlace::isPending(value))
+        return;
+    m_needs.htmlView.setWindowProperty("varLocal", "");
+    pick(PickedPlace::read(value));
+}
+
+void frmMediaCtrl::pick(const PickedPlace& place) {
+    std::shared_ptr<clsDot> track;
+    std::int32_t index = 0;
+    for (const LoadedTracks::Entry& entry : m_needs.state.loadedTracks) {
+        index = entry.track->lPtLocal(place.x, place.y);
+        if (index > 0) {
+            track = entry.track;
+            break;
+        }
+    }
+    if (track == nullptr)
+        return;
+    const std::string path = m_needs.target.path(track->lSerial());
+    if (path.empty())
+        return;
+    const bool open = path == m_needs.target.openRecording() && m_needs.state.currentTrack;
+    if (!open && m_needs.target.startRow(track->lSerial()) == PickedRecording::NotOpened)
+        return;
+    track->lPlayLocal(index);
+    m_needs.target.seek(track->lSecond());
+    m_needs.target.enablePositionTimer();
+}
+
+} // namespace velmorant

@@ -1,0 +1,81 @@
+#pragma once
+
+#include "ports/HostPaths.h"
+#include "ports/Skin.h"
+#include "ports/Texts.h"
+#include "ports/Timer.h"
+#include "ports/WebBrowser.h"
+#include "track/MapClickTarget.h"
+#include "track/MapPage.h"
+#include "track/ProgramState.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace velmorant {
+
+/// What the map pane works with; everything outlives it.
+struct MediaCtrlNeeds {
+    WebBrowser& htmlView;
+    Timer& tGetMapLocal;
+    Skin& backgroundSkin; ///< rightback.mp4
+    Skin& controlSkin;    ///< ctl.MP4, with the band "mylist"
+    HostPaths& paths;
+    Texts& texts;
+    MapClickTarget& target;
+    ProgramState& state;
+    /// The map server's base address, ending in "/"; without it the one of the text table.
+    std::optional<std::string> serverBase;
+};
+
+/// A place that the page left in its variable `varLocal`.
+///
+/// Grammar: one leading character, longitude, ",", latitude; both in decimal degrees. A further ","
+/// and what follows it is ignored. Two characters or less: nothing was picked.
+struct PickedPlace {
+    std::int32_t x = 0; ///< degrees times 10,000,000
+    std::int32_t y = 0;
+
+    /// True when the page has left something.
+    static bool isPending(std::string_view varLocal);
+    /// Throws StepError for a text that is no place.
+    static PickedPlace read(std::string_view varLocal);
+};
+
+/// The map pane: loads the map page, knows whether it is ready, runs the page's functions, and
+/// polls it for a click on a route.
+class frmMediaCtrl : public MapPage {
+  public:
+    explicit frmMediaCtrl(const MediaCtrlNeeds& needs);
+
+    void Load();
+    /// The browser has completed a document; frames within the page have addresses of their own.
+    void DocumentComplete(const std::string& address);
+    /// The page's process has ended: loads the page anew.
+    void PageLost();
+    void RefreshMyList(); ///< draws the skin element "mylist" anew
+
+    bool ready() const override { return m_tag == "1"; }
+    void getContentHis(const std::string& routeText) override;
+    void MoveCar(const std::string& place) override;
+    void clearHistroy(const std::string& number) override;
+
+    const std::string& tag() const { return m_tag; } ///< map-ready flag: "0" or "1"
+
+  private:
+    void navigate();
+    void run(const std::string& function, const std::string& argument);
+    void poll();
+    void varLocalRead(const std::string& value);
+    void pick(const PickedPlace& place);
+
+    MediaCtrlNeeds m_needs;
+    std::string m_tag = "0";
+    std::uint64_t m_question = 0; ///< number of the last read; an answer to an older one is late
+    int m_ticksWithoutAnswer = 0;
+    bool m_waitsForAnswer = false;
+};
+
+} // namespace velmorant

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "ports/FileSystem.h"
+#include "ports/HostPaths.h"
+#include "ports/MessageBox.h"
+#include "ports/ProgressWindow.h"
+#include "ports/Shell.h"
+#include "ports/StatusLine.h"
+#include "ports/Texts.h"
+#include "ports/Timer.h"
+#include "ports/Waits.h"
+#include "ports/XmlDocument.h"
+#include "track/ExtractionList.h"
+#include "track/MapPage.h"
+#include "track/ProgramState.h"
+#include "track/TrackFileReader.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmorant {
+
+/// What track extraction works with; everything outlives it.
+struct SendDataNeeds {
+    Timer& tStart;
+    ProgressWindow& window;
+    Waits& waits;
+    FileSystem& files;
+    HostPaths& paths;
+    Shell& shell;
+    XmlDocument& document;
+    MessageBox& messages;
+    Texts& texts;
+    StatusLine& status;
+    ExtractionList& list;
+    MapPage& page;
+    ProgramState& state;
+};
+
+/// Extracts tracks: runs the extractor on recordings of the list, waits for its track file, reads
+/// it into a track, and streams the route to the map page. Shows a small modal progress window
+/// whose "Cancel" ends the run after the current step.
+class frmSendData {
+  public:
+    explicit frmSendData(const SendDataNeeds& needs);
+
+    /// One run; returns when its window has closed. The tag "One" (in any case) extracts the
+    /// list's selected recording, any other one every marked recording. A call during a run does
+    /// nothing.
+    void ShowModal(const std::string& tag);
+
+    /// Streams a loaded track to the map page once more. Leaves the track's cursor at its last
+    /// dot. Does nothing for a number without a track.
+    void SendLoadedTrack(std::int32_t recordingNumber);
+
+  private:
+    enum class Mode { One, Batch };
+    enum class Waited { Arrived, TimedOut, Cancelled };
+    /// How much of a run an extraction allows to follow.
+    enum class Next { GoOn, EndRun };
+    struct Failure {
+        std::string file;
+        std::string reason;
+    };
+
+    void tick();
+    void runBatch();
+    Next extract(int row, Mode mode);
+    Next extractSteps(int row, Mode mode);
+    std::string prepareTrackFile();
+    Waited waitForTrackFile(const std::string& trackFile, const std::string& recording);
+    bool complete(const std::string& trackFile, const std::string& recording);
+    void takeTrackFile(int row, Mode mode);
+    void streamTrack(const clsDot& track, std::int32_t number, Mode mode);
+    void showTimeOut(int row);
+    void noteFailure(int row, const std::string& reason);
+    void showFailures();
+    std::string fileName(int row) const;
+    bool hurried() const { return m_cancelled; }
+
+    SendDataNeeds m_needs;
+    TrackFileReader m_reader;
+    Mode m_mode = Mode::One;
+    bool m_running = false;
+    bool m_cancelled = false;
+    std::vector<Failure> m_failures;
+};
+
+} // namespace velmorant
