@@ -1,0 +1,14 @@
+#pragma once
+
+namespace velmorant {
+
+/// Shows how far the adding of many files has come. Between step() calls the list lets events run.
+class AddingProgress {
+  public:
+    virtual ~AddingProgress() = default;
+    virtual void begin(int files) = 0;
+    virtual void step(int filesAdded) = 0;
+    virtual void end() = 0;
+};
+
+} // namespace velmorant

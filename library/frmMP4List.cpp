@@ -1,0 +1,453 @@
+#include "library/frmMP4List.h"
+
+#include "common/fillIn.h"
+#include "common/textRules.h"
+#include "common/trapErrors.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <utility>
+
+namespace velmorant {
+
+namespace {
+
+constexpr int informationTitle = 3000;
+constexpr int confirmationTitle = 3003;
+constexpr int deleteAllQuestion = 3004;
+constexpr int recordingsFilter = 3005;
+constexpr int openFilesTitle = 3006;
+constexpr int deletionRefused = 3008;
+constexpr int unmarkingRefused = 3010;
+constexpr int mapNotLoadedQuestion = 3041;
+
+constexpr std::int32_t yellow = 65535;
+constexpr std::int32_t white = 16777215;
+constexpr std::int32_t red = 255;
+
+constexpr int markColumn = 2;
+constexpr int displayColumn = 3;
+constexpr int emptyListHeight = 255; // twips
+constexpr int filesBetweenPaints = 200;
+
+std::vector<std::string> piecesOf(const std::string& dialogResult) {
+    std::vector<std::string> pieces = split(dialogResult, '\0');
+    std::erase_if(pieces, [](const std::string& piece) { return piece.empty(); });
+    return pieces;
+}
+
+std::string digitsOf(std::string_view text) {
+    std::string digits;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(digits),
+                 [](char letter) { return letter >= '0' && letter <= '9'; });
+    return digits;
+}
+
+} // namespace
+
+frmMP4List::frmMP4List(const frmMP4ListNeeds& needs)
+    : m_needs(needs),
+      m_maker(needs.texts, needs.screen, needs.paths),
+      m_queue({needs.list, needs.state, needs.files, needs.paths, needs.texts, needs.status,
+               needs.waits, needs.tContinue, needs.player, needs.chart,
+               [this](int index) { RefreshListMarks(index); }}),
+      m_removal(needs.list, needs.state, m_queue, needs.map),
+      m_file(needs.document, needs.files, needs.paths),
+      m_search(needs.folders, needs.files, needs.paths) {}
+
+SkinLoad frmMP4List::Load() {
+    const std::string skin =
+        "skin/media/ls" + std::to_string(m_needs.state.settings.languageIndex) + ".MP4";
+    SkinLoad result = SkinLoad::Missing;
+    trapErrors([&] {
+        result = loadSkin(m_needs.skin, m_needs.paths.programFile(skin), m_needs.files,
+                          m_needs.texts, m_needs.messageBox);
+    });
+    if (result == SkinLoad::Missing)
+        return result;
+    trapErrors([&] { m_needs.bands.setChild("QVBar", "LstMP4"); });
+    m_maker.resetCounter();
+    adaptToDensity();
+    m_needs.background.setBackColour(m_needs.skin.backColour());
+    LoadRecordingList();
+    RedrawListBackground();
+    showCount();
+    return result;
+}
+
+void frmMP4List::adaptToDensity() {
+    struct Sizes {
+        int twipsPerPixel;
+        double fontSize;
+        int markWidth;
+        int displayWidth;
+    };
+    constexpr Sizes table[] = {{15, 11.0, 300, 2740}, {12, 8.7, 260, 2120}};
+    for (const Sizes& sizes : table) {
+        if (sizes.twipsPerPixel != m_needs.screen.twipsPerPixelY())
+            continue;
+        m_needs.control.setFontSize(sizes.fontSize);
+        m_needs.control.setColumnWidth(markColumn, sizes.markWidth);
+        m_needs.control.setColumnWidth(displayColumn, sizes.displayWidth);
+    }
+}
+
+void frmMP4List::LoadRecordingList() {
+    std::vector<RecordingEntry> rows;
+    for (const RecordingListFile::Entry& entry : m_file.read())
+        rows.push_back(m_maker.fromHandOver(entry.dateAndTime, entry.path));
+    if (rows.empty())
+        return;
+    m_needs.list.append(std::move(rows));
+    RefreshListMarks(0);
+    m_file.remove();
+}
+
+bool frmMP4List::mayAdd() {
+    if (m_needs.map.pageLoaded())
+        return true;
+    MessageAnswer answer = MessageAnswer::Yes;
+    trapErrors([&] {
+        answer = m_needs.messageBox.show(m_needs.texts.byOffset(mapNotLoadedQuestion),
+                                         m_needs.texts.byOffset(informationTitle),
+                                         MessageStyle::InformationChoice);
+    });
+    return answer == MessageAnswer::Yes;
+}
+
+void frmMP4List::AddRecordings() {
+    trapErrors([&] {
+        if (!mayAdd())
+            return;
+        OpenFilesRequest request;
+        request.title = m_needs.texts.byOffset(openFilesTitle);
+        request.filter = m_needs.texts.byOffset(recordingsFilter);
+        std::vector<std::string> pieces = piecesOf(m_needs.dialogs.openFiles(request));
+        if (pieces.empty())
+            return;
+        if (pieces.size() > 1) {
+            const std::string folder = pieces.front();
+            pieces.erase(pieces.begin());
+            AddFiles(folder, pieces);
+            return;
+        }
+        const std::string& path = pieces.front();
+        std::vector<RecordingEntry> rows =
+            m_maker.fromFiles(folderOf(m_needs.paths, path), {fileNameOf(m_needs.paths, path)},
+                              BaseNameRule::WithoutExtension);
+        rows.front().setText(SubItem::FullPath, path);
+        m_needs.list.append(std::move(rows));
+        afterAdding();
+    });
+}
+
+void frmMP4List::AddPaths(const std::vector<std::string>& paths) {
+    trapErrors([&] {
+        const std::vector<FolderSelection> selections = m_search.find(paths);
+        std::size_t files = 0;
+        for (const FolderSelection& selection : selections)
+            files += selection.names.size();
+        if (files == 0 || !mayAdd())
+            return;
+        addSelections(selections, static_cast<int>(files));
+    });
+}
+
+void frmMP4List::addSelections(const std::vector<FolderSelection>& selections, int files) {
+    const bool shown = files > filesBetweenPaints;
+    int added = 0;
+    if (shown)
+        m_needs.adding.begin(files);
+    for (const FolderSelection& selection : selections) {
+        auto next = selection.names.begin();
+        while (next != selection.names.end()) {
+            const auto rest = selection.names.end() - next;
+            const auto end = next + std::min<std::ptrdiff_t>(rest, filesBetweenPaints);
+            m_needs.list.append(m_maker.fromFiles(selection.folder, {next, end},
+                                                  BaseNameRule::WithoutFourCharacters));
+            added += static_cast<int>(end - next);
+            next = end;
+            if (shown) {
+                m_needs.adding.step(added);
+                m_needs.waits.letEventsRun();
+            }
+        }
+    }
+    if (shown)
+        m_needs.adding.end();
+    afterAdding();
+}
+
+void frmMP4List::AddFiles(const std::string& folder, const std::vector<std::string>& names) {
+    trapErrors([&] { addSelections({{folder, names}}, static_cast<int>(names.size())); });
+}
+
+void frmMP4List::afterAdding() {
+    if (m_needs.list.count() == 0)
+        return;
+    RedrawListBackground();
+    RefreshListMarks(0);
+    showCount();
+}
+
+void frmMP4List::MouseDown(int x, int y) {
+    trapErrors([&] {
+        const int index = m_needs.control.hitTest(x, y);
+        if (index > 0 && index != m_needs.list.selected())
+            m_needs.list.select(index);
+    });
+}
+
+void frmMP4List::MouseClick(int x, int y) {
+    trapErrors([&] {
+        const int index = m_needs.control.hitTest(x, y);
+        const int twips = x * m_needs.screen.twipsPerPixelX();
+        if (index > 0 && twips >= m_needs.control.columnLeft(markColumn) &&
+            twips < m_needs.control.columnLeft(displayColumn))
+            ToggleMark(index);
+    });
+}
+
+void frmMP4List::PlaySelected() {
+    trapErrors([&] {
+        const int index = m_needs.list.selected();
+        if (index > 0 && m_needs.list.marked(index))
+            m_queue.PlayEntry(index);
+    });
+    trapErrors([&] { m_needs.map.refreshMyList(); });
+}
+
+void frmMP4List::ToggleSelected() {
+    if (m_needs.list.selected() > 0)
+        ToggleMark(m_needs.list.selected());
+}
+
+bool frmMP4List::SelectByTime(std::string_view typed) {
+    constexpr std::size_t dateWidth = 12; // with the two blanks behind it
+    constexpr std::size_t timeWidth = 8;
+    const std::string wanted = digitsOf(typed);
+    const int count = m_needs.list.count();
+    if (wanted.empty() || count == 0)
+        return false;
+    const int first = m_needs.list.selected() + (wanted.size() > 1 ? 0 : 1);
+    for (int step = 0; step < count; ++step) {
+        const int index = (std::max(first, 1) - 1 + step) % count + 1;
+        const std::string& text = m_needs.list.text(index, SubItem::DisplayText);
+        const std::string time = leftCharacters(text, dateWidth + timeWidth)
+                                     .substr(leftCharacters(text, dateWidth).size());
+        if (digitsOf(time).starts_with(wanted)) {
+            m_needs.list.select(index);
+            return true;
+        }
+    }
+    return false;
+}
+
+bool frmMP4List::isOpenInPlayer(int index) const {
+    const PlayState state = m_needs.player.playState();
+    return index == m_needs.list.playingIndex() &&
+           (state == PlayState::Paused || state == PlayState::Playing);
+}
+
+void frmMP4List::ToggleMark(int index) {
+    RecordingList& list = m_needs.list;
+    trapErrors([&] {
+        if (isOpenInPlayer(index)) {
+            m_needs.messageBox.show(m_needs.texts.byOffset(unmarkingRefused),
+                                    m_needs.texts.byOffset(informationTitle),
+                                    MessageStyle::Information);
+            return;
+        }
+        if (list.marked(index)) {
+            unmark(index);
+            showCount();
+            return;
+        }
+        list.setMark(index, MarkState::Marked);
+        showCount();
+        if (list.text(index, SubItem::TrackExtracted) == "0") {
+            // The extraction of one recording works on the selected row.
+            if (list.selected() != index)
+                list.select(index);
+            m_needs.extraction.extractSelected();
+        } else if (list.text(index, SubItem::ShownOnMap) == "0") {
+            list.setText(index, SubItem::ShownOnMap, "1");
+            m_needs.extraction.drawTrack(toInt32(list.text(index, SubItem::SerialNumber)));
+        }
+    });
+    showCount();
+}
+
+void frmMP4List::clearFromMap(int index) {
+    if (m_needs.map.pageLoaded())
+        trapErrors([&] {
+            m_needs.map.runScript(
+                clearTrackScript(m_needs.list.text(index, SubItem::SerialNumber)));
+        });
+}
+
+void frmMP4List::unmark(int index) {
+    RecordingList& list = m_needs.list;
+    // A row that is neither marked nor shown has nothing on the map: thousands of calls are spared.
+    const bool mayBeDrawn = list.marked(index) || list.text(index, SubItem::ShownOnMap) != "0";
+    list.setMark(index, MarkState::NotMarked);
+    list.setText(index, SubItem::ShownOnMap, "0");
+    if (mayBeDrawn)
+        clearFromMap(index);
+}
+
+void frmMP4List::MarkCommand(const std::string& name) {
+    const auto hasLabel = [this](RecordingKind kind) {
+        return [this, label = m_maker.kindLabel(kind)](int index) {
+            return equalsIgnoringCase(m_needs.list.text(index, SubItem::KindLabel), label);
+        };
+    };
+    trapErrors([&] {
+        if (equalsIgnoringCase(name, "ALL"))
+            markRows([](int) { return true; }, OtherRows::Stay);
+        else if (equalsIgnoringCase(name, "NORMAL"))
+            markRows(hasLabel(RecordingKind::Normal), OtherRows::Unmark);
+        else if (equalsIgnoringCase(name, "LOCK"))
+            markRows(hasLabel(RecordingKind::Locked), OtherRows::Unmark);
+        else if (equalsIgnoringCase(name, "NONE"))
+            unmarkAllButPlaying();
+    });
+    showCount();
+}
+
+void frmMP4List::markRows(const std::function<bool(int)>& condition, OtherRows others) {
+    RecordingList& list = m_needs.list;
+    std::vector<std::int32_t> hidden;
+    bool tracksMissing = false;
+    {
+        const RecordingList::Batch batch(list);
+        for (int index = 1; index <= list.count(); ++index) {
+            if (!condition(index)) {
+                if (others == OtherRows::Unmark)
+                    unmark(index);
+                continue;
+            }
+            list.setMark(index, MarkState::Marked);
+            if (list.text(index, SubItem::TrackExtracted) == "0") {
+                tracksMissing = true;
+            } else if (list.text(index, SubItem::ShownOnMap) == "0") {
+                list.setText(index, SubItem::ShownOnMap, "1");
+                hidden.push_back(toInt32(list.text(index, SubItem::SerialNumber)));
+            }
+        }
+    }
+    showCount();
+    for (const std::int32_t serial : hidden)
+        trapErrors([&] { m_needs.extraction.drawTrack(serial); });
+    if (tracksMissing)
+        m_needs.extraction.extractMarked();
+}
+
+void frmMP4List::unmarkAllButPlaying() {
+    const int playing = m_needs.state.currentTrack ? m_needs.state.currentTrack->lSerial() : 0;
+    const RecordingList::Batch batch(m_needs.list);
+    for (int index = 1; index <= m_needs.list.count(); ++index) {
+        if (index != playing)
+            unmark(index);
+    }
+}
+
+void frmMP4List::DeleteAll() {
+    trapErrors([&] {
+        const PlayState state = m_needs.player.playState();
+        if (state == PlayState::Paused || state == PlayState::Playing) {
+            m_needs.messageBox.show(m_needs.texts.byOffset(deletionRefused),
+                                    m_needs.texts.byOffset(informationTitle),
+                                    MessageStyle::Information);
+            return;
+        }
+        if (m_needs.list.count() == 0) {
+            m_needs.chart.clear();
+            return;
+        }
+        const MessageAnswer answer = m_needs.messageBox.show(
+            m_needs.texts.byOffset(deleteAllQuestion), m_needs.texts.byOffset(confirmationTitle),
+            MessageStyle::Question);
+        if (answer == MessageAnswer::Yes) {
+            m_removal.removeAll();
+            showCount();
+            if (m_needs.player.playState() == PlayState::Stopped)
+                trapErrors([&] { m_needs.chart.clear(); });
+        }
+        RedrawListBackground();
+    });
+}
+
+void frmMP4List::DeleteSelected() {
+    trapErrors([&] {
+        RecordingList& list = m_needs.list;
+        const int index = list.selected();
+        if (index == 0)
+            return;
+        if (isOpenInPlayer(index)) {
+            m_needs.status.show(m_needs.texts.addition("list.playing"));
+            return;
+        }
+        const RecordingEntry* selected = &list.row(index);
+        m_removal.removeIf([&](const RecordingEntry& entry) { return &entry == selected; });
+        list.select(std::min(index, list.count()));
+        RedrawListBackground();
+    });
+    showCount();
+}
+
+void frmMP4List::RemoveMissing() {
+    trapErrors([&] {
+        const int removed = m_removal.removeIf(
+            [](const RecordingEntry& entry) { return entry.text(SubItem::FileMissing) == "1"; });
+        if (removed > 0)
+            RedrawListBackground();
+    });
+    showCount();
+}
+
+void frmMP4List::RefreshListMarks(int playingIndex) {
+    RecordingList& list = m_needs.list;
+    const std::string normal = m_maker.kindLabel(RecordingKind::Normal);
+    const RecordingList::Batch batch(list);
+    for (int index = 1; index <= list.count(); ++index) {
+        const bool isNormal = equalsIgnoringCase(list.text(index, SubItem::KindLabel), normal);
+        if (index == playingIndex)
+            list.setAppearance(index, yellow, RowWeight::Bold);
+        else
+            list.setAppearance(index, isNormal ? white : red, RowWeight::Normal);
+    }
+}
+
+void frmMP4List::RedrawListBackground() {
+    trapErrors([&] {
+        const int rows = m_needs.list.count();
+        m_needs.background.setHeight(rows == 0 ? emptyListHeight
+                                               : rows * m_needs.control.rowHeight());
+        m_needs.background.draw();
+    });
+}
+
+void frmMP4List::DeriveKindsAgain() {
+    RecordingList& list = m_needs.list;
+    const std::string normal = m_maker.kindLabel(RecordingKind::Normal);
+    const std::string locked = m_maker.kindLabel(RecordingKind::Locked);
+    const RecordingList::Batch batch(list);
+    for (int index = 1; index <= list.count(); ++index) {
+        const RecordingKind kind = m_maker.kindOfPath(list.text(index, SubItem::FullPath));
+        list.setText(index, SubItem::KindLabel, kind == RecordingKind::Normal ? normal : locked);
+    }
+}
+
+void frmMP4List::showCount() {
+    trapErrors([&] {
+        const std::string text = m_needs.texts.addition("list.recordings");
+        const std::string counted = fillIn(text, "%1", std::to_string(m_needs.list.count()));
+        m_needs.skin.setText("place.count",
+                             fillIn(counted, "%2", std::to_string(m_needs.list.markedCount())));
+    });
+}
+
+} // namespace velmorant
