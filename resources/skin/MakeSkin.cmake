@@ -13,7 +13,7 @@ cmake_minimum_required(VERSION 3.25)
 
 include("${CMAKE_CURRENT_LIST_DIR}/MakeSkinFaces.cmake")
 
-# parts_of_line(ID): takes the one line of PARTS that defines ID into the skin, once.
+# use_part(ID): takes the one line of PARTS that defines ID into the skin, once.
 function(use_part id)
     get_property(known GLOBAL PROPERTY skin_known_parts)
     if("${id}" IN_LIST known)
@@ -150,7 +150,7 @@ endfunction()
 
 function(button_states)
     set(states normal hover pressed focus disabled)
-    if(at_kind MATCHES "^(toggle|option|quiettoggle)$")
+    if(at_kind MATCHES "^(toggle|option|quiettoggle|ready)$")
         list(APPEND states on on.focus)
     endif()
     foreach(state IN LISTS states)

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "tools/check_skin/SkinDrawing.h"
+#include "tools/check_skin/SkinKind.h"
+
+#include <QImage>
+
+namespace velmorant {
+
+/// One picture with every state of every button and knob of a skin, a row an element, a column a
+/// state, so that they can be looked at together.
+QImage stateSheet(const SkinDrawing& drawing, SkinKind kind);
+
+} // namespace velmorant
