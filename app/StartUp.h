@@ -1,0 +1,63 @@
+#pragma once
+
+#include "app/StartUpWindows.h"
+#include "common/SettingsState.h"
+#include "ports/BandContainer.h"
+#include "ports/FileSystem.h"
+#include "ports/HostPaths.h"
+#include "ports/MessageBox.h"
+#include "ports/ProfileFunctions.h"
+#include "ports/Screen.h"
+#include "ports/Shell.h"
+#include "ports/Texts.h"
+
+#include <string>
+
+namespace velmorant {
+
+struct StartUpNeeds {
+    SettingsState& settings;
+    FileSystem& files;
+    const HostPaths& paths;
+    ProfileFunctions& profile;
+    const Texts& texts;
+    MessageBox& messageBox;
+    ShellObject& shell;
+    const Screen& screen;
+    BandContainer& playerBands; ///< of frmChild, with the band "MediaControl"
+    BandContainer& frameBands;  ///< of frmMain, with the band "ControlBand"
+    StartUpWindows& windows;
+};
+
+enum class StartUpResult {
+    Running,   ///< the windows are shown; the event loop is to run
+    Installed, ///< an installer mode has done its work, or there was nothing to do; the program
+               ///< ends
+    Failed     ///< the message was shown; without a window the program ends
+};
+
+/// The program's entry into its own logic: the installer modes of the command line, or the settings
+/// and the windows.
+class StartUp {
+  public:
+    explicit StartUp(const StartUpNeeds& needs);
+
+    StartUpResult run(const std::string& commandLine);
+
+    /// Reads the configuration into the settings, writing missing values with their defaults.
+    /// Throws StepError for values that mean nothing. Part of run().
+    void readConfiguration();
+
+  private:
+    void runInstaller(const std::string& commandLine);
+    void readTimeZone(const std::string& area);
+    void showWindows();
+
+    StartUpNeeds m_needs;
+    bool m_defaultsKept = true; ///< every default that was missing has been written
+};
+
+/// "8:00" gives 480, "-5:00" gives -300. Throws StepError for a text that is no time of day.
+double minutesOfOffset(const std::string& offset);
+
+} // namespace velmorant
