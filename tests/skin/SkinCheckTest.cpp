@@ -121,6 +121,16 @@ TEST_F(SkinCheck, notices_a_state_of_another_size) {
                 ElementsAre("\"mylist.hover\" has another place or size than \"mylist\""));
 }
 
+TEST_F(SkinCheck, looks_at_a_state_that_may_be_left_out_when_it_is_there) {
+    SkinBuilder skin;
+    skin.states << "on.focus";
+    EXPECT_THAT(findingsOf(skin), IsEmpty());
+    skin.spoiltState = "on.focus";
+    skin.box = "width=\"76\"";
+    EXPECT_THAT(findingsOf(skin),
+                ElementsAre("\"mylist.on.focus\" has another place or size than \"mylist\""));
+}
+
 TEST_F(SkinCheck, notices_an_id_that_stands_twice) {
     SkinBuilder skin;
     skin.extra = "<rect id=\"Ground\" width=\"338\" height=\"32\" fill=\"#121821\"/>";

@@ -103,6 +103,8 @@ class Check {
         const QString stateful = slider ? rule.name + ".thumb" : rule.name;
         for (const QString& state : statesOf(rule.type))
             checkState(stateful, stateful + "." + state);
+        if (m_drawing.has(stateful + ".on.focus")) // may be left out
+            checkState(stateful, stateful + ".on.focus");
     }
 
     void checkBox(const QString& id) {
