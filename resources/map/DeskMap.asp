@@ -28,7 +28,14 @@
 <script defer src="js/viewControl.js"></script>
 <script defer src="js/controls.js"></script>
 <script defer src="js/notices.js"></script>
+<script defer src="js/layersPanel.js"></script>
 <script defer src="js/clicks.js"></script>
+<script defer src="js/recordingData.js"></script>
+<script defer src="js/speedColours.js"></script>
+<script defer src="js/hover.js"></script>
+<script defer src="js/configuration.js"></script>
+<script defer src="js/streetTiles.js"></script>
+<script defer src="js/wholeWindow.js"></script>
 <script defer src="js/contract.js"></script>
 <script defer src="js/main.js"></script>
 </head>

@@ -55,7 +55,7 @@
                 context.moveTo(x, 0);
                 context.lineTo(x, view.height);
                 const longitude = ((((k * step + 180) % 360) + 360) % 360) - 180;
-                if (x > frame.left + 50 && x < frame.right - 60) {
+                if (x > frame.left + 76 && x < frame.right - 76) {
                     figures.push([degreesText(longitude, step, 'E', 'W'), x, frame.top + 8, 'center']);
                 }
             }
@@ -69,7 +69,7 @@
                 const y = Math.round(mercator.y(k * step) * view.scale + view.top) + 0.5;
                 context.moveTo(0, y);
                 context.lineTo(view.width, y);
-                if (y > frame.top + 84 && y < frame.bottom - 40) {
+                if (y > frame.top + 84 && y < frame.bottom - 60) {
                     figures.push([degreesText(k * step, step, 'N', 'S'), frame.left + 4, y, 'left']);
                 }
             }

@@ -3,13 +3,14 @@
 (function (velmorantMap) {
     const {
         PageLog, Texts, RouteTable, ViewCanvas, BaseMap, Graticule, RoutePainter, Car, ViewControl,
-        Controls, Notices, preferences,
+        Controls, Notices, LayersPanel, RecordingData, SpeedColours, Hover, Configuration, StreetTiles,
+        WholeWindow, preferences,
     } = velmorantMap;
     const TIDY_DELAY_MS = 300;
 
     function makeMap() {
         const map = L.map('map', {
-            center: [20, 0], zoom: 1, minZoom: 0, maxZoom: 19, zoomSnap: 0.5, zoomControl: false,
+            center: [20, 0], zoom: 1, minZoom: 0, maxZoom: 20, zoomSnap: 0.5, zoomControl: false,
             attributionControl: false, zoomAnimation: true, maxBoundsViscosity: 1,
             maxBounds: [[-85.06, -100000], [85.06, 100000]],
         });
@@ -25,21 +26,22 @@
     function makeBase(map, texts, log) {
         const base = new BaseMap(texts);
         const graticule = new Graticule();
-        const ground = new ViewCanvas((context, view) => base.paint(context, view), { pane: 'base' });
+        const ground = new ViewCanvas((context, view) => {
+            base.paint(context, view);
+            base.paintNames(context, view);
+        }, { pane: 'base' });
         const overlay = new ViewCanvas((context, view) => {
             const corner = map.containerPointToLayerPoint([0, 0]).subtract(overlay._bounds.min);
             const size = map.getSize();
             graticule.paint(context, view, {
                 left: corner.x, top: corner.y, right: corner.x + size.x, bottom: corner.y + size.y,
             });
-            base.paintNames(context, view);
         }, { pane: 'overlay' });
         ground.addTo(map);
         overlay.addTo(map);
         const load = () => velmorantMap.readWorld(log, (world) => {
             base.world = world;
             ground.refresh();
-            overlay.refresh();
         });
         return { base, graticule, ground, overlay, load };
     }
@@ -61,7 +63,7 @@
                 if (frame === 0) frame = requestAnimationFrame(grow);
             } else if (event === 'complete') {
                 grow();
-            } else {
+            } else if (event !== 'data') {
                 canvas.refresh();
                 return;
             }
@@ -78,17 +80,37 @@
     const map = makeMap();
     const notices = new Notices(document.body);
     const baseLayers = makeBase(map, texts, log);
-    const speedColours = { visible: false, colourOf: () => null };
+    const speedColours = new SpeedColours(document.body, preferences.get('speedColours', true));
     const routes = makeRoutes(map, table, speedColours);
     const view = new ViewControl(map, table, preferences.get('follow', true));
+    const data = new RecordingData(table, speedColours, log);
+    const hover = new Hover(map, table, texts, speedColours, (route) => data.want(route));
     const car = new Car(map, table, {
         onMove: (latLng) => view.keepInView(latLng),
         onFix: (known) => notices.showFix(known, texts.get('noFix')),
     });
+    const tiles = new StreetTiles(map, () => showSource());
+    const controls = new Controls(texts, document.body);
 
-    // Routes -> view
-    table.listen((event) => {
+    function showSource() {
+        if (!tiles.shown()) notices.showSource(texts.get('baseOnly'), null);
+        else if (tiles.failing) notices.showSource(texts.get('tilesFailing'), null);
+        else notices.showSource(tiles.provider.attribution, tiles.provider.link);
+    }
+
+    function showLegend() {
+        const told = [...table.shown.values()].some((route) => route.data !== null);
+        speedColours.showLegend(told, texts.get('speedLegend'));
+    }
+
+    // Routes -> view, data, buttons
+    table.listen((event, route) => {
         if (event === 'complete' || event === 'removed') view.routesChanged();
+        if (event === 'complete') data.wantLater(route);
+        if (event === 'removed') data.forget(route);
+        if (event === 'active') data.want(route);
+        if (event === 'data' || event === 'removed') showLegend();
+        if (event !== 'grown') showButtons();
     });
 
     // Clicks -> program
@@ -97,14 +119,13 @@
         refused: () => notices.say(texts.get('notReachable')),
     });
 
-    // Buttons -> view
-    const controls = new Controls(texts, document.body);
+    // Buttons -> view and layers
     const left = controls.group('left');
     controls.button(left, 'zoomIn', () => { view.userMoved(); map.zoomIn(); });
     controls.button(left, 'zoomOut', () => { view.userMoved(); map.zoomOut(); });
     const right = controls.group('right');
-    controls.button(right, 'fitAll', () => view.fitAll());
-    controls.button(right, 'fitActive', () => view.fitActive());
+    const fitAll = controls.button(right, 'fitAll', () => view.fitAll());
+    const fitActive = controls.button(right, 'fitActive', () => view.fitActive());
     const follow = controls.button(right, 'follow', () => {
         view.setFollow(!view.follow);
         preferences.set('follow', view.follow);
@@ -112,14 +133,86 @@
     });
     Controls.press(follow, view.follow);
 
-    document.documentElement.lang = texts.language;
-    document.title = texts.get('map');
-    map.getContainer().setAttribute('aria-label', texts.get('map'));
+    function showButtons() {
+        fitAll.disabled = table.shown.size === 0;
+        fitActive.disabled = table.active === null;
+    }
+
+    baseLayers.base.showNames = preferences.get('names', true);
+    baseLayers.graticule.visible = preferences.get('grid', true);
+    car.gliding = preferences.get('glide', true);
+    tiles.visible = preferences.get('tiles', true);
+    const panel = new LayersPanel(controls, right, [
+        ['tiles', tiles.visible, (on) => { tiles.show(on); showSource(); }],
+        ['speedColours', speedColours.visible, (on) => {
+            speedColours.visible = on;
+            showLegend();
+            routes.refresh();
+        }],
+        ['names', baseLayers.base.showNames, (on) => {
+            baseLayers.base.showNames = on;
+            baseLayers.ground.refresh();
+        }],
+        ['grid', baseLayers.graticule.visible, (on) => {
+            baseLayers.graticule.visible = on;
+            baseLayers.overlay.refresh();
+        }],
+        ['glide', car.gliding, (on) => { car.gliding = on; }],
+    ]);
+
+    // Configuration -> tiles, units, language, whole window
+    const configuration = new Configuration(log, (values) => {
+        if (typeof values.language === 'string') useLanguage(values.language);
+        tiles.use(configuration.tiles());
+        panel.offer('tiles', tiles.provider !== null);
+        if (speedColours.use(values.unit)) judgeSpeeds();
+        wholeWindow.update();
+        showSource();
+    });
+    const enlarge = controls.button(right, 'wholeWindow', () => wholeWindow.toggle());
+    const wholeWindow = new WholeWindow(configuration, log, (possible, on) => {
+        enlarge.hidden = !possible;
+        Controls.press(enlarge, on);
+    });
+
+    function judgeSpeeds() {
+        const classOf = (speed) => speedColours.classOf(speed);
+        for (const route of table.shown.values()) if (route.data !== null) route.adopt(route.data, classOf);
+        showLegend();
+        routes.refresh();
+    }
+
+    function useLanguage(language) {
+        texts.use(language);
+        document.documentElement.lang = texts.language;
+        document.title = texts.get('map');
+        map.getContainer().setAttribute('aria-label', texts.get('map'));
+        controls.rename();
+        showSource();
+        showLegend();
+        baseLayers.ground.refresh();
+    }
+
+    // A window higher than the world would show nothing above and below it.
+    function fitWorld() {
+        map.invalidateSize({ animate: false });
+        map.setMinZoom(Math.max(0, Math.floor(Math.log2(map.getSize().y / 256) * 2) / 2));
+        configuration.read();
+    }
+
     map.getContainer().setAttribute('role', 'application');
-    notices.showSource(texts.get('baseOnly'), null);
+    useLanguage(texts.chinese ? 'zh-TW' : 'en');
+    panel.offer('tiles', false);
+    showButtons();
+    wholeWindow.update();
 
     velmorantMap.installContract(table, car, log);
-    Object.assign(velmorantMap, { log, texts, map, table, car, view, routes, notices, baseLayers });
-    window.addEventListener('resize', () => map.invalidateSize({ animate: false }));
+    Object.assign(velmorantMap, {
+        log, texts, map, table, car, view, routes, notices, baseLayers, data, hover, speedColours,
+        tiles, configuration, wholeWindow,
+    });
+    window.addEventListener('resize', fitWorld);
+    map.getContainer().addEventListener('mouseenter', () => configuration.read());
+    fitWorld();
     requestAnimationFrame(() => setTimeout(baseLayers.load, 0));
 })(window.velmorantMap);
