@@ -43,14 +43,14 @@ class SkinCheck : public ::testing::Test {
     }
 
     std::vector<std::string> findingsOf(const SkinBuilder& skin, SkinKind kind = SkinKind::Bar) {
-        const SkinDrawing drawing(written(skin.text()));
+        const DissectedSkin drawing(written(skin.text()));
         EXPECT_EQ(drawing.problem().toStdString(), "");
         return drawing.problem().isEmpty() ? plain(checkSkin(drawing, kind))
                                            : std::vector<std::string>{};
     }
 
     std::string problemOf(const QString& text) {
-        return SkinDrawing(written(text)).problem().toStdString();
+        return DissectedSkin(written(text)).problem().toStdString();
     }
 
     int exitCodeOf(const QStringList& arguments) {
@@ -76,14 +76,14 @@ TEST_F(SkinCheck, accepts_a_whole_skin) {
 }
 
 TEST_F(SkinCheck, names_a_missing_element) {
-    const SkinDrawing drawing(
+    const DissectedSkin drawing(
         written(QString(SkinBuilder().text()).replace("\"mylist\"", "\"x\"")));
     EXPECT_THAT(plain(checkSkin(drawing, SkinKind::Bar)),
                 ElementsAre("element \"mylist\" is missing"));
 }
 
 TEST_F(SkinCheck, finds_an_element_whatever_the_case_of_its_id) {
-    const SkinDrawing drawing(
+    const DissectedSkin drawing(
         written(QString(SkinBuilder().text()).replace("\"mylist\"", "\"MyList\"")));
     EXPECT_THAT(plain(checkSkin(drawing, SkinKind::Bar)), IsEmpty());
 }
@@ -281,7 +281,7 @@ TEST_F(SkinCheck, tells_why_a_file_cannot_be_used) {
     EXPECT_THAT(problemOf(""), HasSubstr("not well-formed"));
     EXPECT_THAT(problemOf("<!DOCTYPE svg [<!ENTITY a \"b\">]><svg>&a;</svg>"),
                 HasSubstr("document type or entities"));
-    EXPECT_FALSE(SkinDrawing("/nowhere/skin.mp4").problem().isEmpty());
+    EXPECT_FALSE(DissectedSkin("/nowhere/skin.mp4").problem().isEmpty());
 }
 
 TEST_F(SkinCheck, command_tells_good_faulty_and_wrong_use_apart) {

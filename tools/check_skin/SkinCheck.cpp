@@ -45,7 +45,7 @@ QString describe(const SkinLabel& label) {
 
 class Check {
   public:
-    Check(const SkinDrawing& drawing, const SkinRules& rules)
+    Check(const DissectedSkin& drawing, const SkinRules& rules)
         : m_drawing(drawing), m_rules(rules) {}
 
     QStringList run() {
@@ -259,7 +259,7 @@ class Check {
                     channel(over.blue(), qBlue(under)));
     }
 
-    const SkinDrawing& m_drawing;
+    const DissectedSkin& m_drawing;
     const SkinRules& m_rules;
     QStringList m_findings;
 };
@@ -281,7 +281,7 @@ double contrastOf(QRgb one, QRgb other) {
     return std::max(a, b) / std::min(a, b);
 }
 
-QStringList checkSkin(const SkinDrawing& drawing, SkinKind kind) {
+QStringList checkSkin(const DissectedSkin& drawing, SkinKind kind) {
     return Check(drawing, rulesOf(kind)).run();
 }
 

@@ -14,7 +14,7 @@ constexpr int nameWidth = 150;
 constexpr int leastColumn = 80;
 constexpr std::array columns{"normal", "hover", "pressed", "focus", "on", "on.focus", "disabled"};
 
-QStringList statefulOf(const SkinDrawing& drawing, SkinKind kind) {
+QStringList statefulOf(const DissectedSkin& drawing, SkinKind kind) {
     QStringList names;
     for (const ElementRule& rule : rulesOf(kind).elements) {
         if (statesOf(rule.type).isEmpty())
@@ -28,7 +28,7 @@ QStringList statefulOf(const SkinDrawing& drawing, SkinKind kind) {
 
 } // namespace
 
-QImage stateSheet(const SkinDrawing& drawing, SkinKind kind) {
+QImage stateSheet(const DissectedSkin& drawing, SkinKind kind) {
     const QStringList names = statefulOf(drawing, kind);
     int column = leastColumn;
     int height = gap + captionHeight;

@@ -24,7 +24,7 @@ ExitCode save(const QImage& image, const QString& path) {
 }
 
 ExitCode checkFile(const QString& path, SkinKind kind) {
-    const SkinDrawing drawing(path);
+    const DissectedSkin drawing(path);
     if (!drawing.problem().isEmpty()) {
         say(stderr, QStringLiteral("%1: %2").arg(path, drawing.problem()));
         return Faulty;
@@ -43,7 +43,7 @@ struct Pictures {
 };
 
 ExitCode draw(const QString& path, SkinKind kind, const Pictures& pictures) {
-    const SkinDrawing drawing(path);
+    const DissectedSkin drawing(path);
     if (!drawing.problem().isEmpty())
         return Faulty;
     ExitCode result = Good;

@@ -27,10 +27,10 @@ struct SkinLabel {
 /// One skin, read and taken apart: every reference replaced by what it refers to, so that each text
 /// can be drawn alone, and a second drawing without texts and signs, so that faces can be seen
 /// without what stands on them.
-class SkinDrawing {
+class DissectedSkin {
   public:
     /// Reads the file. Check problem() before anything else.
-    explicit SkinDrawing(const QString& path);
+    explicit DissectedSkin(const QString& path);
 
     /// Why the file cannot be used; empty when it can.
     const QString& problem() const { return m_problem; }

@@ -1,4 +1,4 @@
-#include "tools/check_skin/SkinDrawing.h"
+#include "tools/check_skin/DissectedSkin.h"
 
 #include <QFile>
 #include <QPainter>
@@ -56,7 +56,7 @@ void aim(QPainter& painter, const QRectF& area, int scale) {
 
 } // namespace
 
-SkinDrawing::SkinDrawing(const QString& path) {
+DissectedSkin::DissectedSkin(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
         m_problem = file.errorString();
@@ -86,7 +86,7 @@ SkinDrawing::SkinDrawing(const QString& path) {
     takeApart(document);
 }
 
-void SkinDrawing::takeApart(QDomDocument document) {
+void DissectedSkin::takeApart(QDomDocument document) {
     inspect(document.documentElement());
     expand(document.documentElement(), {});
     if (m_copied > mostCopies)
@@ -101,7 +101,7 @@ void SkinDrawing::takeApart(QDomDocument document) {
     m_byId.clear();
 }
 
-void SkinDrawing::inspect(const QDomElement& element) {
+void DissectedSkin::inspect(const QDomElement& element) {
     const QString tag = element.tagName();
     if (tag == "script" || tag == "foreignObject" || tag == "a")
         m_faults << QStringLiteral("<%1>: a skin may run nothing").arg(tag);
@@ -131,7 +131,7 @@ void SkinDrawing::inspect(const QDomElement& element) {
         inspect(child);
 }
 
-void SkinDrawing::expand(QDomElement element, const QStringList& around) {
+void DissectedSkin::expand(QDomElement element, const QStringList& around) {
     QDomElement next;
     for (QDomElement child = element.firstChildElement(); !child.isNull(); child = next) {
         next = child.nextSiblingElement();
@@ -168,8 +168,8 @@ void SkinDrawing::expand(QDomElement element, const QStringList& around) {
 
 // A label's owner is the innermost id around it. What <defs> holds without an id of a state (a sign
 // that is referred to) belongs to nobody, and is seen where it is used.
-void SkinDrawing::collect(const QDomElement& element, const QString& owner, const QString& family,
-                          bool hidden) {
+void DissectedSkin::collect(const QDomElement& element, const QString& owner, const QString& family,
+                            bool hidden) {
     for (QDomElement child = element.firstChildElement(); !child.isNull();
          child = child.nextSiblingElement()) {
         const bool sign = child.hasAttribute(signMark);
@@ -191,16 +191,16 @@ void SkinDrawing::collect(const QDomElement& element, const QString& owner, cons
     }
 }
 
-QRectF SkinDrawing::bounds(const QString& id) const {
+QRectF DissectedSkin::bounds(const QString& id) const {
     return boundsIn(*m_whole, m_exact.value(id));
 }
 
-QRectF SkinDrawing::faceBounds(const QString& id) const {
+QRectF DissectedSkin::faceBounds(const QString& id) const {
     const QRectF face = boundsIn(*m_faces, m_exact.value(id));
     return face.isEmpty() ? bounds(id) : face;
 }
 
-QImage SkinDrawing::window(int scale) const {
+QImage DissectedSkin::window(int scale) const {
     const QRectF area({0, 0}, QSizeF(size()));
     QImage image = canvas(area, scale);
     QPainter painter(&image);
@@ -209,7 +209,7 @@ QImage SkinDrawing::window(int scale) const {
     return image;
 }
 
-QImage SkinDrawing::ground(const QRectF& area, const QString& id, int scale) const {
+QImage DissectedSkin::ground(const QRectF& area, const QString& id, int scale) const {
     QImage image = canvas(area, scale);
     QPainter painter(&image);
     aim(painter, area, scale);
@@ -221,7 +221,7 @@ QImage SkinDrawing::ground(const QRectF& area, const QString& id, int scale) con
     return image;
 }
 
-QImage SkinDrawing::alone(const QString& id, const QRectF& area, int scale) const {
+QImage DissectedSkin::alone(const QString& id, const QRectF& area, int scale) const {
     QImage image = canvas(area, scale);
     const bool label = id.startsWith("check.");
     QSvgRenderer& renderer = label ? *m_parts : *m_whole;
