@@ -1,0 +1,54 @@
+#include "desktop/player/MpvHandle.h"
+
+#include "common/StepError.h"
+
+#include <clocale>
+
+namespace velmorant {
+
+MpvHandle::MpvHandle(const Options& options) {
+    std::setlocale(LC_NUMERIC, "C");
+    handle_ = mpv_create();
+    if (!handle_)
+        throw StepError("libmpv cannot be created");
+    for (const auto& [name, value] : options) {
+        const int status = mpv_set_option_string(handle_, name, value);
+        if (status < 0) {
+            mpv_terminate_destroy(handle_);
+            throw StepError(std::string("libmpv refuses the option ") + name + "=" + value + ": " +
+                            mpv_error_string(status));
+        }
+    }
+    const int status = mpv_initialize(handle_);
+    if (status < 0) {
+        mpv_terminate_destroy(handle_);
+        throw StepError(std::string("libmpv cannot be started: ") + mpv_error_string(status));
+    }
+}
+
+MpvHandle::~MpvHandle() {
+    mpv_terminate_destroy(handle_);
+}
+
+void MpvHandle::command(const std::vector<std::string>& words, std::uint64_t reply) {
+    std::vector<const char*> arguments;
+    for (const std::string& word : words)
+        arguments.push_back(word.c_str());
+    arguments.push_back(nullptr);
+    mpv_command_async(handle_, reply, arguments.data());
+}
+
+void MpvHandle::setFlag(const char* property, bool value) {
+    int flag = value ? 1 : 0;
+    mpv_set_property_async(handle_, 0, property, MPV_FORMAT_FLAG, &flag);
+}
+
+void MpvHandle::setNumber(const char* property, double value) {
+    mpv_set_property_async(handle_, 0, property, MPV_FORMAT_DOUBLE, &value);
+}
+
+void MpvHandle::setText(const char* property, const char* value) {
+    mpv_set_property_async(handle_, 0, property, MPV_FORMAT_STRING, &value);
+}
+
+} // namespace velmorant

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <mpv/client.h>
+
+namespace velmorant {
+
+/// Owns one libmpv core. Everything but the constructor is asynchronous: no call waits for the
+/// core, which may be busy opening a slow card. Requests are executed in the order given.
+class MpvHandle {
+  public:
+    using Options = std::vector<std::pair<const char*, const char*>>;
+
+    /// Throws StepError when libmpv cannot be started. Sets the numeric locale to "C", which libmpv
+    /// demands.
+    explicit MpvHandle(const Options& options);
+    ~MpvHandle();
+    MpvHandle(const MpvHandle&) = delete;
+    MpvHandle& operator=(const MpvHandle&) = delete;
+
+    mpv_handle* get() const { return handle_; }
+    /// `reply` comes back in the MPV_EVENT_COMMAND_REPLY event; 0: nobody asks for it.
+    void command(const std::vector<std::string>& words, std::uint64_t reply = 0);
+    void setFlag(const char* property, bool value);
+    void setNumber(const char* property, double value);
+    void setText(const char* property, const char* value);
+
+  private:
+    mpv_handle* handle_;
+};
+
+} // namespace velmorant

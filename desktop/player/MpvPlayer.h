@@ -1,0 +1,146 @@
+#pragma once
+
+#include "desktop/player/DecodedFrame.h"
+#include "desktop/player/MpvHandle.h"
+#include "desktop/player/PictureListener.h"
+#include "ports/MediaPlayer.h"
+
+#include <QObject>
+
+#include <functional>
+#include <memory>
+
+namespace velmorant {
+
+enum class VideoOutput {
+    Software, ///< drawn by the processor into a plain widget
+    OpenGl,   ///< for a real graphics processor and high resolutions
+    None      ///< decoded and dropped: a player that nobody looks at
+};
+enum class AudioOutput { System, None };
+enum class FrameStep { Back, Forward };
+
+/// The media player on libmpv. It opens local files alone: nothing in a recording, be it a playlist
+/// under a recording's name, makes it open anything else.
+///
+/// playState(): Undefined while nothing is open and while a file opens; Stopped once it is open,
+/// after stop() and after the end; Paused and Playing. At the end of a playing recording the event
+/// MediaEnded is sent, then Stopped; the picture stays the last one and the next play() begins
+/// anew. A pause at the end of the file is no end.
+///
+/// All events are sent from the event loop, never from inside a call. Where there is no sound card
+/// the recording plays without sound.
+class MpvPlayer : public PlayerControls, public PlayerSettings {
+  public:
+    using FailureListener = std::function<void(const std::string& path, const std::string& reason)>;
+
+    /// Throws StepError when libmpv cannot be started.
+    MpvPlayer(VideoOutput video, AudioOutput audio);
+    ~MpvPlayer() override;
+    MpvPlayer(const MpvPlayer&) = delete;
+    MpvPlayer& operator=(const MpvPlayer&) = delete;
+
+    void setUrl(const std::string& path) override;
+    std::string url() const override { return url_; }
+    void play() override;
+    void pause() override;
+    void stop() override;
+    /// Where a seek is under way, its target.
+    std::optional<double> currentPosition() const override;
+    /// Exact: the first picture at or after that time; past the end the last picture.
+    void setCurrentPosition(double seconds) override;
+    std::optional<double> duration() const override { return duration_; }
+    PlayState playState() const override { return state_; }
+
+    bool mute() const override { return mute_; }
+    void setMute(bool mute) override;
+    int volume() const override { return volume_; }
+    void setVolume(int volume) override;
+    double rate() const override { return rate_; }
+    /// The pitch stays. Clamped to 0.01 .. 100; what is no number is ignored.
+    void setRate(double rate) override;
+
+    /// Pauses and shows the next or the previous picture.
+    void stepFrame(FrameStep direction);
+    /// The picture shown now; absent when there is none.
+    std::optional<DecodedFrame> decodedFrame() const;
+
+    void onPlayStateChange(std::function<void(PlayState)> listener);
+    /// The recording cannot be opened or holds no picture that can be decoded: path and libmpv's
+    /// reason. The player is then closed but for its url(); play() tries it again.
+    void onOpenFailed(FailureListener listener);
+    /// The recording ended clearly before its duration, as when a card is pulled out or a file is
+    /// cut off; sent before MediaEnded.
+    void onEndedEarly(FailureListener listener);
+
+    /// For the widget that shows the picture. The core lives until both have let go of it.
+    std::shared_ptr<MpvHandle> handle() const { return handle_; }
+    VideoOutput videoOutput() const { return video_; }
+    std::shared_ptr<PictureLink> link() const { return link_; }
+    /// The widget can draw now: with OpenGl nothing is opened before.
+    void pictureReady();
+    void pictureLost();
+
+  private:
+    enum class Wanted { Nothing, Play, Pause };
+    enum class Phase { Closed, WaitingForPicture, Opening, Opened };
+    struct ObservedProperty;
+    static const ObservedProperty observedProperties[];
+
+    void observeProperties();
+    void open();
+    void readEvents();
+    void handleEvent(const mpv_event& event);
+    void commandReplied(const mpv_event& event);
+    void fileEnded(const mpv_event_end_file& end);
+    void playbackRestarted();
+    void propertyReplied(const mpv_event& event);
+    void logMessage(const mpv_event_log_message& message);
+    void positionChanged(const mpv_event_property& property);
+    void durationChanged(const mpv_event_property& property);
+    void endReachedChanged(const mpv_event_property& property);
+
+    void seek(double seconds);
+    void step(int frames);
+    void opened();
+    void askForEnd();
+    void ended();
+    void failed(const std::string& reason);
+    void report(FailureListener MpvPlayer::*listener, const std::string& reason);
+    void setState(PlayState state);
+    void sendState(PlayState state);
+
+    QObject context_; ///< what is queued for it dies with it
+    VideoOutput video_;
+    std::shared_ptr<MpvHandle> handle_;
+    std::shared_ptr<PictureLink> link_ = std::make_shared<PictureLink>();
+    bool pictureReady_;
+
+    std::string url_;
+    Phase phase_ = Phase::Closed;
+    Wanted wanted_ = Wanted::Nothing;
+    PlayState state_ = PlayState::Undefined;
+    std::uint64_t lastRequest_ = 0;    ///< numbers the requests whose replies matter
+    std::uint64_t loadRequest_ = 0;    ///< of the present file
+    std::uint64_t seekRequest_ = 0;    ///< of the last seek
+    std::int64_t entry_ = -1;          ///< libmpv's number of the present file
+    std::int64_t startedEntry_ = -1;   ///< of the file that libmpv works on
+    std::optional<double> heldSeek_;   ///< until the file is open
+    std::optional<double> seekTarget_; ///< until its picture is there
+    bool seekExecuted_ = false;
+    bool steppingBack_ = false; ///< until its picture is there; libmpv loses a step before
+    int heldSteps_ = 0;         ///< asked for meanwhile; back is negative
+    bool atEnd_ = false;        ///< ended by itself: the next play() begins anew
+    std::optional<double> position_;
+    std::optional<double> duration_;
+    std::string firstError_; ///< of libmpv's log since the file was set
+    bool mute_ = false;
+    int volume_ = 100;
+    double rate_ = 1;
+
+    std::function<void(PlayState)> stateListener_;
+    FailureListener failureListener_;
+    FailureListener earlyEndListener_;
+};
+
+} // namespace velmorant

@@ -1,0 +1,121 @@
+#include "desktop/player/SoftwareSurface.h"
+
+#include "common/StepError.h"
+
+#include <QPainter>
+
+#include <array>
+
+namespace velmorant {
+
+namespace {
+/// Start and rows of the picture in memory; less alignment makes libmpv copy the whole frame.
+constexpr std::size_t alignment = 64;
+} // namespace
+
+SoftwareSurface::SoftwareSurface(MpvPlayer& player, QWidget* parent)
+    : QWidget(parent), handle_(player.handle()) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_SW)},
+        {MPV_RENDER_PARAM_INVALID, nullptr}};
+    const int status = mpv_render_context_create(&context_, handle_->get(), parameters);
+    if (status < 0)
+        throw StepError(std::string("libmpv cannot draw: ") + mpv_error_string(status));
+    mpv_render_context_set_update_callback(
+        context_,
+        [](void* self) {
+            auto* surface = static_cast<SoftwareSurface*>(self);
+            QMetaObject::invokeMethod(
+                surface, [surface] { surface->frameArrived(); }, Qt::QueuedConnection);
+        },
+        this);
+}
+
+SoftwareSurface::~SoftwareSurface() {
+    mpv_render_context_set_update_callback(context_, nullptr, nullptr);
+    mpv_render_context_free(context_);
+}
+
+void SoftwareSurface::hold() {
+    if (content_ == Content::Video)
+        content_ = Content::Held;
+}
+
+void SoftwareSurface::show() {
+    content_ = Content::Video;
+    draw();
+}
+
+void SoftwareSurface::clear() {
+    content_ = Content::Black;
+    update();
+}
+
+void SoftwareSurface::frameArrived() {
+    if (!(mpv_render_context_update(context_) & MPV_RENDER_UPDATE_FRAME))
+        return;
+    if (isVisible() && content_ == Content::Video)
+        draw();
+    else
+        skip();
+}
+
+void SoftwareSurface::skip() {
+    int yes = 1;
+    int no = 0;
+    mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SKIP_RENDERING, &yes},
+                                     {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &no},
+                                     {MPV_RENDER_PARAM_INVALID, nullptr}};
+    mpv_render_context_render(context_, parameters);
+}
+
+void SoftwareSurface::draw() {
+    const QSize size = (QSizeF(this->size()) * devicePixelRatioF()).toSize();
+    if (size.isEmpty() || !isVisible())
+        return skip();
+    std::size_t stride =
+        (static_cast<std::size_t>(size.width()) * 4 + alignment - 1) / alignment * alignment;
+    if (image_.size() != size) {
+        memory_.assign(stride * static_cast<std::size_t>(size.height()) + alignment, 0);
+        void* start = memory_.data();
+        std::size_t space = memory_.size();
+        std::align(alignment, space - alignment, start, space);
+        image_ = QImage(static_cast<uchar*>(start), size.width(), size.height(),
+                        static_cast<qsizetype>(stride), QImage::Format_RGB32);
+        image_.setDevicePixelRatio(devicePixelRatioF());
+    }
+    std::array<int, 2> target = {size.width(), size.height()};
+    char format[] = "bgr0";
+    int no = 0;
+    mpv_render_param parameters[] = {
+        {MPV_RENDER_PARAM_SW_SIZE, target.data()},
+        {MPV_RENDER_PARAM_SW_FORMAT, format},
+        {MPV_RENDER_PARAM_SW_STRIDE, &stride},
+        {MPV_RENDER_PARAM_SW_POINTER, const_cast<uchar*>(image_.constBits())},
+        {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &no}, // never wait in the window's thread
+        {MPV_RENDER_PARAM_INVALID, nullptr}};
+    mpv_render_context_render(context_, parameters);
+    update();
+}
+
+void SoftwareSurface::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    if (content_ == Content::Black || image_.isNull())
+        painter.fillRect(rect(), Qt::black);
+    else
+        painter.drawImage(rect(), image_);
+}
+
+void SoftwareSurface::resizeEvent(QResizeEvent*) {
+    if (content_ == Content::Video)
+        draw();
+}
+
+void SoftwareSurface::showEvent(QShowEvent*) {
+    if (content_ == Content::Video)
+        QMetaObject::invokeMethod(
+            this, [this] { draw(); }, Qt::QueuedConnection);
+}
+
+} // namespace velmorant

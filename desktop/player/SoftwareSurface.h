@@ -1,0 +1,42 @@
+#pragma once
+
+#include "desktop/player/VideoSurface.h"
+
+#include <QImage>
+
+#include <mpv/render.h>
+
+namespace velmorant {
+
+/// Draws by the processor: libmpv scales into memory that the widget paints. While the widget is
+/// hidden the frames are consumed undrawn, so that the player goes on.
+class SoftwareSurface : public QWidget, public VideoSurface {
+  public:
+    /// Throws StepError when libmpv cannot draw. `player` may end first.
+    SoftwareSurface(MpvPlayer& player, QWidget* parent);
+    ~SoftwareSurface() override;
+
+    QWidget& widget() override { return *this; }
+    void hold() override;
+    void show() override;
+    void clear() override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    enum class Content { Video, Held, Black };
+    void frameArrived();
+    void draw();
+    void skip();
+
+    std::shared_ptr<MpvHandle> handle_;
+    mpv_render_context* context_ = nullptr;
+    Content content_ = Content::Black;
+    std::vector<uchar> memory_;
+    QImage image_; ///< a view of memory_
+};
+
+} // namespace velmorant

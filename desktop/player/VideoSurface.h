@@ -1,0 +1,19 @@
+#pragma once
+
+#include "desktop/player/MpvPlayer.h"
+
+#include <QWidget>
+
+namespace velmorant {
+
+/// The widget that libmpv draws into; VideoWidget owns it and catches its mouse and keys.
+class VideoSurface {
+  public:
+    virtual ~VideoSurface() = default;
+    virtual QWidget& widget() = 0;
+    virtual void hold() = 0; ///< keeps the present picture until show()
+    virtual void show() = 0;
+    virtual void clear() = 0; ///< black until show()
+};
+
+} // namespace velmorant

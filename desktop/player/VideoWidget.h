@@ -1,0 +1,90 @@
+#pragma once
+
+#include "desktop/player/PictureListener.h"
+#include "desktop/player/VideoSurface.h"
+
+#include <QPixmap>
+#include <QPointer>
+
+#include <functional>
+
+namespace velmorant {
+
+enum class MouseAction { Press, Release, DoubleClick };
+
+struct PictureMouseEvent {
+    MouseAction action = MouseAction::Press;
+    int button = 0; ///< 1 left, 2 right, 4 middle
+    int shift = 0;  ///< 1 Shift, 2 Ctrl, 4 Alt, added up
+    int x = 0;      ///< pixels from the picture's left edge
+    int y = 0;
+};
+
+/// The background picture box and, over it, the player's picture, letterboxed. The player's picture
+/// is hidden at first. It becomes a window of its own while it fills the screen; keys pressed there
+/// arrive in this widget.
+class VideoWidget : public QWidget, private PictureListener {
+  public:
+    /// Throws StepError when libmpv cannot draw. Widget and player may end in either order.
+    explicit VideoWidget(MpvPlayer& player, QWidget* parent = nullptr);
+    ~VideoWidget() override;
+
+    void setPictureVisible(bool visible);
+    bool isFullScreenPicture() const { return fullScreen_; }
+    void setFullScreenPicture(bool fullScreen);
+    void setPictureSize(int width, int height);
+    bool setBackgroundPicture(const std::string& path);
+
+    void onMouse(std::function<void(const PictureMouseEvent&)> listener);
+    void onWheel(std::function<void(int steps)> listener); ///< up is positive
+    /// The box was resized, in pixels.
+    void onResize(std::function<void(int width, int height)> listener);
+    void onFullScreenChange(std::function<void(bool fullScreen)> listener);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    void holdPicture() override { surface_->hold(); }
+    void showPicture() override { surface_->show(); }
+    void clearPicture() override { surface_->clear(); }
+    bool mouseEvent(QEvent& event, MouseAction action);
+    bool wheelEvent(QEvent& event);
+    QWidget& picture() { return surface_->widget(); }
+
+    VideoSurface* surface_; ///< a child widget, deleted as such
+    QPointer<QWidget> surfaceWidget_;
+    std::shared_ptr<PictureLink> link_;
+    QSize pictureSize_;
+    bool pictureVisible_ = false;
+    bool fullScreen_ = false;
+    int wheelAngle_ = 0;
+    QString backgroundPath_;
+    QPixmap background_; ///< at the widget's size
+    std::function<void(const PictureMouseEvent&)> mouseListener_;
+    std::function<void(int)> wheelListener_;
+    std::function<void(int, int)> resizeListener_;
+    std::function<void(bool)> fullScreenListener_;
+};
+
+/// VideoWidget as the logic's port.
+class VideoWidgetView : public PlayerView {
+  public:
+    explicit VideoWidgetView(VideoWidget& widget) : widget_(widget) {}
+    void setVisible(bool visible) override { widget_.setPictureVisible(visible); }
+    bool fullScreen() const override { return widget_.isFullScreenPicture(); }
+    void setFullScreen(bool fullScreen) override { widget_.setFullScreenPicture(fullScreen); }
+    /// The picture never has controls of its own.
+    void setUiMode(const std::string&) override {}
+    void setSize(int width, int height) override { widget_.setPictureSize(width, height); }
+    bool setBackgroundPicture(const std::string& path) override {
+        return widget_.setBackgroundPicture(path);
+    }
+
+  private:
+    VideoWidget& widget_;
+};
+
+} // namespace velmorant

@@ -1,0 +1,333 @@
+#include "desktop/player/MpvPlayer.h"
+
+#include "desktop/player/VideoWidget.h"
+#include "tests/desktop/eventLoop.h"
+#include "tests/desktop/player/TestMedia.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+
+namespace velmorant {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class MpvPlayerTest : public testing::Test {
+  protected:
+    MpvPlayerTest() {
+        player_.onPlayStateChange([this](PlayState state) { states_.push_back(state); });
+        player_.onOpenFailed([this](const std::string& path, const std::string& reason) {
+            failures_.push_back(path + ": " + reason);
+        });
+        player_.onEndedEarly([this](const std::string& path, const std::string& reason) {
+            earlyEnds_.push_back(path + ": " + reason);
+        });
+        widget_.resize(320, 180);
+        widget_.setPictureSize(320, 180);
+        widget_.show();
+        widget_.setPictureVisible(true);
+    }
+
+    void open(TestMedium medium) {
+        player_.setUrl(testMedium(medium));
+        ASSERT_TRUE(waitFor([this] { return player_.playState() == PlayState::Stopped; }));
+    }
+    bool reaches(PlayState state) {
+        return waitFor([this, state] { return player_.playState() == state; });
+    }
+    /// The number, mod 100, of the decoded frame; -1 without one.
+    int frame() const {
+        const std::optional<DecodedFrame> frame = player_.decodedFrame();
+        return frame && !frame->rgb.empty() ? frameNumberOf(frame->rgb[0]) : -1;
+    }
+    bool showsFrame(int number) {
+        return waitFor([this, number] { return frame() == number % 100; }, 3000);
+    }
+
+    MpvPlayer player_{VideoOutput::Software, AudioOutput::System};
+    VideoWidget widget_{player_};
+    std::vector<PlayState> states_;
+    std::vector<std::string> failures_;
+    std::vector<std::string> earlyEnds_;
+};
+
+TEST_F(MpvPlayerTest, opens_a_recording_without_playing_it) {
+    EXPECT_EQ(player_.playState(), PlayState::Undefined);
+    EXPECT_EQ(player_.currentPosition(), std::nullopt);
+    open(TestMedium::TenSeconds);
+    EXPECT_EQ(player_.url(), testMedium(TestMedium::TenSeconds));
+    ASSERT_TRUE(waitFor([this] { return player_.duration() && player_.currentPosition(); }));
+    EXPECT_NEAR(*player_.duration(), 10, 0.1);
+    EXPECT_TRUE(showsFrame(0));
+    letRun(300);
+    EXPECT_NEAR(*player_.currentPosition(), 0, 0.001);
+}
+
+TEST_F(MpvPlayerTest, holds_play_and_seek_until_the_file_is_open) {
+    player_.setUrl(testMedium(TestMedium::TenSeconds));
+    player_.setCurrentPosition(4);
+    player_.play();
+    EXPECT_EQ(player_.currentPosition(), 4);
+    ASSERT_TRUE(reaches(PlayState::Playing));
+    ASSERT_TRUE(waitFor([this] { return player_.currentPosition() > 4.2; }));
+    EXPECT_LT(*player_.currentPosition(), 6);
+}
+
+TEST_F(MpvPlayerTest, holds_a_pause_that_follows_a_held_play) {
+    player_.setUrl(testMedium(TestMedium::TenSeconds));
+    player_.play();
+    player_.pause();
+    ASSERT_TRUE(reaches(PlayState::Paused));
+    letRun(200);
+    EXPECT_THAT(states_, ElementsAre(PlayState::Paused));
+    EXPECT_NEAR(*player_.currentPosition(), 0, 0.001);
+}
+
+TEST_F(MpvPlayerTest, tells_each_change_of_its_state) {
+    open(TestMedium::TenSeconds);
+    player_.play();
+    ASSERT_TRUE(waitFor([this] { return player_.currentPosition() > 0.2; }));
+    player_.pause();
+    letRun(50);
+    player_.play();
+    player_.stop();
+    letRun(50);
+    EXPECT_THAT(states_, ElementsAre(PlayState::Stopped, PlayState::Playing, PlayState::Paused,
+                                     PlayState::Playing, PlayState::Stopped));
+    EXPECT_NEAR(*player_.currentPosition(), 0, 0.001);
+    EXPECT_TRUE(showsFrame(0));
+}
+
+TEST_F(MpvPlayerTest, ends_with_media_ended_and_then_stopped_and_begins_anew) {
+    open(TestMedium::Short);
+    player_.play();
+    ASSERT_TRUE(waitFor([this] { return states_.size() >= 4; }));
+    EXPECT_THAT(states_, ElementsAre(PlayState::Stopped, PlayState::Playing, PlayState::MediaEnded,
+                                     PlayState::Stopped));
+    EXPECT_EQ(frame(), 29);
+    EXPECT_EQ(player_.currentPosition(), 0);
+    EXPECT_TRUE(earlyEnds_.empty());
+    player_.play();
+    ASSERT_TRUE(waitFor([this] { return states_.size() >= 7; }));
+    EXPECT_EQ(states_[5], PlayState::MediaEnded);
+}
+
+TEST_F(MpvPlayerTest, seeks_to_the_exact_frame) {
+    open(TestMedium::TenSeconds);
+    for (const double seconds : {3.5, 0.1, 9.0, 4.0 / 3, 6.0, 2.0}) {
+        SCOPED_TRACE(seconds);
+        player_.setCurrentPosition(seconds);
+        EXPECT_NEAR(*player_.currentPosition(), seconds, 0.0001);
+        EXPECT_TRUE(showsFrame(static_cast<int>(std::lround(seconds * 30)))) << frame();
+        EXPECT_NEAR(*player_.currentPosition(), seconds, 0.034);
+    }
+}
+
+TEST_F(MpvPlayerTest, loses_no_seek_of_many_in_a_row) {
+    open(TestMedium::TenSeconds);
+    for (int i = 0; i < 100; ++i) {
+        player_.setCurrentPosition(i * 37 % 90 / 10.0);
+        if (i % 3 == 0)
+            letRun(5);
+    }
+    player_.setCurrentPosition(5.5);
+    EXPECT_TRUE(showsFrame(165)) << frame();
+}
+
+TEST_F(MpvPlayerTest, shows_the_last_frame_for_a_seek_past_the_end_and_does_not_end_while_paused) {
+    open(TestMedium::TenSeconds);
+    player_.play();
+    player_.pause();
+    player_.setCurrentPosition(500);
+    EXPECT_TRUE(showsFrame(299)) << frame();
+    letRun(200);
+    EXPECT_EQ(player_.playState(), PlayState::Paused);
+    EXPECT_NEAR(*player_.currentPosition(), 10, 0.1);
+    player_.play();
+    EXPECT_TRUE(reaches(PlayState::Stopped));
+    letRun(20);
+    EXPECT_THAT(states_, testing::Contains(PlayState::MediaEnded));
+}
+
+TEST_F(MpvPlayerTest, ends_when_a_playing_recording_is_sought_past_its_end) {
+    open(TestMedium::TenSeconds);
+    player_.play();
+    ASSERT_TRUE(waitFor([this] { return player_.currentPosition() > 0.1; }));
+    player_.setCurrentPosition(10);
+    EXPECT_TRUE(reaches(PlayState::Stopped));
+}
+
+TEST_F(MpvPlayerTest, steps_single_frames_both_ways) {
+    open(TestMedium::TenSeconds);
+    player_.setCurrentPosition(2);
+    ASSERT_TRUE(showsFrame(60));
+    player_.stepFrame(FrameStep::Forward);
+    EXPECT_TRUE(showsFrame(61)) << frame();
+    EXPECT_EQ(player_.playState(), PlayState::Paused);
+    player_.stepFrame(FrameStep::Back);
+    EXPECT_TRUE(showsFrame(60)) << frame();
+    player_.stepFrame(FrameStep::Back);
+    EXPECT_TRUE(showsFrame(59)) << frame();
+    EXPECT_TRUE(
+        waitFor([this] { return std::abs(*player_.currentPosition() - 59 / 30.0) < 0.01; }));
+}
+
+TEST_F(MpvPlayerTest, plays_at_the_rate_asked_for) {
+    open(TestMedium::TenSeconds);
+    player_.setRate(4);
+    EXPECT_EQ(player_.rate(), 4);
+    player_.play();
+    ASSERT_TRUE(waitFor([this] { return player_.currentPosition() > 0.5; }));
+    const double from = *player_.currentPosition();
+    QElapsedTimer timer;
+    timer.start();
+    ASSERT_TRUE(waitFor([&] { return player_.currentPosition() > from + 4; }));
+    EXPECT_NEAR(static_cast<double>(timer.elapsed()) / 1000, 1, 0.4);
+}
+
+TEST_F(MpvPlayerTest, clamps_volume_and_rate) {
+    const std::pair<int, int> volumes[] = {{50, 50}, {-1, 0}, {101, 100}, {100, 100}, {0, 0}};
+    for (const auto& [asked, got] : volumes) {
+        player_.setVolume(asked);
+        EXPECT_EQ(player_.volume(), got);
+    }
+    player_.setRate(0);
+    EXPECT_EQ(player_.rate(), 0.01);
+    player_.setRate(std::nan(""));
+    EXPECT_EQ(player_.rate(), 0.01);
+    player_.setMute(true);
+    EXPECT_TRUE(player_.mute());
+}
+
+TEST_F(MpvPlayerTest, keeps_rate_volume_and_mute_over_a_change_of_recording) {
+    open(TestMedium::TenSeconds);
+    player_.setRate(2);
+    player_.setVolume(30);
+    player_.setMute(true);
+    player_.setUrl(testMedium(TestMedium::Short));
+    player_.play();
+    ASSERT_TRUE(reaches(PlayState::Playing));
+    double speed = 0;
+    double volume = 0;
+    int mute = 0;
+    mpv_get_property(player_.handle()->get(), "speed", MPV_FORMAT_DOUBLE, &speed);
+    mpv_get_property(player_.handle()->get(), "volume", MPV_FORMAT_DOUBLE, &volume);
+    mpv_get_property(player_.handle()->get(), "mute", MPV_FORMAT_FLAG, &mute);
+    EXPECT_EQ(speed, 2);
+    EXPECT_EQ(volume, 30);
+    EXPECT_EQ(mute, 1);
+}
+
+struct Failure {
+    const char* name;
+    std::string path;
+    const char* reason;
+};
+
+TEST_F(MpvPlayerTest, says_why_a_recording_cannot_be_opened) {
+    const std::string empty = std::string(VELMORANT_TEST_OUTPUT) + "/empty.MP4";
+    testMedium(TestMedium::NoMedia);
+    std::ofstream{empty};
+    const Failure failures[] = {
+        {"missing", "/nowhere/103045.MP4", "No such file"},
+        {"folder", VELMORANT_TEST_OUTPUT, ""},
+        {"empty", empty, "unrecognized file format"},
+        {"text", testMedium(TestMedium::NoMedia), "unrecognized file format"},
+        {"sound", testMedium(TestMedium::SoundOnly), "no picture"},
+        {"address", "http://127.0.0.1:9/a.MP4", "No such file"},
+    };
+    for (const Failure& failure : failures) {
+        SCOPED_TRACE(failure.name);
+        failures_.clear();
+        player_.setUrl(failure.path);
+        player_.play();
+        ASSERT_TRUE(waitFor([this] { return !failures_.empty(); }));
+        EXPECT_THAT(failures_, ElementsAre(testing::StartsWith(failure.path + ": ")));
+        EXPECT_THAT(failures_[0], HasSubstr(failure.reason));
+        EXPECT_EQ(player_.playState(), PlayState::Undefined);
+        EXPECT_EQ(player_.url(), failure.path);
+    }
+    player_.setUrl(testMedium(TestMedium::Short));
+    player_.play();
+    EXPECT_TRUE(reaches(PlayState::Playing));
+}
+
+TEST_F(MpvPlayerTest, plays_a_cut_off_recording_as_far_as_it_can_and_says_so) {
+    open(TestMedium::CutOff);
+    player_.setRate(10);
+    player_.play();
+    ASSERT_TRUE(reaches(PlayState::Stopped));
+    letRun(20);
+    EXPECT_THAT(states_, testing::Contains(PlayState::MediaEnded));
+    EXPECT_THAT(earlyEnds_, ElementsAre(HasSubstr("ends at 0:0")));
+}
+
+TEST_F(MpvPlayerTest, opens_only_the_last_of_several_files_set_at_once) {
+    player_.setUrl("/nowhere/1.MP4");
+    player_.setUrl(testMedium(TestMedium::TenSeconds));
+    player_.setUrl(testMedium(TestMedium::Short));
+    player_.play();
+    ASSERT_TRUE(reaches(PlayState::Playing));
+    EXPECT_NEAR(*player_.duration(), 1, 0.1);
+    EXPECT_TRUE(failures_.empty());
+}
+
+TEST_F(MpvPlayerTest, closes_with_the_empty_path) {
+    open(TestMedium::TenSeconds);
+    player_.play();
+    player_.setUrl("");
+    EXPECT_EQ(player_.playState(), PlayState::Undefined);
+    player_.play();
+    player_.setCurrentPosition(3);
+    letRun(100);
+    EXPECT_EQ(player_.playState(), PlayState::Undefined);
+    EXPECT_EQ(player_.currentPosition(), std::nullopt);
+    EXPECT_EQ(player_.duration(), std::nullopt);
+    EXPECT_FALSE(player_.decodedFrame());
+}
+
+TEST_F(MpvPlayerTest, gives_the_decoded_frame_at_its_full_size) {
+    widget_.setPictureSize(64, 36);
+    open(TestMedium::TenSeconds);
+    player_.setCurrentPosition(1);
+    ASSERT_TRUE(showsFrame(30));
+    const std::optional<DecodedFrame> frame = player_.decodedFrame();
+    ASSERT_TRUE(frame);
+    EXPECT_EQ(frame->width, 320);
+    EXPECT_EQ(frame->height, 180);
+    EXPECT_EQ(frame->rgb.size(), 320U * 180 * 3);
+}
+
+TEST(HiddenMpvPlayer, plays_without_any_widget) {
+    MpvPlayer player(VideoOutput::None, AudioOutput::None);
+    bool ended = false;
+    player.onPlayStateChange([&](PlayState state) { ended |= state == PlayState::MediaEnded; });
+    player.setUrl(testMedium(TestMedium::Short));
+    player.play();
+    player.setMute(true);
+    EXPECT_TRUE(waitFor([&] { return ended; }));
+}
+
+TEST(HiddenMpvPlayer, plays_beside_a_visible_one_from_the_first_moment) {
+    MpvPlayer hidden(VideoOutput::None, AudioOutput::None);
+    MpvPlayer visible(VideoOutput::Software, AudioOutput::System);
+    VideoWidget widget(visible);
+    widget.resize(640, 360);
+    widget.setPictureSize(640, 360);
+    widget.show();
+    hidden.setUrl(testMedium(TestMedium::Short));
+    hidden.play();
+    hidden.setMute(true);
+    visible.setUrl(testMedium(TestMedium::TenSeconds));
+    widget.setPictureVisible(true);
+    visible.play();
+    EXPECT_TRUE(waitFor([&] { return visible.currentPosition() > 0.3; }));
+    EXPECT_TRUE(waitFor([&] { return hidden.playState() == PlayState::Stopped; }));
+}
+
+} // namespace
+} // namespace velmorant
