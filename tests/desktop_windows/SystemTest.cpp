@@ -124,8 +124,10 @@ TEST(QtFileDialogs, one_file_comes_as_its_full_path_several_as_folder_and_names)
         EXPECT_EQ(dialog.directory().absolutePath().toStdString(), folder.path());
         chooseNames(dialog, "\"103045.MP4\" \"103210_P.MP4\"");
     });
-    EXPECT_EQ(dialogs.openFiles(request),
-              folder.path() + std::string("\0" "103045.MP4\0" "103210_P.MP4", 24));
+    EXPECT_EQ(dialogs.openFiles(request), folder.path() + std::string("\0"
+                                                                      "103045.MP4\0"
+                                                                      "103210_P.MP4",
+                                                                      24));
     whenShown<QFileDialog>([&](QFileDialog& dialog) { dialog.reject(); });
     EXPECT_EQ(dialogs.openFiles(request), "");
 }

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "desktop/widgets/SkinDrawing.h"
+#include <QAccessibleWidget>
+#include <QWidget>
+#include <memory>
+#include <optional>
+
+namespace velmorant {
+
+/// When a drag of a slider counts as a change.
+enum class SliderDrag {
+    Live,     ///< with every move
+    AtRelease ///< when the button is let go; the moves are previews
+};
+
+struct SliderOptions {
+    double step = 1;  ///< arrow keys and one notch of the wheel
+    double page = 10; ///< page keys
+    SliderDrag drag = SliderDrag::Live;
+};
+
+/// A slider of a skin, 0..100. The program may set values beyond the ends; the user cannot.
+class SkinSlider : public QWidget {
+    Q_OBJECT
+  public:
+    SkinSlider(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element, QWidget* parent);
+    void setOptions(const SliderOptions& options) { options_ = options; }
+    /// Raises no signal. While the user drags, the knob stays under the pointer; the value shows
+    /// when it is let go.
+    void setValue(double value);
+    double value() const { return value_; }
+    void setOn(bool on);
+    /// The value at a place of the widget, clamped.
+    double valueAt(double x) const;
+    /// What the user does: clamps, shows and reports.
+    void changeByUser(double value);
+
+  signals:
+    void changed(double value);   ///< by the user
+    void previewed(double value); ///< while the user drags, before the change
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+  private:
+    void dragTo(double x);
+    double shownValue() const { return dragged_.value_or(value_); }
+    double positionOf(double value) const;
+    QString thumbId() const;
+
+    std::shared_ptr<SkinDrawing> drawing_;
+    QString id_;
+    QPointF origin_; ///< of the widget in the drawing
+    QRectF range_;   ///< in the drawing
+    SliderOptions options_;
+    double value_ = 0;
+    std::optional<double> dragged_;
+    bool on_ = false;
+};
+
+/// Names and reads a slider to screen readers in its own 0..100.
+class SkinSliderAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+  public:
+    explicit SkinSliderAccessible(SkinSlider* slider);
+    /// Makes the toolkit use this class; any number of times.
+    static void install();
+
+    void* interface_cast(QAccessible::InterfaceType type) override;
+    QString text(QAccessible::Text text) const override;
+    QVariant currentValue() const override;
+    void setCurrentValue(const QVariant& value) override;
+    QVariant maximumValue() const override { return 100.0; }
+    QVariant minimumValue() const override { return 0.0; }
+    QVariant minimumStepSize() const override { return 1.0; }
+
+  private:
+    SkinSlider& slider() const;
+};
+
+} // namespace velmorant

@@ -1,0 +1,56 @@
+#include "desktop/widgets/SkinTexts.h"
+
+#include <QPainter>
+#include <utility>
+
+namespace velmorant {
+
+SkinLabel::SkinLabel(const SkinElement& element, QWidget* parent) : QLabel(parent) {
+    setGeometry(element.bounds.toAlignedRect());
+    QFont ownFont = font();
+    ownFont.setPixelSize(element.text.pixels);
+    ownFont.setBold(element.text.bold);
+    setFont(ownFont);
+    QPalette colours = QLabel::palette();
+    colours.setColor(QPalette::WindowText, element.text.colour);
+    setPalette(colours);
+    setTextFormat(Qt::PlainText);
+    setWordWrap(height() > element.text.pixels * 3);
+    if (wordWrap()) {
+        setMargin(8);
+        setAlignment(element.text.alignment | Qt::AlignTop);
+    } else {
+        setAlignment(element.text.alignment | Qt::AlignVCenter);
+    }
+}
+
+void SkinLabel::paintEvent(QPaintEvent* event) {
+    if (wordWrap())
+        return QLabel::paintEvent(event);
+    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+    setToolTip(shown == text() ? QString() : text());
+    QPainter painter(this);
+    painter.setPen(QLabel::palette().color(QPalette::WindowText));
+    painter.drawText(rect(), static_cast<int>(alignment()), shown);
+}
+
+SkinDigit::SkinDigit(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element,
+                     QWidget* parent)
+    : QLabel(QStringLiteral("0"), parent), drawing_(std::move(drawing)) {
+    setGeometry(element.bounds.toAlignedRect());
+}
+
+void SkinDigit::setDigit(int digit) {
+    digit_ = digit;
+    setText(QString::number(digit));
+}
+
+void SkinDigit::paintEvent(QPaintEvent*) {
+    // The strip ten cells wide, moved so that the cell of the digit lies in this widget.
+    QPainter painter(this);
+    const QSize strip(width() * 10, height());
+    painter.drawPixmap(-digit_ * width(), 0,
+                       drawing_->picture(QStringLiteral("datum"), strip, devicePixelRatioF()));
+}
+
+} // namespace velmorant

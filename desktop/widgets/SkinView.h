@@ -1,0 +1,97 @@
+#pragma once
+
+#include "desktop/system/HandlerGate.h"
+#include "desktop/widgets/SkinDrawing.h"
+#include "desktop/widgets/SkinSlider.h"
+#include "ports/Skin.h"
+#include <QWidget>
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+namespace velmorant {
+
+/// A skin as a widget: the drawing as its ground, a child widget for each element, in reading order
+/// for the Tab key. What is set for an element stays when another drawing is loaded.
+///
+/// An element that the drawing lacks is named once on the error output.
+class SkinView : public QWidget, public Skin {
+    Q_OBJECT
+  public:
+    using ElementText = std::function<std::string(const std::string& element)>;
+
+    /// Listeners are called through the gate, which must outlive the view.
+    explicit SkinView(HandlerGate& gate, QWidget* parent = nullptr);
+
+    bool load(const std::string& path) override;
+    void setOn(const std::string& element, bool on) override;
+    bool isOn(const std::string& element) const override;
+    void setEnabled(const std::string& element, bool enabled) override;
+    void setValue(const std::string& element, double value) override;
+    double value(const std::string& element) const override;
+    void setDigit(const std::string& element, int digit) override;
+    void refresh(const std::string& element) override;
+    /// Of the place of the list, else of `ground`, else black.
+    std::int32_t backColour() const override;
+    void setText(const std::string& element, const std::string& text) override;
+    using QWidget::setEnabled;
+
+    /// Name for screen readers and tool tip of an element; where it gives none, the <title> of the
+    /// drawing stands. Called on load.
+    void setElementTexts(ElementText name, ElementText toolTip);
+    void setSliderOptions(const std::string& element, const SliderOptions& options);
+    /// Elements that the window counts on: load() names those that are missing.
+    void setExpectedElements(std::vector<std::string> elements);
+
+    /// Listeners get the id as the drawing writes it.
+    void onClick(std::function<void(const std::string&)> listener);
+    void onSlider(std::function<void(const std::string&, double)> listener);
+    /// While the user drags a slider with SliderDrag::AtRelease.
+    void onSliderPreview(std::function<void(const std::string&, double)> listener);
+
+    /// A place, or any other id, in pixels of this widget; empty when the drawing lacks it.
+    QRect placeRect(const std::string& id) const;
+    /// Something drawn (a mark, a sign) as a picture of its own; null when the drawing lacks it.
+    QPixmap picture(const std::string& id, const QSize& size) const;
+    /// The widget of an element; null for none.
+    QWidget* elementWidget(const std::string& element) const;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    struct State {
+        bool on = false;
+        bool enabled = true;
+        double value = 0;
+        int digit = 0;
+        QString text;
+    };
+
+    void buildElements();
+    QWidget* buildElement(const SkinElement& element);
+    void applyState(const SkinElement& element);
+    void nameElement(const SkinElement& element, QWidget& widget) const;
+    void orderTabs();
+    /// Null, after saying so, when the drawing lacks it.
+    const SkinElement* known(const std::string& element) const;
+    template <typename Change>
+    void change(const std::string& element, Change change);
+
+    HandlerGate& gate_;
+    std::shared_ptr<SkinDrawing> drawing_;
+    QString path_;
+    std::map<QString, QWidget*> widgets_; ///< by lower-case id; owned by this widget
+    std::map<QString, State> states_;     ///< by lower-case id
+    std::map<QString, SliderOptions> sliderOptions_;
+    std::vector<std::string> expected_;
+    mutable std::map<QString, bool> reported_;
+    ElementText name_;
+    ElementText toolTip_;
+    std::function<void(const std::string&)> click_;
+    std::function<void(const std::string&, double)> slider_;
+    std::function<void(const std::string&, double)> preview_;
+};
+
+} // namespace velmorant

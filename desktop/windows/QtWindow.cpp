@@ -1,0 +1,102 @@
+#include "desktop/windows/QtWindow.h"
+
+#include <QEvent>
+#include <QEventLoop>
+#include <QScreen>
+#include <utility>
+
+namespace velmorant {
+
+QtWindow::QtWindow(QWidget& widget, HandlerGate& gate, const Screen& screen)
+    : widget_(&widget), gate_(gate), screen_(screen) {
+    widget.installEventFilter(this);
+}
+
+void QtWindow::show() {
+    widget_->show();
+}
+
+void QtWindow::showModal() {
+    widget_->setWindowModality(Qt::ApplicationModal);
+    widget_->show();
+    widget_->activateWindow();
+    QEventLoop loop;
+    const auto leaveWhenHidden = [&] {
+        if (!widget_ || !widget_->isVisible())
+            loop.quit();
+    };
+    class HideWatch : public QObject {
+      public:
+        explicit HideWatch(std::function<void()> hidden) : hidden_(std::move(hidden)) {}
+        bool eventFilter(QObject*, QEvent* event) override {
+            if (event->type() == QEvent::Hide || event->type() == QEvent::Destroy)
+                hidden_();
+            return false;
+        }
+
+      private:
+        std::function<void()> hidden_;
+    } watch(leaveWhenHidden);
+    widget_->installEventFilter(&watch);
+    connect(widget_, &QObject::destroyed, &loop, &QEventLoop::quit);
+    const HandlerGate::ModalScope modal(gate_);
+    if (widget_->isVisible())
+        loop.exec(QEventLoop::DialogExec);
+}
+
+void QtWindow::close() {
+    if (!widget_)
+        return;
+    closing_ = true;
+    widget_->close();
+    closing_ = false;
+}
+
+void QtWindow::setForeground() {
+    widget_->raise();
+    widget_->activateWindow();
+}
+
+void QtWindow::setCaption(const std::string& caption) {
+    widget_->setWindowTitle(QString::fromStdString(caption));
+}
+
+void QtWindow::move(int left, int top) {
+    widget_->move(left / screen_.twipsPerPixelX(), top / screen_.twipsPerPixelY());
+}
+
+// On a screen that is smaller than the window the window takes what there is; its contents scroll.
+void QtWindow::resize(int width, int height) {
+    const QSize wanted(width / screen_.twipsPerPixelX(), height / screen_.twipsPerPixelY());
+    widget_->resize(wanted.boundedTo(widget_->screen()->availableSize()));
+}
+
+int QtWindow::left() const {
+    return widget_->x() * screen_.twipsPerPixelX();
+}
+
+int QtWindow::top() const {
+    return widget_->y() * screen_.twipsPerPixelY();
+}
+
+void QtWindow::onCloseRequest(std::function<void()> listener) {
+    closeRequest_ = std::move(listener);
+}
+
+void QtWindow::onResize(std::function<void()> listener) {
+    resized_ = std::move(listener);
+}
+
+bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != widget_)
+        return false;
+    if (event->type() == QEvent::Resize && resized_)
+        gate_.runWhenFree([this] { resized_(); });
+    if (event->type() != QEvent::Close || closing_ || !closeRequest_)
+        return false;
+    event->ignore();
+    gate_.runWhenFree([this] { closeRequest_(); });
+    return true;
+}
+
+} // namespace velmorant

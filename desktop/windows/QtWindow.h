@@ -1,0 +1,48 @@
+#pragma once
+
+#include "desktop/system/HandlerGate.h"
+#include "ports/Screen.h"
+#include "ports/Window.h"
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+#include <functional>
+
+namespace velmorant {
+
+/// A top-level widget as the logic sees it: places and sizes in twips, and a close that asks.
+class QtWindow : public QObject, public Window {
+    Q_OBJECT
+  public:
+    /// The widget is not owned; gate and screen must outlive this object.
+    QtWindow(QWidget& widget, HandlerGate& gate, const Screen& screen);
+
+    void show() override;
+    void showModal() override;
+    void close() override;
+    void setForeground() override;
+    void setCaption(const std::string& caption) override;
+    void move(int left, int top) override;
+    void resize(int width, int height) override;
+    int left() const override;
+    int top() const override;
+
+    /// The user wants the window closed: the listener decides and calls close(). Without a listener
+    /// the window closes.
+    void onCloseRequest(std::function<void()> listener);
+    /// After every change of size.
+    void onResize(std::function<void()> listener);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    QPointer<QWidget> widget_;
+    HandlerGate& gate_;
+    const Screen& screen_;
+    bool closing_ = false;
+    std::function<void()> closeRequest_;
+    std::function<void()> resized_;
+};
+
+} // namespace velmorant
