@@ -38,6 +38,7 @@ SkinLoad frmMain::Load() {
         m_needs.commands.endProgram();
         return loaded;
     }
+    Unload(); // a second load must not take the frame's own procedure for the previous one
     m_saved = m_needs.native.windowProcedure();
     m_needs.native.setWindowProcedure(
         [this](const WindowMessage& message) { return windowProcedure(message); });
