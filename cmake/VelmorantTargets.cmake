@@ -27,6 +27,10 @@ if(VELMORANT_SANITIZE)
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(velmorant_settings INTERFACE -fsanitize=address,undefined)
 endif()
+if(VELMORANT_FUZZERS)
+    # Without it the fuzzers would not see which paths of the libraries they reach.
+    target_compile_options(velmorant_settings INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 
 if(VELMORANT_FUZZERS)
     target_compile_options(velmorant_settings INTERFACE -fsanitize=fuzzer-no-link)
