@@ -7,9 +7,9 @@
 #include <iostream>
 #include <iterator>
 
+#include "telemetry/UtcTime.h"
 #include "tools/card/Interleave.h"
 #include "tools/card/Picture.h"
-#include "telemetry/UtcTime.h"
 
 namespace velmorant::recordings {
 
