@@ -98,7 +98,11 @@ void frmMediaCtrl::run(const std::string& function, const std::string& argument)
     // The argument goes unescaped into a script: what a file brought must not become one.
     if (!isPlainArgument(argument))
         throw StepError("not sent to the map page: \"" + leftCharacters(argument, 40) + "\"");
-    m_needs.htmlView.execScript(function + "('" + argument + "')", "javascript");
+    runScript(function + "('" + argument + "')");
+}
+
+void frmMediaCtrl::runScript(const std::string& text) {
+    m_needs.htmlView.execScript(text, "javascript");
 }
 
 void frmMediaCtrl::poll() {
@@ -119,11 +123,12 @@ void frmMediaCtrl::poll() {
     });
 }
 
-void frmMediaCtrl::varLocalRead(const std::string& value) {
+void frmMediaCtrl::varLocalRead(std::string_view value) {
     if (!PickedPlace::isPending(value))
         return;
+    const std::string picked(value); // the browser may keep the value that is now cleared
     m_needs.htmlView.setWindowProperty("varLocal", "");
-    pick(PickedPlace::read(value));
+    pick(PickedPlace::read(picked));
 }
 
 void frmMediaCtrl::pick(const PickedPlace& place) {

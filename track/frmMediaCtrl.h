@@ -62,13 +62,16 @@ class frmMediaCtrl : public MapPage {
     void MoveCar(const std::string& place) override;
     void clearHistroy(const std::string& number) override;
 
+    /// Runs a script text of the caller's own making in the page.
+    void runScript(const std::string& text);
+
     const std::string& tag() const { return m_tag; } ///< map-ready flag: "0" or "1"
 
   private:
     void navigate();
     void run(const std::string& function, const std::string& argument);
     void poll();
-    void varLocalRead(const std::string& value);
+    void varLocalRead(std::string_view value);
     void pick(const PickedPlace& place);
 
     MediaCtrlNeeds m_needs;
