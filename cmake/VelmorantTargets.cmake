@@ -32,10 +32,6 @@ if(VELMORANT_FUZZERS)
     target_compile_options(velmorant_settings INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-if(VELMORANT_FUZZERS)
-    target_compile_options(velmorant_settings INTERFACE -fsanitize=fuzzer-no-link)
-endif()
-
 # velmorant_room(NAME [libraries...]): a static library of every .cpp file of the folder, or an
 # interface library where the folder holds headers alone. It sees only what it links.
 function(velmorant_room name)

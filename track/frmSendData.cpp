@@ -1,6 +1,7 @@
 #include "track/frmSendData.h"
 
 #include "common/StepError.h"
+#include "common/fillIn.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
 #include "ports/ensureFolder.h"
@@ -25,11 +26,6 @@ constexpr std::size_t failuresInBox = 12;
 
 int percent(std::int64_t part, std::int64_t whole) {
     return toInt16(static_cast<double>(part) * 100.0 / static_cast<double>(whole));
-}
-
-std::string withNumber(std::string text, std::size_t number) {
-    const std::size_t place = text.find("%1");
-    return place == std::string::npos ? text : text.replace(place, 2, std::to_string(number));
 }
 
 } // namespace
@@ -211,8 +207,8 @@ void frmSendData::showFailures() {
     for (std::size_t i = 0; i < named; ++i)
         text += (i == 0 ? "" : "\n") + m_failures[i].file + "\n" + m_failures[i].reason;
     if (named < m_failures.size())
-        text +=
-            "\n" + withNumber(m_needs.texts.addition("extraction.more"), m_failures.size() - named);
+        text += "\n" + fillIn(m_needs.texts.addition("extraction.more"), "%1",
+                              std::to_string(m_failures.size() - named));
     m_needs.messages.show(text, m_needs.texts.byOffset(3011), MessageStyle::Stop);
 }
 
