@@ -1,0 +1,47 @@
+#include "desktop/map/MapPage.h"
+
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineUrlRequestInfo>
+
+namespace velmorant {
+
+bool OwnOrigin::contains(const QUrl& url) const {
+    if (url.scheme() == "data" || url.scheme() == "blob")
+        return true;
+    return url.scheme() == address_.scheme() && url.host() == address_.host() &&
+           url.port() == address_.port();
+}
+
+void OwnOriginInterceptor::interceptRequest(QWebEngineUrlRequestInfo& info) {
+    if (!origin_.contains(info.requestUrl()))
+        info.block(true);
+}
+
+MapPage::MapPage(QWebEngineProfile* profile, const OwnOrigin& origin, QObject* parent)
+    : QWebEnginePage(profile, parent), origin_(origin) {
+    connect(this, &QWebEnginePage::newWindowRequested, this,
+            [this](QWebEngineNewWindowRequest& request) { report(request.requestedUrl()); });
+}
+
+bool MapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
+    if (origin_.contains(url) && (!isMainFrame || url.scheme() != "data"))
+        return true;
+    if (isMainFrame && type == NavigationTypeLinkClicked)
+        report(url);
+    refused_ = refused_ || isMainFrame;
+    return false;
+}
+
+void MapPage::report(const QUrl& url) {
+    const bool web = url.scheme() == "http" || url.scheme() == "https";
+    if (web && link)
+        link(url);
+}
+
+void MapPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& text, int line,
+                                       const QString& source) {
+    if (message)
+        message(source + ':' + QString::number(line) + ": " + text);
+}
+
+} // namespace velmorant

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QWebEnginePage>
+#include <QWebEngineUrlRequestInterceptor>
+
+#include <functional>
+#include <utility>
+
+namespace velmorant {
+
+/// The one origin whose addresses the control opens: that of the address last navigated to.
+/// Addresses that carry their content in themselves (data, blob) are open too.
+class OwnOrigin {
+  public:
+    void set(const QUrl& address) { address_ = address; }
+    bool contains(const QUrl& url) const;
+
+  private:
+    QUrl address_;
+};
+
+/// Blocks every request, of whatever the page embeds, that leaves the own origin.
+class OwnOriginInterceptor : public QWebEngineUrlRequestInterceptor {
+  public:
+    explicit OwnOriginInterceptor(const OwnOrigin& origin) : origin_(origin) {}
+    void interceptRequest(QWebEngineUrlRequestInfo& info) override;
+
+  private:
+    const OwnOrigin& origin_;
+};
+
+/// A page that never leaves its origin: links that lead elsewhere, and windows that it wants to
+/// open, are reported instead.
+class MapPage : public QWebEnginePage {
+    Q_OBJECT
+  public:
+    MapPage(QWebEngineProfile* profile, const OwnOrigin& origin, QObject* parent);
+
+    /// Whether a navigation was refused since the last call; the page then reports a failed load
+    /// although it is still there.
+    bool takeRefusal() { return std::exchange(refused_, false); }
+
+    std::function<void(const QUrl&)> link;
+    std::function<void(const QString&)> message;
+
+  protected:
+    bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
+    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& text,
+                                  int line, const QString& source) override;
+
+  private:
+    void report(const QUrl& url);
+
+    const OwnOrigin& origin_;
+    bool refused_ = false;
+};
+
+} // namespace velmorant

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArray>
+#include <QNetworkAccessManager>
+#include <QString>
+
+#include <functional>
+#include <optional>
+
+namespace velmorant {
+
+/// Who serves street tiles.
+struct TileProvider {
+    /// http or https, with {z}, {x} and {y}, perhaps {s} for one of the sub-domains a, b and c.
+    QString urlTemplate;
+    QString referer;  ///< tile servers ask who fetches
+    int maxZoom = 19; ///< 0 .. 22
+};
+
+struct Tile {
+    QByteArray data;
+    QByteArray type; ///< for example "image/png"
+};
+
+/// Fetches street tiles from the provider, when one is set, and keeps them on disk up to a limit:
+/// an area once seen is there without a network. Freshness follows the server's headers.
+class TileCache {
+  public:
+    /// Creates the folder when first used.
+    TileCache(const QString& folder, qint64 limitBytes);
+
+    void setProvider(std::optional<TileProvider> provider);
+    const std::optional<TileProvider>& provider() const { return provider_; }
+
+    /// Calls back once, from the event loop; without a tile when there is no provider, the place is
+    /// outside the map, or the tile can be had neither from the network nor from the disk.
+    void fetch(int zoom, int x, int y, std::function<void(std::optional<Tile>)> result);
+
+  private:
+    enum class From { Network, Disk };
+    void request(const QUrl& url, From from, std::function<void(std::optional<Tile>)> result);
+
+    QNetworkAccessManager network_;
+    std::optional<TileProvider> provider_;
+};
+
+} // namespace velmorant

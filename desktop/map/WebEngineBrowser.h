@@ -1,0 +1,74 @@
+#pragma once
+
+#include "desktop/map/MapPage.h"
+#include "desktop/map/MapSchemeHandler.h"
+#include "ports/WebBrowser.h"
+
+#include <QPointer>
+#include <QWebEngineProfile>
+#include <QWebEngineView>
+
+#include <memory>
+
+namespace velmorant {
+
+struct WebEngineBrowserSettings {
+    QString pageFolder;    ///< of the page that the program serves itself
+    QString storageFolder; ///< in the user's data folder: what the page remembers
+    QString language;      ///< as the page sees it, for example "en" or "zh-TW"
+    MapPageSource source;
+    TileCache* tiles = nullptr; ///< must outlive the browser; null: no tiles
+};
+
+/// The browser control on Qt WebEngine. It shows one page, its own (velmorant://map/...) or an
+/// operator's (http, https), and opens no address outside that page's origin. prepareWebEngine()
+/// must have been called.
+///
+/// A page whose process dies is loaded again.
+class WebEngineBrowser : public WebBrowser {
+  public:
+    using Listener = std::function<void(const std::string& text)>;
+
+    explicit WebEngineBrowser(WebEngineBrowserSettings settings);
+    ~WebEngineBrowser() override;
+
+    /// The control, for the window that lays it out. It may be put into a parent; the browser
+    /// deletes it.
+    QWebEngineView& view() { return *view_; }
+    /// From the next load on.
+    void setLanguage(const QString& language);
+    /// How an answer of the page is handed to the logic: when no other handler runs. At once unless
+    /// set.
+    void setDelivery(std::function<void(std::function<void()>)> delivery);
+
+    void onDocumentComplete(Listener listener); ///< the main document's address
+    /// The address could not be loaded: no network, no such page.
+    void onLoadFailed(Listener listener);
+    void onLink(Listener listener);        ///< for the user's own browser; http or https
+    void onPageMessage(Listener listener); ///< a line of the page's console
+
+    void navigate(const std::string& address) override;
+    std::string documentUrl() const override;
+    void execScript(const std::string& text, const std::string& language) override;
+    void readWindowProperty(const std::string& name,
+                            std::function<void(const std::string&)> result) override;
+    void setWindowProperty(const std::string& name, const std::string& value) override;
+    void setBodyScroll(const std::string& value) override;
+    void attachToBackground() override;
+
+  private:
+    void deliver(std::function<void()> step);
+    void loadFinished(bool good);
+
+    OwnOrigin origin_;
+    OwnOriginInterceptor interceptor_;
+    MapSchemeHandler handler_;
+    QWebEngineProfile profile_;
+    std::unique_ptr<MapPage> page_; ///< must end before its profile
+    QPointer<QWebEngineView> view_;
+    std::function<void(std::function<void()>)> delivery_;
+    Listener documentCompleteListener_;
+    Listener loadFailedListener_;
+};
+
+} // namespace velmorant
