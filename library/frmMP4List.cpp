@@ -20,7 +20,6 @@ constexpr int deleteAllQuestion = 3004;
 constexpr int recordingsFilter = 3005;
 constexpr int openFilesTitle = 3006;
 constexpr int deletionRefused = 3008;
-constexpr int unmarkingRefused = 3010;
 constexpr int mapNotLoadedQuestion = 3041;
 
 constexpr std::int32_t yellow = 65535;
@@ -53,6 +52,8 @@ frmMP4List::frmMP4List(const frmMP4ListNeeds& needs)
       m_queue({needs.list, needs.state, needs.files, needs.paths, needs.texts, needs.status,
                needs.waits, needs.tContinue, needs.player, needs.chart,
                [this](int index) { RefreshListMarks(index); }}),
+      m_marks({needs.list, needs.state, needs.texts, needs.messageBox, needs.map, needs.player,
+               needs.extraction, m_maker, [this] { showCount(); }}),
       m_removal(needs.list, needs.state, m_queue, needs.map),
       m_file(needs.document, needs.files, needs.paths),
       m_search(needs.folders, needs.files, needs.paths) {}
@@ -245,113 +246,23 @@ bool frmMP4List::SelectByTime(std::string_view typed) {
     return false;
 }
 
-bool frmMP4List::isOpenInPlayer(int index) const {
-    const PlayState state = m_needs.player.playState();
-    return index == m_needs.list.playingIndex() &&
-           (state == PlayState::Paused || state == PlayState::Playing);
-}
-
 void frmMP4List::ToggleMark(int index) {
-    RecordingList& list = m_needs.list;
-    trapErrors([&] {
-        if (isOpenInPlayer(index)) {
-            m_needs.messageBox.show(m_needs.texts.byOffset(unmarkingRefused),
-                                    m_needs.texts.byOffset(informationTitle),
-                                    MessageStyle::Information);
-            return;
-        }
-        if (list.marked(index)) {
-            unmark(index);
-            showCount();
-            return;
-        }
-        list.setMark(index, MarkState::Marked);
-        showCount();
-        if (list.text(index, SubItem::TrackExtracted) == "0") {
-            // The extraction of one recording works on the selected row.
-            if (list.selected() != index)
-                list.select(index);
-            m_needs.extraction.extractSelected();
-        } else if (list.text(index, SubItem::ShownOnMap) == "0") {
-            list.setText(index, SubItem::ShownOnMap, "1");
-            m_needs.extraction.drawTrack(toInt32(list.text(index, SubItem::SerialNumber)));
-        }
-    });
+    trapErrors([&] { m_marks.toggle(index); });
     showCount();
-}
-
-void frmMP4List::clearFromMap(int index) {
-    if (m_needs.map.pageLoaded())
-        trapErrors([&] {
-            m_needs.map.runScript(
-                clearTrackScript(m_needs.list.text(index, SubItem::SerialNumber)));
-        });
-}
-
-void frmMP4List::unmark(int index) {
-    RecordingList& list = m_needs.list;
-    // A row that is neither marked nor shown has nothing on the map: thousands of calls are spared.
-    const bool mayBeDrawn = list.marked(index) || list.text(index, SubItem::ShownOnMap) != "0";
-    list.setMark(index, MarkState::NotMarked);
-    list.setText(index, SubItem::ShownOnMap, "0");
-    if (mayBeDrawn)
-        clearFromMap(index);
 }
 
 void frmMP4List::MarkCommand(const std::string& name) {
-    const auto hasLabel = [this](RecordingKind kind) {
-        return [this, label = m_maker.kindLabel(kind)](int index) {
-            return equalsIgnoringCase(m_needs.list.text(index, SubItem::KindLabel), label);
-        };
-    };
     trapErrors([&] {
         if (equalsIgnoringCase(name, "ALL"))
-            markRows([](int) { return true; }, OtherRows::Stay);
+            m_marks.markAll();
         else if (equalsIgnoringCase(name, "NORMAL"))
-            markRows(hasLabel(RecordingKind::Normal), OtherRows::Unmark);
+            m_marks.markKind(RecordingKind::Normal);
         else if (equalsIgnoringCase(name, "LOCK"))
-            markRows(hasLabel(RecordingKind::Locked), OtherRows::Unmark);
+            m_marks.markKind(RecordingKind::Locked);
         else if (equalsIgnoringCase(name, "NONE"))
-            unmarkAllButPlaying();
+            m_marks.unmarkAllButPlaying();
     });
     showCount();
-}
-
-void frmMP4List::markRows(const std::function<bool(int)>& condition, OtherRows others) {
-    RecordingList& list = m_needs.list;
-    std::vector<std::int32_t> hidden;
-    bool tracksMissing = false;
-    {
-        const RecordingList::Batch batch(list);
-        for (int index = 1; index <= list.count(); ++index) {
-            if (!condition(index)) {
-                if (others == OtherRows::Unmark)
-                    unmark(index);
-                continue;
-            }
-            list.setMark(index, MarkState::Marked);
-            if (list.text(index, SubItem::TrackExtracted) == "0") {
-                tracksMissing = true;
-            } else if (list.text(index, SubItem::ShownOnMap) == "0") {
-                list.setText(index, SubItem::ShownOnMap, "1");
-                hidden.push_back(toInt32(list.text(index, SubItem::SerialNumber)));
-            }
-        }
-    }
-    showCount();
-    for (const std::int32_t serial : hidden)
-        trapErrors([&] { m_needs.extraction.drawTrack(serial); });
-    if (tracksMissing)
-        m_needs.extraction.extractMarked();
-}
-
-void frmMP4List::unmarkAllButPlaying() {
-    const int playing = m_needs.state.currentTrack ? m_needs.state.currentTrack->lSerial() : 0;
-    const RecordingList::Batch batch(m_needs.list);
-    for (int index = 1; index <= m_needs.list.count(); ++index) {
-        if (index != playing)
-            unmark(index);
-    }
 }
 
 void frmMP4List::DeleteAll() {
@@ -386,7 +297,7 @@ void frmMP4List::DeleteSelected() {
         const int index = list.selected();
         if (index == 0)
             return;
-        if (isOpenInPlayer(index)) {
+        if (m_marks.isOpenInPlayer(index)) {
             m_needs.status.show(m_needs.texts.addition("list.playing"));
             return;
         }

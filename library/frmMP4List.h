@@ -10,6 +10,7 @@
 #include "library/RecordingListFile.h"
 #include "library/RecordingListMap.h"
 #include "library/RecordingListPlayer.h"
+#include "library/RecordingMarks.h"
 #include "library/RecordingRemoval.h"
 #include "library/RecordingSearch.h"
 #include "ports/BandContainer.h"
@@ -28,7 +29,6 @@
 #include "ports/loadSkin.h"
 #include "track/ProgramState.h"
 
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -116,25 +116,17 @@ class frmMP4List {
     const RecordingList& list() const { return m_needs.list; }
 
   private:
-    enum class OtherRows { Stay, Unmark };
-
     void adaptToDensity();
     void LoadRecordingList();
     bool mayAdd();
     void addSelections(const std::vector<FolderSelection>& selections, int files);
     void afterAdding();
-    bool isOpenInPlayer(int index) const;
-    void clearFromMap(int index);
-    void unmark(int index);
-    /// Marks the rows for which the condition holds, draws their tracks, and has missing ones
-    /// extracted. The other rows are unmarked or stay as they are.
-    void markRows(const std::function<bool(int)>& condition, OtherRows others);
-    void unmarkAllButPlaying();
     void showCount();
 
     frmMP4ListNeeds m_needs;
     RecordingEntryMaker m_maker;
     PlayQueue m_queue;
+    RecordingMarks m_marks;
     RecordingRemoval m_removal;
     RecordingListFile m_file;
     RecordingSearch m_search;

@@ -1,0 +1,116 @@
+#include "library/RecordingMarks.h"
+
+#include "common/textRules.h"
+#include "common/trapErrors.h"
+#include "library/RecordingRemoval.h"
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace velmorant {
+
+namespace {
+
+constexpr int informationTitle = 3000;
+constexpr int unmarkingRefused = 3010;
+
+} // namespace
+
+RecordingMarks::RecordingMarks(RecordingMarksNeeds needs) : m_needs(std::move(needs)) {}
+
+bool RecordingMarks::isOpenInPlayer(int index) const {
+    const PlayState state = m_needs.player.playState();
+    return index == m_needs.list.playingIndex() &&
+           (state == PlayState::Paused || state == PlayState::Playing);
+}
+
+void RecordingMarks::toggle(int index) {
+    RecordingList& list = m_needs.list;
+    if (isOpenInPlayer(index)) {
+        m_needs.messageBox.show(m_needs.texts.byOffset(unmarkingRefused),
+                                m_needs.texts.byOffset(informationTitle),
+                                MessageStyle::Information);
+        return;
+    }
+    if (list.marked(index)) {
+        unmark(index);
+        return;
+    }
+    list.setMark(index, MarkState::Marked);
+    m_needs.marksChanged();
+    if (list.text(index, SubItem::TrackExtracted) == "0") {
+        // The extraction of one recording works on the selected row.
+        if (list.selected() != index)
+            list.select(index);
+        m_needs.extraction.extractSelected();
+    } else if (list.text(index, SubItem::ShownOnMap) == "0") {
+        list.setText(index, SubItem::ShownOnMap, "1");
+        m_needs.extraction.drawTrack(toInt32(list.text(index, SubItem::SerialNumber)));
+    }
+}
+
+void RecordingMarks::markAll() {
+    markRows([](int) { return true; }, OtherRows::Stay);
+}
+
+void RecordingMarks::markKind(RecordingKind kind) {
+    const std::string label = m_needs.maker.kindLabel(kind);
+    markRows(
+        [&](int index) {
+            return equalsIgnoringCase(m_needs.list.text(index, SubItem::KindLabel), label);
+        },
+        OtherRows::Unmark);
+}
+
+void RecordingMarks::unmarkAllButPlaying() {
+    const int playing = m_needs.state.currentTrack ? m_needs.state.currentTrack->lSerial() : 0;
+    const RecordingList::Batch batch(m_needs.list);
+    for (int index = 1; index <= m_needs.list.count(); ++index) {
+        if (index != playing)
+            unmark(index);
+    }
+}
+
+void RecordingMarks::unmark(int index) {
+    RecordingList& list = m_needs.list;
+    // A row that is neither marked nor shown has nothing on the map: thousands of calls are spared.
+    const bool mayBeDrawn = list.marked(index) || list.text(index, SubItem::ShownOnMap) != "0";
+    list.setMark(index, MarkState::NotMarked);
+    list.setText(index, SubItem::ShownOnMap, "0");
+    if (mayBeDrawn && m_needs.map.pageLoaded())
+        trapErrors([&] {
+            m_needs.map.runScript(clearTrackScript(list.text(index, SubItem::SerialNumber)));
+        });
+}
+
+void RecordingMarks::markRows(const std::function<bool(int)>& condition, OtherRows others) {
+    RecordingList& list = m_needs.list;
+    std::vector<std::int32_t> hidden;
+    bool tracksMissing = false;
+    {
+        const RecordingList::Batch batch(list);
+        for (int index = 1; index <= list.count(); ++index) {
+            if (!condition(index)) {
+                if (others == OtherRows::Unmark)
+                    unmark(index);
+                continue;
+            }
+            list.setMark(index, MarkState::Marked);
+            if (list.text(index, SubItem::TrackExtracted) == "0") {
+                tracksMissing = true;
+            } else if (list.text(index, SubItem::ShownOnMap) == "0") {
+                list.setText(index, SubItem::ShownOnMap, "1");
+                hidden.push_back(toInt32(list.text(index, SubItem::SerialNumber)));
+            }
+        }
+    }
+    m_needs.marksChanged();
+    for (const std::int32_t serial : hidden)
+        trapErrors([&] { m_needs.extraction.drawTrack(serial); });
+    if (tracksMissing)
+        m_needs.extraction.extractMarked();
+}
+
+} // namespace velmorant

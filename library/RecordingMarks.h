@@ -1,0 +1,53 @@
+#pragma once
+
+#include "library/RecordingEntryMaker.h"
+#include "library/RecordingList.h"
+#include "library/RecordingListExtraction.h"
+#include "library/RecordingListMap.h"
+#include "library/RecordingListPlayer.h"
+#include "library/recordingNames.h"
+#include "ports/MessageBox.h"
+#include "ports/Texts.h"
+#include "track/ProgramState.h"
+
+#include <functional>
+
+namespace velmorant {
+
+struct RecordingMarksNeeds {
+    RecordingList& list;
+    ProgramState& state;
+    const Texts& texts;
+    MessageBox& messageBox;
+    RecordingListMap& map;
+    RecordingListPlayer& player;
+    RecordingListExtraction& extraction;
+    const RecordingEntryMaker& maker;
+    std::function<void()> marksChanged; ///< before an extraction takes its time
+};
+
+/// Marks and unmarks rows, and with them draws tracks on the map, has missing ones extracted and
+/// removes drawn ones. Throws StepError where a step fails.
+class RecordingMarks {
+  public:
+    explicit RecordingMarks(RecordingMarksNeeds needs);
+
+    /// Refused, with a box, for the row that plays or is paused.
+    void toggle(int index);
+    void markAll();
+    void markKind(RecordingKind kind); ///< and unmarks the rows of the other kind
+    void unmarkAllButPlaying();        ///< the row of the current track stays
+
+    /// Whether this is the playing row and the player plays or is paused.
+    bool isOpenInPlayer(int index) const;
+
+  private:
+    enum class OtherRows { Stay, Unmark };
+
+    void unmark(int index);
+    void markRows(const std::function<bool(int)>& condition, OtherRows others);
+
+    RecordingMarksNeeds m_needs;
+};
+
+} // namespace velmorant

@@ -1,0 +1,194 @@
+#pragma once
+
+#include "common/StepError.h"
+#include "library/frmMP4List.h"
+#include "tests/fakes/FakeBandContainer.h"
+#include "tests/fakes/FakeFileDialogs.h"
+#include "tests/fakes/FakeFileSystem.h"
+#include "tests/fakes/FakeHostPaths.h"
+#include "tests/fakes/FakeListControl.h"
+#include "tests/fakes/FakeMessageBox.h"
+#include "tests/fakes/FakeScreen.h"
+#include "tests/fakes/FakeSkin.h"
+#include "tests/fakes/FakeStatusLine.h"
+#include "tests/fakes/FakeTexts.h"
+#include "tests/fakes/FakeTimers.h"
+#include "tests/fakes/FakeWaits.h"
+#include "tests/fakes/FakeXmlDocument.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace velmorant {
+
+class FakeListMap : public RecordingListMap {
+  public:
+    bool pageLoaded() const override { return loaded; }
+    void runScript(const std::string& text) override { scripts.push_back(text); }
+    void refreshMyList() override { ++refreshes; }
+
+    bool loaded = true;
+    std::vector<std::string> scripts;
+    int refreshes = 0;
+};
+
+class FakeListPlayer : public RecordingListPlayer {
+  public:
+    explicit FakeListPlayer(std::vector<std::string>& log) : m_log(log) {}
+    PlayState playState() const override { return state; }
+    void openRecording(const std::string& path) override {
+        m_log.push_back("open " + path);
+        if (openFails)
+            throw StepError("cannot be opened");
+    }
+    void play() override { m_log.push_back("play"); }
+    void enablePlayTimer() override { m_log.push_back("enablePlayTimer"); }
+    void applyRate() override { m_log.push_back("applyRate"); }
+
+    PlayState state = PlayState::Stopped;
+    bool openFails = false;
+
+  private:
+    std::vector<std::string>& m_log;
+};
+
+class FakeListChart : public RecordingListChart {
+  public:
+    explicit FakeListChart(std::vector<std::string>& log) : m_log(log) {}
+    void refreshForCurrentTrack() override { m_log.push_back("refreshChart"); }
+    void clear() override { m_log.push_back("clearChart"); }
+
+  private:
+    std::vector<std::string>& m_log;
+};
+
+class FakeListExtraction : public RecordingListExtraction {
+  public:
+    void extractSelected() override { call("One"); }
+    void extractMarked() override { call("All"); }
+    void drawTrack(std::int32_t serial) override { call("draw " + std::to_string(serial)); }
+
+    std::vector<std::string> calls;
+    std::function<void()> whenCalled;
+
+  private:
+    void call(const std::string& text) {
+        calls.push_back(text);
+        if (whenCalled)
+            whenCalled();
+    }
+};
+
+class FakeFolders : public FolderReader {
+  public:
+    FolderContent read(const std::string& folder) const override {
+        const auto found = folders.find(folder);
+        if (found == folders.end())
+            throw StepError(folder + ": permission denied");
+        return found->second;
+    }
+    std::map<std::string, FolderContent> folders;
+};
+
+class FakeAdding : public AddingProgress {
+  public:
+    void begin(int files) override { calls.push_back("begin " + std::to_string(files)); }
+    void step(int filesAdded) override { calls.push_back("step " + std::to_string(filesAdded)); }
+    void end() override { calls.push_back("end"); }
+    std::vector<std::string> calls;
+};
+
+/// The recording list window among fakes, with the labels of both languages.
+struct ListBench {
+    ListBench() {
+        state.settings.setLanguage(1001);
+        files.files["/program/skin/media/ls1.MP4"] = "";
+        files.folders = {"/", "/program"};
+        control.columnLefts = {{1, 0}, {2, 150}, {3, 450}};
+        waits.log = &log;
+        texts.texts = {{"14151", "  Normal"},
+                       {"14152", "  Lock"},
+                       {"14121", "Normal"},
+                       {"14122", "Lock"},
+                       {"24151", "     一般"},
+                       {"24152", "     保護"},
+                       {"list.recordings", "%1 recordings, %2 marked"},
+                       {"list.notExtracted", "no track: %1"},
+                       {"list.fileMissing", "missing: %1"},
+                       {"list.notPlayable", "not playable: %1"}};
+    }
+
+    /// Adds files of the folder /card/20121009, which then exist.
+    void add(const std::vector<std::string>& names) {
+        for (const std::string& name : names)
+            files.files["/card/20121009/" + name] = "";
+        window.AddFiles("/card/20121009", names);
+    }
+    void addRows(int count) {
+        std::vector<std::string> names;
+        for (int i = 1; i <= count; ++i)
+            names.push_back(std::to_string(100000 + i) + ".MP4");
+        add(names);
+    }
+    /// As the extraction leaves a recording.
+    std::shared_ptr<clsDot> extract(int row) {
+        auto track = std::make_shared<clsDot>();
+        track->lSerial(row);
+        state.loadedTracks.add(trackKey(list.text(row, SubItem::SerialNumber)), track);
+        list.setText(row, SubItem::TrackExtracted, "1");
+        list.setText(row, SubItem::ShownOnMap, "1");
+        return track;
+    }
+    void mark(const std::vector<int>& rows) {
+        for (const int row : rows)
+            list.setMark(row, MarkState::Marked);
+    }
+    std::vector<int> marked() const {
+        std::vector<int> rows;
+        for (int row = 1; row <= list.count(); ++row) {
+            if (list.marked(row))
+                rows.push_back(row);
+        }
+        return rows;
+    }
+    std::vector<std::string> column(SubItem item) const {
+        std::vector<std::string> values;
+        for (int row = 1; row <= list.count(); ++row)
+            values.push_back(list.text(row, item));
+        return values;
+    }
+
+    std::vector<std::string> log; ///< of player, chart and waits
+    ProgramState state;
+    fakes::FakeListControl control;
+    RecordingList list{control};
+    fakes::FakeListBackground background;
+    fakes::FakeBandContainer bands;
+    fakes::FakeSkin skin;
+    fakes::FakeTimers timers;
+    fakes::FakeTimer tContinue{timers};
+    fakes::FakeStatusLine status;
+    fakes::FakeFileDialogs dialogs;
+    fakes::FakeMessageBox messageBox;
+    fakes::FakeFileSystem files;
+    FakeFolders folders;
+    fakes::FakeHostPaths paths;
+    fakes::FakeScreen screen;
+    fakes::FakeTexts texts;
+    fakes::FakeWaits waits;
+    fakes::FakeXmlDocument document;
+    FakeAdding adding;
+    FakeListMap map;
+    FakeListPlayer player{log};
+    FakeListChart chart{log};
+    FakeListExtraction extraction;
+    frmMP4List window{{state,     list,   control, background, bands,    skin,
+                       tContinue, status, dialogs, messageBox, files,    folders,
+                       paths,     screen, texts,   waits,      document, adding,
+                       map,       player, chart,   extraction}};
+};
+
+} // namespace velmorant

@@ -1,0 +1,456 @@
+#include "tests/library/ListBench.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace velmorant {
+namespace {
+
+using fakes::ShownMessage;
+using Texts = std::vector<std::string>;
+
+class frmMP4ListTest : public testing::Test, protected ListBench {};
+
+std::string dialogResult(const Texts& pieces) {
+    std::string result;
+    for (const std::string& piece : pieces)
+        result += (result.empty() ? "" : std::string(1, '\0')) + piece;
+    return result;
+}
+
+TEST_F(frmMP4ListTest, loads_its_skin_and_adapts_to_the_density) {
+    struct Case {
+        int twips;
+        double fontSize;
+        int markWidth;
+        int displayWidth;
+    };
+    skin.colour = 0x281812;
+    for (const Case each : {Case{15, 11.0, 300, 2740}, {12, 8.7, 260, 2120}}) {
+        screen.twips = each.twips;
+        EXPECT_EQ(window.Load(), SkinLoad::Loaded);
+        EXPECT_EQ(control.fontSize, each.fontSize);
+        EXPECT_EQ(control.columnWidths[2], each.markWidth);
+        EXPECT_EQ(control.columnWidths[3], each.displayWidth);
+    }
+    EXPECT_EQ(skin.loaded.front(), "/program/skin/media/ls1.MP4");
+    EXPECT_EQ(bands.children.at("QVBar"), "LstMP4");
+    EXPECT_EQ(background.colour, 0x281812);
+    EXPECT_EQ(background.height, 255);
+    EXPECT_FALSE(tContinue.enabled());
+    EXPECT_EQ(tContinue.interval(), 100);
+}
+
+TEST_F(frmMP4ListTest, keeps_the_designed_sizes_at_other_densities) {
+    screen.twips = 10;
+    window.Load();
+    EXPECT_EQ(control.fontSize, 0.0);
+    EXPECT_TRUE(control.columnWidths.empty());
+}
+
+TEST_F(frmMP4ListTest, shows_the_message_when_its_skin_is_missing) {
+    state.settings.setLanguage(1002);
+    EXPECT_EQ(window.Load(), SkinLoad::Missing);
+    EXPECT_EQ(messageBox.shown,
+              (std::vector<ShownMessage>{{"<13012>", "<13011>", MessageStyle::Stop}}));
+    EXPECT_TRUE(control.columnWidths.empty());
+}
+
+TEST_F(frmMP4ListTest, adds_several_files_of_a_dated_folder) {
+    dialogs.openAnswers = {dialogResult(
+        {"/card/20121009_A", "103045.MP4", "103045P.MP4", "103045_P.MP4", "93000_p.mp4"})};
+    window.AddRecordings();
+    EXPECT_EQ(column(SubItem::DisplayText),
+              (Texts{"2012/10/09  10:30:45    Normal", "2012/10/09  01:03:04    Lock",
+                     "2012/10/09  10:30:45    Lock", "2012/10/09  09:30:00    Lock"}));
+    EXPECT_EQ(column(SubItem::FullPath),
+              (Texts{"/card/20121009_A/103045.MP4", "/card/20121009_A/103045P.MP4",
+                     "/card/20121009_A/103045_P.MP4", "/card/20121009_A/93000_p.mp4"}));
+    EXPECT_EQ(column(SubItem::KindLabel), (Texts{"  Normal", "  Lock", "  Lock", "  Lock"}));
+    EXPECT_EQ(column(SubItem::SerialNumber), (Texts{"1", "2", "3", "4"}));
+    for (const SubItem item : {SubItem::TrackExtracted, SubItem::ShownOnMap, SubItem::FileMissing})
+        EXPECT_EQ(column(item), (Texts{"0", "0", "0", "0"}));
+    EXPECT_TRUE(marked().empty());
+    EXPECT_EQ(background.height, 4 * 255);
+    EXPECT_EQ(background.draws, 1);
+    EXPECT_EQ(skin.texts["place.count"], "4 recordings, 0 marked");
+    EXPECT_EQ(list.row(1).colour, 16777215);
+    EXPECT_EQ(list.row(2).colour, 255);
+}
+
+TEST_F(frmMP4ListTest, adds_a_single_file_by_its_path) {
+    dialogs.openAnswers = {"/card//20121009/103045.mpeg4"};
+    window.AddRecordings();
+    EXPECT_EQ(column(SubItem::DisplayText), Texts{"2012/10/09  10:30:45    Normal"});
+    EXPECT_EQ(column(SubItem::FullPath), Texts{"/card//20121009/103045.mpeg4"});
+}
+
+TEST_F(frmMP4ListTest, adds_the_same_file_twice_with_different_serial_numbers) {
+    dialogs.openAnswers = {"/c/20121009/103045.MP4", "/c/20121009/103045.MP4"};
+    window.AddRecordings();
+    window.AddRecordings();
+    EXPECT_EQ(column(SubItem::SerialNumber), (Texts{"1", "2"}));
+    EXPECT_EQ(list.text(1, SubItem::FullPath), list.text(2, SubItem::FullPath));
+}
+
+TEST_F(frmMP4ListTest, asks_the_dialog_for_recordings) {
+    dialogs.openAnswers = {""};
+    window.AddRecordings();
+    ASSERT_EQ(dialogs.openRequests.size(), 1U);
+    EXPECT_EQ(dialogs.openRequests[0].title, "<13006>");
+    EXPECT_EQ(dialogs.openRequests[0].filter, "<13005>");
+    EXPECT_EQ(dialogs.openRequests[0].largestResult, 32767U);
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(background.draws, 0);
+}
+
+TEST_F(frmMP4ListTest, asks_before_adding_while_the_map_is_not_loaded) {
+    map.loaded = false;
+    messageBox.answers = {MessageAnswer::No, MessageAnswer::Yes};
+    window.AddRecordings();
+    EXPECT_TRUE(dialogs.openRequests.empty());
+    dialogs.openAnswers = {"/c/20121009/103045.MP4"};
+    window.AddRecordings();
+    EXPECT_EQ(list.count(), 1);
+    EXPECT_EQ(messageBox.shown[0],
+              (ShownMessage{"<13041>", "<13000>", MessageStyle::InformationChoice}));
+}
+
+TEST_F(frmMP4ListTest, adds_paths_with_blanks_ampersands_chinese_signs_and_300_characters) {
+    const std::string folder = "/my  card & co/行車/" + std::string(300, 'x') + "/20121009";
+    dialogs.openAnswers = {dialogResult({folder, "10 30 & 45.MP4", "103045.MP4"})};
+    window.AddRecordings();
+    EXPECT_EQ(column(SubItem::FullPath),
+              (Texts{folder + "/10 30 & 45.MP4", folder + "/103045.MP4"}));
+}
+
+TEST_F(frmMP4ListTest, labels_rows_for_the_density_and_the_language) {
+    screen.twips = 12;
+    add({"103045.MP4"});
+    screen.twips = 15;
+    texts.languageBase = 20000;
+    add({"103045_P.MP4"});
+    EXPECT_EQ(column(SubItem::DisplayText),
+              (Texts{"2012/10/09  10:30:45  Normal", "2012/10/09  10:30:45       保護"}));
+}
+
+TEST_F(frmMP4ListTest, selects_the_row_under_a_pressed_button) {
+    addRows(2);
+    control.rowUnderMouse = 2;
+    window.MouseDown(5, 5);
+    window.MouseDown(5, 5);
+    control.rowUnderMouse = 0;
+    window.MouseDown(5, 5);
+    EXPECT_EQ(list.selected(), 2);
+    EXPECT_EQ(control.selections, std::vector<int>{2});
+}
+
+TEST_F(frmMP4ListTest, toggles_by_a_click_in_the_mark_column_alone) {
+    struct Case {
+        int x;
+        int row;
+        bool marks;
+    };
+    addRows(1);
+    for (const Case each :
+         {Case{9, 1, false}, {10, 1, true}, {29, 1, true}, {30, 1, false}, {15, 0, false}}) {
+        list.setMark(1, MarkState::NotMarked);
+        control.rowUnderMouse = each.row;
+        window.MouseClick(each.x, 5);
+        EXPECT_EQ(list.marked(1), each.marks) << each.x;
+    }
+}
+
+TEST_F(frmMP4ListTest, plays_the_selected_row_by_a_double_click_when_it_is_marked) {
+    addRows(2);
+    window.PlaySelected();
+    list.select(2);
+    extract(2);
+    window.PlaySelected();
+    EXPECT_EQ(list.playingIndex(), 0);
+    EXPECT_TRUE(log.empty());
+    mark({2});
+    window.PlaySelected();
+    EXPECT_EQ(list.playingIndex(), 2);
+    EXPECT_EQ(map.refreshes, 3);
+}
+
+TEST_F(frmMP4ListTest, recolours_rows_by_kind_and_playing_row) {
+    struct Colours {
+        std::int32_t colour;
+        RowWeight weight;
+        bool operator==(const Colours&) const = default;
+    };
+    const auto colours = [this] {
+        std::vector<Colours> rows;
+        for (int i = 1; i <= list.count(); ++i)
+            rows.push_back({list.row(i).colour, list.row(i).weight});
+        return rows;
+    };
+    add({"103045.MP4", "103046_P.MP4", "103047.MP4"});
+    list.setText(3, SubItem::KindLabel, "  NORMAL");
+    window.RefreshListMarks(2);
+    EXPECT_EQ(colours(), (std::vector<Colours>{{16777215, RowWeight::Normal},
+                                               {65535, RowWeight::Bold},
+                                               {16777215, RowWeight::Normal}}));
+    window.RefreshListMarks(0);
+    EXPECT_EQ(colours(), (std::vector<Colours>{{16777215, RowWeight::Normal},
+                                               {255, RowWeight::Normal},
+                                               {16777215, RowWeight::Normal}}));
+}
+
+TEST_F(frmMP4ListTest, deletes_all_rows_after_a_question) {
+    addRows(3);
+    mark({1, 3});
+    state.currentTrack = extract(3);
+    extract(1);
+    list.setPlayingIndex(3);
+    window.RequestPlay(1);
+    messageBox.answers = {MessageAnswer::No, MessageAnswer::Yes};
+    window.DeleteAll();
+    EXPECT_EQ(list.count(), 3);
+    EXPECT_TRUE(map.scripts.empty());
+    EXPECT_TRUE(log.empty());
+    window.DeleteAll();
+    EXPECT_EQ(messageBox.shown[1], (ShownMessage{"<13004>", "<13003>", MessageStyle::Question}));
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(map.scripts, (Texts{"clearHistroy('003')", "clearHistroy('001')"}));
+    EXPECT_EQ(state.loadedTracks.size(), 0U);
+    EXPECT_EQ(state.currentTrack, nullptr);
+    EXPECT_EQ(list.playingIndex(), 0);
+    EXPECT_FALSE(tContinue.enabled());
+    EXPECT_EQ(log, Texts{"clearChart"});
+    EXPECT_EQ(background.height, 255);
+    EXPECT_EQ(skin.texts["place.count"], "0 recordings, 0 marked");
+    EXPECT_EQ(files.files.count("/card/20121009/100001.MP4"), 1U);
+    addRows(1);
+    EXPECT_EQ(list.text(1, SubItem::SerialNumber), "4");
+}
+
+TEST_F(frmMP4ListTest, clears_the_chart_after_deleting_only_when_the_player_is_stopped) {
+    addRows(1);
+    player.state = PlayState::MediaEnded;
+    messageBox.answers = {MessageAnswer::Yes};
+    window.DeleteAll();
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_TRUE(log.empty());
+}
+
+TEST_F(frmMP4ListTest, refuses_to_delete_all_while_playing_or_paused) {
+    addRows(1);
+    for (const PlayState playState : {PlayState::Paused, PlayState::Playing}) {
+        messageBox.shown.clear();
+        player.state = playState;
+        window.DeleteAll();
+        EXPECT_EQ(messageBox.shown,
+                  (std::vector<ShownMessage>{{"<13008>", "<13000>", MessageStyle::Information}}));
+        EXPECT_EQ(list.count(), 1);
+    }
+}
+
+TEST_F(frmMP4ListTest, only_clears_the_chart_when_an_empty_list_is_deleted) {
+    window.DeleteAll();
+    EXPECT_TRUE(messageBox.shown.empty());
+    EXPECT_EQ(log, Texts{"clearChart"});
+    EXPECT_EQ(background.draws, 0);
+}
+
+TEST_F(frmMP4ListTest, runs_no_page_script_while_the_page_is_not_loaded) {
+    addRows(2);
+    mark({1, 2});
+    map.loaded = false;
+    window.MarkCommand("NONE");
+    mark({1, 2});
+    messageBox.answers = {MessageAnswer::Yes};
+    window.DeleteAll();
+    EXPECT_TRUE(map.scripts.empty());
+    EXPECT_EQ(list.count(), 0);
+}
+
+TEST_F(frmMP4ListTest, removes_the_selected_row_without_a_question) {
+    addRows(3);
+    mark({2, 3});
+    extract(2);
+    const auto last = extract(3);
+    list.setPlayingIndex(3);
+    list.select(2);
+    window.DeleteSelected();
+    EXPECT_EQ(column(SubItem::SerialNumber), (Texts{"1", "3"}));
+    EXPECT_EQ(list.selected(), 2);
+    EXPECT_EQ(list.playingIndex(), 2);
+    EXPECT_EQ(last->lSerial(), 2);
+    EXPECT_EQ(map.scripts, Texts{"clearHistroy('002')"});
+    EXPECT_FALSE(state.loadedTracks.contains("2No"));
+    EXPECT_EQ(files.files.count("/card/20121009/100002.MP4"), 1U);
+    EXPECT_EQ(background.height, 2 * 255);
+    window.DeleteSelected();
+    window.DeleteSelected();
+    window.DeleteSelected();
+    EXPECT_EQ(list.count(), 0);
+    EXPECT_EQ(list.selected(), 0);
+}
+
+TEST_F(frmMP4ListTest, refuses_to_remove_the_row_that_is_open_in_the_player) {
+    addRows(2);
+    list.select(1);
+    list.setPlayingIndex(1);
+    player.state = PlayState::Paused;
+    window.DeleteSelected();
+    EXPECT_EQ(list.count(), 2);
+    EXPECT_EQ(status.last(), "<list.playing>");
+    EXPECT_TRUE(messageBox.shown.empty());
+    player.state = PlayState::Stopped;
+    window.DeleteSelected();
+    EXPECT_EQ(list.count(), 1);
+    EXPECT_EQ(list.playingIndex(), 0);
+}
+
+TEST_F(frmMP4ListTest, removes_flagged_rows_and_keeps_what_names_the_others) {
+    addRows(7);
+    for (const int row : {1, 3, 4, 7})
+        list.setText(row, SubItem::FileMissing, "1");
+    extract(3);
+    const auto second = extract(2);
+    const auto sixth = extract(6);
+    state.currentTrack = sixth;
+    list.setPlayingIndex(6);
+    list.select(5);
+    window.RequestPlay(5);
+    window.RemoveMissing();
+    EXPECT_EQ(column(SubItem::SerialNumber), (Texts{"2", "5", "6"}));
+    EXPECT_EQ(list.playingIndex(), 3);
+    EXPECT_EQ(list.selected(), 2);
+    EXPECT_EQ(second->lSerial(), 1);
+    EXPECT_EQ(sixth->lSerial(), 3);
+    EXPECT_EQ(window.queue().requestedIndex(), 2);
+    EXPECT_TRUE(tContinue.enabled());
+    EXPECT_FALSE(state.loadedTracks.contains("3No"));
+    EXPECT_EQ(map.scripts, Texts{"clearHistroy('003')"});
+}
+
+TEST_F(frmMP4ListTest, drops_what_named_a_removed_row) {
+    addRows(2);
+    list.setText(2, SubItem::FileMissing, "1");
+    state.currentTrack = extract(2);
+    list.setPlayingIndex(2);
+    window.RequestPlay(2);
+    window.RemoveMissing();
+    EXPECT_EQ(list.playingIndex(), 0);
+    EXPECT_FALSE(tContinue.enabled());
+    EXPECT_EQ(state.currentTrack->lSerial(), 0);
+    EXPECT_EQ(state.loadedTracks.size(), 0U);
+}
+
+TEST_F(frmMP4ListTest, changes_nothing_when_no_row_is_flagged) {
+    addRows(2);
+    control.calls.clear();
+    window.RemoveMissing();
+    EXPECT_TRUE(control.calls.empty());
+}
+
+TEST_F(frmMP4ListTest, writes_the_kinds_in_the_new_language_and_leaves_the_shown_texts) {
+    add({"103045.MP4", "103046_P.MP4"});
+    const Texts shown = column(SubItem::DisplayText);
+    texts.languageBase = 20000;
+    window.DeriveKindsAgain();
+    EXPECT_EQ(column(SubItem::KindLabel), (Texts{"     一般", "     保護"}));
+    EXPECT_EQ(column(SubItem::DisplayText), shown);
+    window.RefreshListMarks(0);
+    EXPECT_EQ(list.row(1).colour, 16777215);
+    EXPECT_EQ(list.row(2).colour, 255);
+    window.MarkCommand("LOCK");
+    EXPECT_EQ(marked(), std::vector<int>{2});
+}
+
+TEST_F(frmMP4ListTest, adds_folders_with_their_dated_sub_folders_in_order) {
+    files.folders.insert({"/card", "/card/DCIM"});
+    folders.folders["/card"] = {{"notes.txt", "._a.MP4"}, {"DCIM", ".Trash"}};
+    folders.folders["/card/DCIM"] = {{}, {"20121010", "20121009", "locked"}};
+    folders.folders["/card/DCIM/20121010"] = {{"090000.mp4", "080000.MP4"}, {}};
+    folders.folders["/card/DCIM/20121009"] = {{"103045_P.MP4", "x.avi"}, {}};
+    window.AddPaths({"/card", "/other/20121011/070000.MP4", "/other/readme.txt"});
+    EXPECT_EQ(column(SubItem::FullPath),
+              (Texts{"/card/DCIM/20121009/103045_P.MP4", "/card/DCIM/20121010/080000.MP4",
+                     "/card/DCIM/20121010/090000.mp4", "/other/20121011/070000.MP4"}));
+    EXPECT_EQ(list.text(2, SubItem::DisplayText), "2012/10/10  08:00:00    Normal");
+    EXPECT_TRUE(adding.calls.empty());
+    EXPECT_EQ(background.draws, 1);
+}
+
+TEST_F(frmMP4ListTest, asks_once_before_adding_a_whole_card_without_the_map) {
+    map.loaded = false;
+    files.folders.insert("/card");
+    folders.folders["/card"] = {{"a.MP4", "b.MP4"}, {}};
+    messageBox.answers = {MessageAnswer::No, MessageAnswer::Yes};
+    window.AddPaths({"/card"});
+    EXPECT_EQ(list.count(), 0);
+    window.AddPaths({"/card"});
+    EXPECT_EQ(list.count(), 2);
+    EXPECT_EQ(messageBox.shown.size(), 2U);
+}
+
+TEST_F(frmMP4ListTest, asks_nothing_when_nothing_is_to_be_added) {
+    map.loaded = false;
+    files.folders.insert("/card");
+    window.AddPaths({"/card", "/a.txt"});
+    EXPECT_TRUE(messageBox.shown.empty());
+    EXPECT_EQ(list.count(), 0);
+}
+
+TEST_F(frmMP4ListTest, ends_in_folders_that_contain_themselves) {
+    files.folders.insert("/loop");
+    std::string folder = "/loop";
+    for (int depth = 0; depth < 40; ++depth) {
+        folders.folders[folder] = {{"a.MP4"}, {"in"}};
+        folder += "/in";
+    }
+    window.AddPaths({"/loop"});
+    EXPECT_EQ(list.count(), 16);
+}
+
+TEST_F(frmMP4ListTest, shows_progress_above_200_files_and_lets_events_run) {
+    addRows(200);
+    EXPECT_TRUE(adding.calls.empty());
+    log.clear();
+    addRows(401);
+    EXPECT_EQ(adding.calls, (Texts{"begin 401", "step 200", "step 400", "step 401", "end"}));
+    EXPECT_EQ(log, (Texts{"events", "events", "events"}));
+}
+
+TEST_F(frmMP4ListTest, jumps_to_a_typed_time) {
+    add({"093045.MP4", "103045.MP4", "104500_P.MP4", "drive.MP4"});
+    struct Case {
+        int selected;
+        const char* typed;
+        bool found;
+        int then;
+    };
+    for (const Case each : {Case{0, "1", true, 2},
+                            {2, "1", true, 3},
+                            {3, "1", true, 2},
+                            {2, "10:4", true, 3},
+                            {2, "103", true, 2},
+                            {3, "0930", true, 1},
+                            {1, "77", false, 1},
+                            {1, "", false, 1},
+                            {1, ":", false, 1}}) {
+        list.select(each.selected);
+        EXPECT_EQ(window.SelectByTime(each.typed), each.found) << each.typed;
+        EXPECT_EQ(list.selected(), each.then) << each.typed;
+    }
+}
+
+TEST_F(frmMP4ListTest, handles_20000_rows_by_ranges) {
+    addRows(20000);
+    control.calls.clear();
+    window.MarkCommand("ALL");
+    window.RefreshListMarks(7);
+    window.MarkCommand("NONE");
+    EXPECT_EQ(control.calls, (Texts{"changed 1 20000", "changed 7 1", "changed 1 20000"}));
+    EXPECT_EQ(map.scripts.size(), 20000U);
+}
+
+} // namespace
+} // namespace velmorant
