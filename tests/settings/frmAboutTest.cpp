@@ -1,0 +1,86 @@
+#include "settings/frmAbout.h"
+
+#include "tests/fakes/FakeFileSystem.h"
+#include "tests/fakes/FakeHostPaths.h"
+#include "tests/fakes/FakeMessageBox.h"
+#include "tests/fakes/FakeScreen.h"
+#include "tests/fakes/FakeShell.h"
+#include "tests/fakes/FakeSkin.h"
+#include "tests/fakes/FakeTexts.h"
+#include "tests/fakes/FakeWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace velmorant {
+namespace {
+
+using fakes::ShellCall;
+using fakes::ShownMessage;
+
+class frmAboutTest : public testing::Test {
+  protected:
+    frmAboutTest() { files.files = {{"/program/skin/about.mp4", ""}}; }
+
+    fakes::FakeWindow window;
+    fakes::FakeSkin skin;
+    fakes::FakeScreen screen;
+    fakes::FakeFileSystem files;
+    fakes::FakeHostPaths paths;
+    fakes::FakeTexts texts;
+    fakes::FakeMessageBox messageBox;
+    fakes::FakeShell shell;
+    frmAbout box{{window,
+                  skin,
+                  screen,
+                  files,
+                  paths,
+                  texts,
+                  messageBox,
+                  shell,
+                  {"1.2.3", "GPL-3.0-or-later", "Qt 6\nlibmpv 2", "https://example.test/dvr"}}};
+};
+
+TEST_F(frmAboutTest, opens_centred_with_the_same_skin_in_every_language) {
+    screen.pixelWidth = 1921;
+    texts.languageBase = 20000;
+    EXPECT_EQ(box.Load(), SkinLoad::Loaded);
+    EXPECT_EQ(skin.loaded, std::vector<std::string>{"/program/skin/about.mp4"});
+    EXPECT_EQ(window.width, 600 * 15);
+    EXPECT_EQ(window.height, 400 * 15);
+    EXPECT_EQ(window.x, 1921 * 15 / 2 - 300 * 15);
+    EXPECT_EQ(window.y, (708 - 400) / 2 * 15);
+}
+
+TEST_F(frmAboutTest, tells_version_licence_and_components) {
+    box.Load();
+    EXPECT_EQ(skin.texts["place.version"], "<about.version>  1.2.3");
+    EXPECT_EQ(skin.texts["place.licence"], "<about.licence>  GPL-3.0-or-later");
+    EXPECT_EQ(skin.texts["place.components"], "Qt 6\nlibmpv 2");
+}
+
+TEST_F(frmAboutTest, closes_after_the_message_when_its_skin_is_missing) {
+    files.files.clear();
+    EXPECT_EQ(box.Load(), SkinLoad::Missing);
+    EXPECT_EQ(messageBox.shown,
+              (std::vector<ShownMessage>{{"<13012>", "<13011>", MessageStyle::Stop}}));
+    EXPECT_EQ(window.closes, 1);
+}
+
+TEST_F(frmAboutTest, closes_and_opens_the_web_site_by_the_elements_names) {
+    box.Load();
+    for (const char* element : {"", "open", "webstations", "place.version"})
+        box.SkinClick(element);
+    EXPECT_EQ(window.closes, 0);
+    EXPECT_TRUE(shell.calls.empty());
+    box.SkinClick("WebStation");
+    EXPECT_EQ(shell.calls, (std::vector<ShellCall>{
+                               {"open", "https://example.test/dvr", "", "", ShowWindow::Normal}}));
+    box.SkinClick("Close");
+    EXPECT_EQ(window.closes, 1);
+}
+
+} // namespace
+} // namespace velmorant
