@@ -42,7 +42,7 @@ WebEngineBrowser::WebEngineBrowser(WebEngineBrowserSettings settings)
     profile_.setHttpAcceptLanguage(settings.language);
     profile_.installUrlSchemeHandler(mapScheme, &handler_);
     profile_.setUrlRequestInterceptor(&interceptor_);
-    page_ = std::make_unique<MapPage>(&profile_, origin_, nullptr);
+    page_ = std::make_unique<WebMapPage>(&profile_, origin_, nullptr);
     restrict(*page_->settings());
     view_->setContextMenuPolicy(Qt::NoContextMenu);
     view_->setPage(page_.get());

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "desktop/map/MapPage.h"
 #include "desktop/map/MapSchemeHandler.h"
+#include "desktop/map/WebMapPage.h"
 #include "ports/WebBrowser.h"
 
 #include <QPointer>
@@ -64,7 +64,7 @@ class WebEngineBrowser : public WebBrowser {
     OwnOriginInterceptor interceptor_;
     MapSchemeHandler handler_;
     QWebEngineProfile profile_;
-    std::unique_ptr<MapPage> page_; ///< must end before its profile
+    std::unique_ptr<WebMapPage> page_; ///< must end before its profile
     QPointer<QWebEngineView> view_;
     std::function<void(std::function<void()>)> delivery_;
     Listener documentCompleteListener_;

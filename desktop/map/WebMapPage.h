@@ -31,10 +31,10 @@ class OwnOriginInterceptor : public QWebEngineUrlRequestInterceptor {
 
 /// A page that never leaves its origin: links that lead elsewhere, and windows that it wants to
 /// open, are reported instead.
-class MapPage : public QWebEnginePage {
+class WebMapPage : public QWebEnginePage {
     Q_OBJECT
   public:
-    MapPage(QWebEngineProfile* profile, const OwnOrigin& origin, QObject* parent);
+    WebMapPage(QWebEngineProfile* profile, const OwnOrigin& origin, QObject* parent);
 
     /// Whether a navigation was refused since the last call; the page then reports a failed load
     /// although it is still there.

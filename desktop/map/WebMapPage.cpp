@@ -1,4 +1,4 @@
-#include "desktop/map/MapPage.h"
+#include "desktop/map/WebMapPage.h"
 
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineUrlRequestInfo>
@@ -17,13 +17,13 @@ void OwnOriginInterceptor::interceptRequest(QWebEngineUrlRequestInfo& info) {
         info.block(true);
 }
 
-MapPage::MapPage(QWebEngineProfile* profile, const OwnOrigin& origin, QObject* parent)
+WebMapPage::WebMapPage(QWebEngineProfile* profile, const OwnOrigin& origin, QObject* parent)
     : QWebEnginePage(profile, parent), origin_(origin) {
     connect(this, &QWebEnginePage::newWindowRequested, this,
             [this](QWebEngineNewWindowRequest& request) { report(request.requestedUrl()); });
 }
 
-bool MapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
+bool WebMapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
     if (origin_.contains(url) && (!isMainFrame || url.scheme() != "data"))
         return true;
     if (isMainFrame && type == NavigationTypeLinkClicked)
@@ -32,14 +32,14 @@ bool MapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool
     return false;
 }
 
-void MapPage::report(const QUrl& url) {
+void WebMapPage::report(const QUrl& url) {
     const bool web = url.scheme() == "http" || url.scheme() == "https";
     if (web && link)
         link(url);
 }
 
-void MapPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& text, int line,
-                                       const QString& source) {
+void WebMapPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& text,
+                                          int line, const QString& source) {
     if (message)
         message(source + ':' + QString::number(line) + ": " + text);
 }
