@@ -39,6 +39,11 @@ function(velmorant_room name)
     if(sources)
         add_library(${name} STATIC ${sources})
         target_link_libraries(${name} PUBLIC velmorant_settings ${ARGN})
+        # moc looks at the headers again when a list file changes, so a source file that is added
+        # must change one.
+        file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/${name}-sources.cmake"
+            CONTENT "# ${sources}\n")
+        include("${CMAKE_CURRENT_BINARY_DIR}/${name}-sources.cmake")
     else()
         add_library(${name} INTERFACE)
         target_link_libraries(${name} INTERFACE velmorant_settings ${ARGN})

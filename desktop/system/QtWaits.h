@@ -16,6 +16,7 @@ class QtWaits : public Waits {
     /// The window that keeps answering the user during waits, for its "Cancel"; null: none.
     /// Not owned.
     void setAnsweringWindow(QWidget* window);
+    QWidget* answeringWindow() const { return answering_; }
 
   private:
     QPointer<QWidget> answering_;

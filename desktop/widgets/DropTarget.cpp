@@ -1,0 +1,47 @@
+#include "desktop/widgets/DropTarget.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QUrl>
+#include <QWidget>
+#include <utility>
+
+namespace velmorant {
+namespace {
+
+std::vector<std::string> localPaths(const QMimeData& data) {
+    std::vector<std::string> paths;
+    for (const QUrl& url : data.urls())
+        if (url.isLocalFile())
+            paths.push_back(url.toLocalFile().toStdString());
+    return paths;
+}
+
+} // namespace
+
+DropTarget::DropTarget(QWidget& widget, HandlerGate& gate, Listener listener)
+    : QObject(&widget), gate_(gate), listener_(std::move(listener)) {
+    widget.setAcceptDrops(true);
+    widget.installEventFilter(this);
+}
+
+bool DropTarget::eventFilter(QObject*, QEvent* event) {
+    const auto type = event->type();
+    if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop)
+        return false;
+    auto* drop = static_cast<QDropEvent*>(event);
+    const std::vector<std::string> paths = localPaths(*drop->mimeData());
+    if (paths.empty()) {
+        event->ignore();
+        return true;
+    }
+    drop->setDropAction(Qt::CopyAction);
+    drop->accept();
+    if (type == QEvent::Drop)
+        QMetaObject::invokeMethod(
+            this, [this, paths] { gate_.runWhenFree([this, paths] { listener_(paths); }); },
+            Qt::QueuedConnection);
+    return true;
+}
+
+} // namespace velmorant

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "desktop/widgets/RowSource.h"
+#include <QAbstractTableModel>
+
+namespace velmorant {
+
+/// What screen readers say about a row beside its text.
+struct RowWords {
+    std::string marked;
+    std::string notMarked;
+    std::string playing;
+};
+
+/// Shows a RowSource to the view without a copy of its texts. The source changes first and the
+/// model is told afterwards.
+class RecordingListModel : public QAbstractTableModel {
+    Q_OBJECT
+  public:
+    enum Column { PlayingSign, Mark, Text, ColumnCount };
+    enum Role { KindRole = Qt::UserRole, MarkedRole, PlayingRole };
+
+    explicit RecordingListModel(QObject* parent = nullptr);
+    /// Not owned; null: no rows.
+    void setSource(const RowSource* source);
+    void setWords(RowWords words);
+
+    // 1-based, as the source counts.
+    void rowsAdded(int first, int count);
+    void rowsRemoved(int first, int count);
+    void rowsChanged(int first, int count);
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+
+  private:
+    QVariant accessibleText(int row, int column) const;
+
+    const RowSource* source_ = nullptr;
+    int count_ = 0;
+    RowWords words_;
+};
+
+} // namespace velmorant

@@ -1,0 +1,239 @@
+#include "desktop/widgets/RecordingListView.h"
+
+#include "desktop/widgets/Theme.h"
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace velmorant {
+namespace {
+
+constexpr qint64 typingPauseMilliseconds = 1000;
+constexpr int signColumnPixels = 20;
+
+template <typename Listener, typename... Arguments>
+void report(HandlerGate& gate, const Listener& listener, Arguments... arguments) {
+    if (listener)
+        gate.runWhenFree([listener, arguments...] { listener(arguments...); });
+}
+
+} // namespace
+
+RecordingListView::RecordingListView(HandlerGate& gate, const Screen& screen, QWidget* parent)
+    : QTreeView(parent),
+      gate_(gate),
+      screen_(screen),
+      model_(new RecordingListModel(this)),
+      delegate_(new RecordingListDelegate(this)) {
+    setModel(model_);
+    setItemDelegate(delegate_);
+    setRootIsDecorated(false);
+    setUniformRowHeights(true);
+    setHeaderHidden(true);
+    setFrameShape(QFrame::NoFrame);
+    setSelectionMode(QAbstractItemView::SingleSelection);
+    setSelectionBehavior(QAbstractItemView::SelectRows);
+    setEditTriggers(QAbstractItemView::NoEditTriggers);
+    setItemsExpandable(false);
+    setIndentation(0);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAllColumnsShowFocus(false); // the delegate shows it
+    header()->setMinimumSectionSize(1);
+    header()->setStretchLastSection(true);
+    header()->resizeSection(RecordingListModel::PlayingSign, signColumnPixels);
+    header()->resizeSection(RecordingListModel::Mark, 20);
+    setFontSize(11);
+}
+
+void RecordingListView::setSource(const RowSource* source) {
+    model_->setSource(source);
+}
+
+void RecordingListView::setPictures(RowPictures pictures) {
+    delegate_->setPictures(std::move(pictures));
+    viewport()->update();
+}
+
+void RecordingListView::setWords(RowWords words) {
+    model_->setWords(std::move(words));
+}
+
+void RecordingListView::rowsAdded(int first, int count) {
+    model_->rowsAdded(first, count);
+}
+
+void RecordingListView::rowsRemoved(int first, int count) {
+    model_->rowsRemoved(first, count);
+}
+
+void RecordingListView::rowsChanged(int first, int count) {
+    model_->rowsChanged(first, count);
+}
+
+void RecordingListView::selectionChanged(int index) {
+    if (index == selectedRow())
+        return;
+    if (index < 1 || index > model_->rowCount()) {
+        selectionModel()->clear();
+        return;
+    }
+    const QModelIndex cell = model_->index(index - 1, RecordingListModel::Text);
+    selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect |
+                                                QItemSelectionModel::Rows);
+    scrollTo(cell);
+}
+
+int RecordingListView::selectedRow() const {
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    return rows.isEmpty() ? 0 : rows.front().row() + 1;
+}
+
+int RecordingListView::hitTest(int x, int y) const {
+    if (!viewport()->rect().contains(x, y))
+        return 0;
+    const QModelIndex index = indexAt({x, y});
+    return index.isValid() ? index.row() + 1 : 0;
+}
+
+int RecordingListView::columnLeft(int column) const {
+    return header()->sectionViewportPosition(column - 1) * screen_.twipsPerPixelX();
+}
+
+void RecordingListView::setColumnWidth(int column, int twips) {
+    const int pixels = static_cast<int>(std::lround(double(twips) / screen_.twipsPerPixelX()));
+    if (column < 1 || column > RecordingListModel::ColumnCount)
+        return;
+    header()->resizeSection(column - 1, pixels);
+    if (column - 1 == RecordingListModel::Text)
+        textColumnWidth_ = pixels;
+    updateKindOffset();
+}
+
+void RecordingListView::setFontSize(double points) {
+    QFont ownFont = font();
+    ownFont.setPointSizeF(points);
+    setFont(ownFont);
+    updateKindOffset();
+    doItemsLayout();
+}
+
+void RecordingListView::updateKindOffset() {
+    QFont bold = font();
+    bold.setBold(true);
+    const int widest = QFontMetrics(bold).horizontalAdvance(QStringLiteral("0000/00/00  00:00:00"));
+    delegate_->setKindOffset(std::max(textColumnWidth_, widest + 6) + 10);
+}
+
+int RecordingListView::rowHeight() const {
+    return RecordingListDelegate::rowHeight(font()) * screen_.twipsPerPixelY();
+}
+
+void RecordingListView::setBackColour(int colour) {
+    QPalette colours = palette();
+    colours.setColor(QPalette::Base,
+                     QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF));
+    setPalette(colours);
+}
+
+void RecordingListView::draw() {
+    viewport()->update();
+}
+
+void RecordingListView::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton && event->button() != Qt::RightButton)
+        return event->ignore();
+    const QPoint place = event->position().toPoint();
+    const int row = hitTest(place.x(), place.y());
+    report(gate_, listeners_.mouseDown, place.x(), place.y());
+    if (row > 0)
+        selectionChanged(row);
+    pressedRow_ = event->button() == Qt::LeftButton ? row : 0;
+}
+
+void RecordingListView::mouseReleaseEvent(QMouseEvent* event) {
+    const QPoint place = event->position().toPoint();
+    const int pressed = std::exchange(pressedRow_, 0);
+    if (event->button() == Qt::LeftButton && pressed > 0 &&
+        pressed == hitTest(place.x(), place.y()))
+        report(gate_, listeners_.mouseClick, place.x(), place.y());
+}
+
+void RecordingListView::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        report(gate_, listeners_.doubleClick);
+}
+
+// The base class would select the rows that the pointer passes over.
+void RecordingListView::mouseMoveEvent(QMouseEvent* event) {
+    event->accept();
+}
+
+void RecordingListView::keyPressEvent(QKeyEvent* event) {
+    const bool plain = !(event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier));
+    const QString text = event->text();
+    switch (event->key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+        return moveByKey(event);
+    case Qt::Key_Space:
+        return report(gate_, listeners_.toggle);
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        return report(gate_, listeners_.activate);
+    case Qt::Key_Delete:
+        return report(gate_, listeners_.remove);
+    default:
+        break;
+    }
+    if (plain && text.size() == 1 && (text[0].isDigit() || text[0] == QLatin1Char(':')))
+        return type(text);
+    event->ignore();
+}
+
+void RecordingListView::moveByKey(QKeyEvent* event) {
+    const int before = selectedRow();
+    QTreeView::keyPressEvent(event);
+    event->accept();
+    if (selectedRow() != before)
+        report(gate_, listeners_.select, selectedRow());
+}
+
+void RecordingListView::type(const QString& text) {
+    if (!sinceTyped_.isValid() || sinceTyped_.elapsed() > typingPauseMilliseconds)
+        typed_.clear();
+    sinceTyped_.start();
+    typed_ += text;
+    report(gate_, listeners_.type, typed_.toStdString());
+}
+
+void RecordingListView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
+    const int row = byKey ? selectedRow() : hitTest(event->pos().x(), event->pos().y());
+    QPoint place = event->globalPos();
+    if (byKey && row > 0)
+        place = viewport()->mapToGlobal(
+            visualRect(model_->index(row - 1, RecordingListModel::Text)).center());
+    report(gate_, listeners_.contextMenu, row, place);
+}
+
+// The frame of the chosen row tells whether the list has the keys.
+void RecordingListView::focusInEvent(QFocusEvent* event) {
+    QTreeView::focusInEvent(event);
+    viewport()->update();
+}
+
+void RecordingListView::focusOutEvent(QFocusEvent* event) {
+    QTreeView::focusOutEvent(event);
+    viewport()->update();
+}
+
+} // namespace velmorant

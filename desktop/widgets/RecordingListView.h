@@ -1,0 +1,94 @@
+#pragma once
+
+#include "desktop/system/HandlerGate.h"
+#include "desktop/widgets/RecordingListDelegate.h"
+#include "desktop/widgets/RecordingListModel.h"
+#include "ports/ListControl.h"
+#include "ports/Screen.h"
+#include <QElapsedTimer>
+#include <QTreeView>
+#include <functional>
+
+namespace velmorant {
+
+/// The control `LstMP4` in report view: three columns, which are the headers 1 to 3.
+///
+/// The view reports and shows; the selection alone follows the arrow keys by itself, since the
+/// user must see it move, and is reported. Letters that it does not use go on to the window.
+class RecordingListView : public QTreeView, public ListControl, public ListBackground {
+    Q_OBJECT
+  public:
+    /// What the user does. All listeners are called through the gate; rows are 1-based, places are
+    /// pixels of the control.
+    struct Listeners {
+        std::function<void(int x, int y)> mouseDown;
+        std::function<void(int x, int y)> mouseClick; ///< pressed and released on one row
+        std::function<void()> doubleClick;
+        std::function<void(int row)> select; ///< by the arrow keys, Home, End and page keys
+        std::function<void()> toggle;        ///< space
+        std::function<void()> activate;      ///< Enter
+        std::function<void()> remove;        ///< Delete
+        /// What was typed so far, digits and ":"; a pause of a second begins anew.
+        std::function<void(const std::string& typed)> type;
+        std::function<void(int row, const QPoint& screenPlace)> contextMenu; ///< row 0: none
+    };
+
+    /// Gate and screen must outlive the view.
+    RecordingListView(HandlerGate& gate, const Screen& screen, QWidget* parent = nullptr);
+    void setListeners(Listeners listeners) { listeners_ = std::move(listeners); }
+    /// Not owned; null: no rows.
+    void setSource(const RowSource* source);
+    void setPictures(RowPictures pictures);
+    void setWords(RowWords words);
+
+    void rowsAdded(int first, int count) override;
+    void rowsRemoved(int first, int count) override;
+    void rowsChanged(int first, int count) override;
+    void selectionChanged(int index) override;
+    int hitTest(int x, int y) const override;
+    int columnLeft(int column) const override;
+    void setColumnWidth(int column, int twips) override;
+    void setFontSize(double points) override;
+    int rowHeight() const override;
+
+    void setBackColour(int colour) override;
+    /// The picture behind the rows is a plain colour, as high as the control at least.
+    void setHeight(int twips) override { backgroundHeight_ = twips; }
+    void draw() override;
+    int backgroundHeight() const { return backgroundHeight_; }
+
+    /// The selected row; 0 for none.
+    int selectedRow() const;
+
+  protected:
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    // QTreeView's own slots of these names serve its model.
+    using QTreeView::rowsRemoved;
+    using QTreeView::selectionChanged;
+    using QTreeView::setColumnWidth;
+
+  private:
+    void type(const QString& text);
+    void moveByKey(QKeyEvent* event);
+    void updateKindOffset();
+
+    HandlerGate& gate_;
+    const Screen& screen_;
+    RecordingListModel* model_;
+    RecordingListDelegate* delegate_;
+    Listeners listeners_;
+    int pressedRow_ = 0;
+    QString typed_;
+    QElapsedTimer sinceTyped_;
+    int backgroundHeight_ = 0;
+    int textColumnWidth_ = 0; ///< pixels, as the logic set it
+};
+
+} // namespace velmorant

@@ -1,0 +1,88 @@
+#include "desktop/widgets/ExtractionProgress.h"
+
+#include "desktop/system/QtTimer.h"
+#include "tests/desktop_windows/WaitUntil.h"
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <gtest/gtest.h>
+
+namespace velmorant {
+namespace {
+
+using namespace std::chrono_literals;
+
+class ExtractionProgressTest : public testing::Test {
+  protected:
+    /// Runs `step` in a timer tick of the program while the window is shown.
+    void runWhileShown(const std::function<void()>& step) {
+        QtTimer timer(gate);
+        timer.setInterval(10ms);
+        timer.onTick([&] {
+            timer.setEnabled(false);
+            step();
+            progress.close();
+        });
+        timer.setEnabled(true);
+        gate.runWhenFree([&] { progress.showModal("Extraction"); });
+    }
+
+    QPushButton& cancelButton() { return *progress.window().findChild<QPushButton*>(); }
+
+    HandlerGate gate;
+    QtWaits waits;
+    ExtractionProgress progress{gate, waits, [] { return std::string("Cancel"); }};
+};
+
+TEST_F(ExtractionProgressTest, shows_text_and_progress_until_the_run_closes_it) {
+    bool shown = false;
+    runWhileShown([&] {
+        progress.setText("<b>103045.MP4</b>");
+        progress.setValue(40);
+        shown = progress.window().isVisible();
+        EXPECT_EQ(progress.window().windowTitle(), "Extraction");
+        EXPECT_EQ(progress.window().findChild<QProgressBar*>()->value(), 40);
+        EXPECT_EQ(progress.window().findChild<QLabel*>()->text(), "<b>103045.MP4</b>");
+    });
+    EXPECT_TRUE(shown);
+    EXPECT_FALSE(progress.window().isVisible());
+    EXPECT_EQ(waits.answeringWindow(), nullptr);
+}
+
+TEST_F(ExtractionProgressTest, cancel_answers_while_the_run_waits) {
+    int cancels = 0;
+    int cancelsInside = 0;
+    progress.onCancel([&] { ++cancels; });
+    runWhileShown([&] {
+        QTimer::singleShot(10, [&] { QTest::mouseClick(&cancelButton(), Qt::LeftButton); });
+        waits.sleep(80ms);
+        cancelsInside = cancels;
+        EXPECT_FALSE(cancelButton().isEnabled());
+    });
+    EXPECT_EQ(cancelsInside, 1);
+}
+
+TEST_F(ExtractionProgressTest, escape_and_the_close_button_ask_and_do_not_close) {
+    int cancels = 0;
+    progress.onCancel([&] { ++cancels; });
+    runWhileShown([&] {
+        QTest::keyClick(&progress.window(), Qt::Key_Escape);
+        progress.window().close();
+        EXPECT_TRUE(progress.window().isVisible());
+    });
+    EXPECT_EQ(cancels, 1);
+}
+
+TEST_F(ExtractionProgressTest, serves_one_run_after_the_other) {
+    for (int run = 0; run < 2; ++run) {
+        bool enabled = false;
+        runWhileShown([&] {
+            enabled = cancelButton().isEnabled();
+            cancelButton().click();
+        });
+        EXPECT_TRUE(enabled);
+    }
+}
+
+} // namespace
+} // namespace velmorant
