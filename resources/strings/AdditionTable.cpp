@@ -15,6 +15,7 @@ constexpr Row rows[] = {
     {"about.components", {"Components", "元件"}},
     {"about.licence", {"Licence", "授權條款"}},
     {"about.version", {"Version", "版本"}},
+    {"chart.strongest", {"Strongest G:", "最大 G："}},
     {"configuration.notKept",
      {"The settings apply now, but they could not be kept for the next start:",
       "設定現在已生效，但無法保存供下次啟動使用："}},

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "playback/PositionFollowing.h"
+#include "playback/frmChild.h"
+#include "ports/Chart.h"
+#include "ports/Texts.h"
+#include "track/ProgramState.h"
+
+#include <cstdint>
+#include <string>
+
+namespace velmorant {
+
+enum class ChartMode { Speed, Acceleration };
+
+/// What the chart works with; everything outlives it.
+struct CurveChartNeeds {
+    Chart& chart; ///< TCLine
+    Texts& texts;
+    frmChild& player;
+    PositionFollowing& follow;
+    ProgramState& state;
+};
+
+/// The chart under the picture: the current track as a speed curve (series 1) or as the curves of
+/// G x, G y and G z (series 1 to 3), point i of the track at x = i - 1. Series 3 also serves as the
+/// red marker of the second that was clicked.
+class CurveChart {
+  public:
+    explicit CurveChart(const CurveChartNeeds& needs) : m_needs(needs) {}
+
+    ChartMode mode() const { return m_mode; }
+    std::string tag() const { return m_mode == ChartMode::Speed ? "SPEED" : "GS"; }
+    void setMode(ChartMode mode); ///< sets axes and legend up; draws no curve
+
+    /// Draws the current track anew; without one the chart is empty. Leaves the track's cursor.
+    void Draw();
+    void Clear(); ///< empties the four series and takes the cursor away
+    /// A click: `point` is the 0-based point of the curve under the mouse, -1 for none. Seeks to
+    /// its second, moves the car and marks it.
+    void Click(std::int32_t point);
+
+    void resetMarker();            ///< to the start of the recording
+    void moveMarkerToCurrentDot(); ///< of the current track
+
+    /// Time and values of a point for the pointer: "" for none. In the G mode also the strongest
+    /// reading of the second, which the mean in the curve hides.
+    std::string PointText(std::int32_t point) const;
+
+  private:
+    void clearSeries();
+    void drawSpeed(const clsDot& track);
+    void drawAcceleration(const clsDot& track);
+    void setBottomAxis(std::int32_t points);
+    std::string accelerationText(const clsDot& track, std::int32_t index) const;
+    std::string speedUnit() const;
+
+    CurveChartNeeds m_needs;
+    ChartMode m_mode = ChartMode::Speed;
+};
+
+} // namespace velmorant
