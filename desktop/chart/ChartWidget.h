@@ -1,0 +1,97 @@
+#pragma once
+
+#include "ports/Chart.h"
+
+#include <QPointer>
+#include <QVector>
+
+#include <qcustomplot.h>
+
+#include <array>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace velmorant {
+
+/// The line chart on QCustomPlot. Points are collected by addXY() and shown by redraw().
+///
+/// The x of a series rise. Series 1 alone is drawn with a light fill (the speed); with series 2
+/// present, 1 to 3 are the three curves of the G sensor. A single point at y = 200 in series 3 is
+/// the click marker: it lies outside most axes and is drawn as a vertical line at its x, in its
+/// colour. The bottom axis is labelled in minutes and seconds.
+class ChartWidget : public Chart {
+  public:
+    using IndexListener = std::function<void(int index)>;
+    static constexpr int seriesCount = 4;
+    static constexpr double markerHeight = 200;
+
+    explicit ChartWidget(QWidget* parent = nullptr);
+    ~ChartWidget() override;
+    ChartWidget(const ChartWidget&) = delete;
+    ChartWidget& operator=(const ChartWidget&) = delete;
+
+    /// For the window that lays it out, which may also delete it before the chart ends.
+    QWidget& widget() { return *plot_; }
+
+    /// The left button was released over the point with that index of its series, from 0; -1: over
+    /// none. A place counts for the point whose x is nearest, at any height within the axes.
+    void onMouseUp(IndexListener listener);
+    /// The point under the mouse changed; -1: none.
+    void onHover(IndexListener listener);
+    /// The text shown at the point under the mouse; empty: none.
+    void setHoverText(const std::string& text);
+    /// The label of a point of series 1; empty when there is no such point.
+    std::string label(int index) const;
+    /// The point for a place in the widget, in pixels.
+    int indexAt(const QPointF& place) const;
+    /// The place of a value in the widget, in pixels, as last drawn.
+    QPointF placeOf(double x, double y) const;
+
+    void clearSeries(int series) override;
+    void addXY(int series, double x, double y, const std::string& label,
+               std::int32_t colour) override;
+    void setAxis(ChartAxis axis, std::optional<double> minimum,
+                 std::optional<double> maximum) override;
+    void setAxisTitle(ChartAxis axis, const std::string& title) override;
+    void setCursor(std::optional<double> x) override;
+    void setLegend(int series, const std::string& name) override;
+    void redraw() override;
+
+  private:
+    struct Series {
+        QVector<QCPGraphData> points;
+        std::vector<std::string> labels;
+        std::int32_t colour = automaticColour; ///< of the last point
+        bool changed = false;
+    };
+    struct Bounds {
+        std::optional<double> minimum;
+        std::optional<double> maximum;
+    };
+
+    void styleAxis(QCPAxis& axis) const;
+    void styleLegend() const;
+    QCPItemLine* makeVerticalLine(const QString& layer, const QColor& colour) const;
+    bool isMarker(const Series& series) const;
+    const Series& pointedSeries() const;
+    void colourSeries();
+    void placeMarker();
+    QCPRange rangeOf(ChartAxis axis, const Bounds& bounds) const;
+    void mouseMoved(const QPointF& place);
+    void setHovered(int index);
+    class LeaveFilter;
+
+    QPointer<QCustomPlot> plot_;
+    QCPItemLine* cursor_;
+    QCPItemLine* marker_;
+    QCPItemText* hoverText_;
+    std::array<Series, seriesCount> series_;
+    Bounds left_;
+    Bounds bottom_;
+    int hovered_ = -1;
+    IndexListener mouseUpListener_;
+    IndexListener hoverListener_;
+};
+
+} // namespace velmorant
