@@ -55,6 +55,7 @@ bool SkinView::load(const std::string& path) {
     for (const std::string& element : expected_)
         known(element);
     update();
+    emit loaded();
     return true;
 }
 

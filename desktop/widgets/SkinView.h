@@ -57,6 +57,9 @@ class SkinView : public QWidget, public Skin {
     /// The widget of an element; null for none.
     QWidget* elementWidget(const std::string& element) const;
 
+  signals:
+    void loaded(); ///< another drawing is shown
+
   protected:
     void paintEvent(QPaintEvent* event) override;
 

@@ -95,7 +95,12 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::Close || closing_ || !closeRequest_)
         return false;
     event->ignore();
-    gate_.runWhenFree([this] { closeRequest_(); });
+    // One question is enough, however often the user asks before it can be put.
+    if (!std::exchange(requested_, true))
+        gate_.runWhenFree([this] {
+            requested_ = false;
+            closeRequest_();
+        });
     return true;
 }
 

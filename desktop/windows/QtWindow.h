@@ -41,6 +41,7 @@ class QtWindow : public QObject, public Window {
     HandlerGate& gate_;
     const Screen& screen_;
     bool closing_ = false;
+    bool requested_ = false; ///< a close request waits for the gate
     std::function<void()> closeRequest_;
     std::function<void()> resized_;
 };

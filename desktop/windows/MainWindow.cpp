@@ -1,0 +1,117 @@
+#include "desktop/windows/MainWindow.h"
+
+#include "desktop/windows/FrameArea.h"
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QVBoxLayout>
+#include <utility>
+
+namespace velmorant {
+namespace {
+
+/// Where a pane lies: the skin's place, or where it always was when the skin names none.
+QRect placeIn(const SkinView& skin, const char* id, const QRect& otherwise) {
+    const QRect place = skin.placeRect(id);
+    return place.isEmpty() ? otherwise : place;
+}
+
+constexpr QRect pictureArea{10, 120, 656, 369};
+constexpr QRect bandArea{10, 489, 656, 209};
+constexpr QRect mapArea{676, 120, 338, 248};
+constexpr QRect listArea{676, 378, 338, 320};
+constexpr QRect titleArea{0, 0, MainWindow::frameWidth, 40};
+
+} // namespace
+
+MainWindow::MainWindow(HandlerGate& gate, const Screen& screen)
+    : skin_(new SkinView(gate)),
+      window_(*this, gate, screen),
+      native_(*this),
+      bands_(*skin_, screen),
+      drag_(*this) {
+    setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
+                   Qt::WindowMinimizeButtonHint);
+    skin_->setFixedSize(frameWidth, frameHeight);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(new FrameArea(skin_));
+    resize(frameWidth, frameHeight);
+    layoutPanes();
+    connect(skin_, &SkinView::loaded, this, &MainWindow::layoutPanes);
+    skin_->onClick([this](const std::string& element) {
+        if (element == "minimise")
+            showMinimized();
+        else if (element == "close")
+            close();
+        else if (command_)
+            command_(element);
+    });
+    new DropTarget(*this, gate, [this](const std::vector<std::string>& paths) {
+        if (drop_)
+            drop_(paths);
+    });
+}
+
+void MainWindow::layoutPanes() {
+    using Edge = QtBandContainer::Edge;
+    bands_.setArea("MediaControl", placeIn(*skin_, "place.band", bandArea), Edge::Bottom);
+    bands_.setArea("ControlBand", placeIn(*skin_, "place.map", mapArea), Edge::Top);
+    bands_.recalculateLayout();
+    for (const auto& [pane, widget] : panes_)
+        if (widget)
+            widget->setGeometry(pane == Pane::Picture
+                                    ? placeIn(*skin_, "place.picture", pictureArea)
+                                    : placeIn(*skin_, "place.list", listArea));
+}
+
+void MainWindow::host(Pane pane, QWidget& widget) {
+    widget.setParent(skin_);
+    panes_[pane] = &widget;
+    layoutPanes();
+    widget.show();
+    widget.raise();
+}
+
+void MainWindow::onCommand(std::function<void(const std::string&)> listener) {
+    command_ = std::move(listener);
+}
+
+void MainWindow::enlarge(QWidget* pane) {
+    if (pane == enlarged_)
+        return;
+    if (enlarged_)
+        enlarged_->setGeometry(enlargedFrom_);
+    enlarged_ = pane;
+    if (!pane)
+        return;
+    enlargedFrom_ = pane->geometry();
+    pane->setGeometry(1, titleArea.height(), frameWidth - 2, frameHeight - titleArea.height() - 1);
+    pane->raise();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+    if (!key_ || !key_(*event))
+        event->ignore();
+}
+
+void MainWindow::mousePressEvent(QMouseEvent* event) {
+    const QPoint place = skin_->mapFrom(this, event->position().toPoint());
+    if (event->button() == Qt::LeftButton &&
+        placeIn(*skin_, "place.drag", titleArea).contains(place))
+        drag_.begin(*event);
+}
+
+void MainWindow::mouseMoveEvent(QMouseEvent* event) {
+    drag_.move(*event);
+}
+
+void MainWindow::mouseReleaseEvent(QMouseEvent*) {
+    drag_.end();
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    native_.askSizeLimits();
+}
+
+} // namespace velmorant
