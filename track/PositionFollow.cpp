@@ -62,6 +62,11 @@ std::string PositionFollow::dotText(const clsDot& track) {
            std::to_string(track.lPlayLocal()) + "|" + std::to_string(track.iAngelValue());
 }
 
+void PositionFollow::showCurrentDot() {
+    if (m_needs.state.currentTrack != nullptr)
+        ShowDot(dotText(*m_needs.state.currentTrack));
+}
+
 void PositionFollow::ShowDot(const std::string& text) {
     trapErrors([&] {
         const std::vector<std::string> fields = split(text, '|');

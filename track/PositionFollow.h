@@ -35,6 +35,9 @@ class PositionFollow {
     /// ends it silently.
     void ShowDot(const std::string& dotText);
 
+    /// ShowDot() for the current dot of the current track; nothing without a track.
+    void showCurrentDot();
+
     /// The dot text of a track's current dot.
     static std::string dotText(const clsDot& track);
 

@@ -192,6 +192,16 @@ TEST_F(PositionFollowTest, the_dot_text_of_a_track_holds_its_current_dot) {
     EXPECT_EQ(PositionFollow::dotText(track), "60|121.5|25.04|2012/9/7 08:05:09|1|90");
 }
 
+TEST_F(PositionFollowTest, the_current_dot_can_be_shown_on_its_own) {
+    follow.showCurrentDot();
+    EXPECT_THAT(page.cars, IsEmpty());
+    fill(10);
+    state.currentTrack->lPlayLocal(3);
+    follow.showCurrentDot();
+    EXPECT_THAT(page.cars, ElementsAre("121.2|25|3|90"));
+    EXPECT_EQ(digits(), "002");
+}
+
 TEST_F(PositionFollowTest, texts_with_an_error_end_silently) {
     fill(10);
     for (const char* text : {"", "4", "x|120", "4|y", "40000|1"})
