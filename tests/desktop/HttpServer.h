@@ -41,6 +41,7 @@ class HttpServer {
         return "http://127.0.0.1:" + QByteArray::number(port()) + target;
     }
     void stop() { server_.close(); }
+    QObject& object() { return server_; } ///< for timers that end with the server
     const QList<HttpRequest>& requests() const { return requests_; }
 
     static QByteArray response(const QByteArray& body, const QByteArray& type,

@@ -1,0 +1,212 @@
+#include "desktop/transfer/QtHttpTransfer.h"
+
+#include "common/StepError.h"
+#include "tests/desktop/HttpServer.h"
+#include "tests/desktop/eventLoop.h"
+
+#include <QTimer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace velmorant {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class QtHttpTransferTest : public testing::Test {
+  protected:
+    QtHttpTransferTest()
+        : server_([this](const HttpRequest& request, QTcpSocket& socket) {
+              return answer_(request, socket);
+          }) {
+        transfer_.onStateChanged([this](TransferState state) { states_.push_back(state); });
+    }
+
+    void serve(const QByteArray& response) {
+        answer_ = [response](const HttpRequest&, QTcpSocket& socket) {
+            socket.write(response);
+            return HttpServer::After::Close;
+        };
+    }
+    void get(const QByteArray& target) {
+        transfer_.get(server_.address(target).toStdString());
+        EXPECT_TRUE(states_.empty()) << "sent inside the call";
+        ASSERT_TRUE(waitFor([this] { return !states_.empty(); }));
+    }
+    QByteArray body(std::size_t chunkSize = 1024) {
+        QByteArray whole;
+        for (;;) {
+            const std::vector<std::byte> bytes = transfer_.chunk(chunkSize);
+            EXPECT_LE(bytes.size(), chunkSize);
+            if (bytes.empty())
+                return whole;
+            whole.append(reinterpret_cast<const char*>(bytes.data()),
+                         static_cast<qsizetype>(bytes.size()));
+        }
+    }
+
+    HttpServer::Handler answer_;
+    HttpServer server_;
+    QtHttpTransfer transfer_;
+    std::vector<TransferState> states_;
+};
+
+TEST_F(QtHttpTransferTest, reads_a_body_in_chunks) {
+    QByteArray content;
+    for (int i = 0; i < 10000; ++i)
+        content += QByteArray::number(i) + ' ';
+    serve(HttpServer::response(content, "text/plain"));
+    get("/update/remote.rar");
+    EXPECT_THAT(states_, ElementsAre(TransferState::ResponseCompleted));
+    EXPECT_EQ(transfer_.header("Content-Length"), QByteArray::number(content.size()).toStdString());
+    EXPECT_EQ(transfer_.header("content-length"), transfer_.header("Content-Length"));
+    EXPECT_EQ(transfer_.header("X-None"), "");
+    EXPECT_EQ(transfer_.responseCode(), 200);
+    EXPECT_EQ(transfer_.responseText(), "OK");
+    EXPECT_EQ(body(), content);
+    EXPECT_TRUE(transfer_.chunk(1024).empty());
+    EXPECT_EQ(server_.requests()[0].target, "/update/remote.rar");
+    EXPECT_THAT(server_.requests()[0].header("User-Agent").toStdString(),
+                HasSubstr("VelmorantDVRTools/"));
+}
+
+TEST_F(QtHttpTransferTest, reads_an_empty_body) {
+    serve(HttpServer::response("", "text/plain"));
+    get("/empty");
+    EXPECT_THAT(states_, ElementsAre(TransferState::ResponseCompleted));
+    EXPECT_EQ(body(), "");
+}
+
+TEST_F(QtHttpTransferTest, reads_a_body_that_comes_slowly) {
+    answer_ = [](const HttpRequest&, QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n12345");
+        QTimer::singleShot(200, &socket, [&socket] { socket.write("67890"); });
+        return HttpServer::After::KeepOpen;
+    };
+    get("/slow");
+    EXPECT_EQ(body(), "1234567890");
+}
+
+TEST_F(QtHttpTransferTest, holds_little_of_a_large_body_in_memory) {
+    const qsizetype size = 50'000'000;
+    QTcpSocket* connection = nullptr;
+    answer_ = [&](const HttpRequest&, QTcpSocket& socket) {
+        connection = &socket;
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 50000000\r\n\r\n");
+        socket.write(QByteArray(size, 'x'));
+        return HttpServer::After::KeepOpen;
+    };
+    get("/large");
+    letRun(500);
+    EXPECT_GT(connection->bytesToWrite(), 30'000'000) << "nobody has asked for it yet";
+    EXPECT_EQ(body(65536).size(), size);
+}
+
+TEST_F(QtHttpTransferTest, reports_a_status_of_400_and_above_as_an_error) {
+    for (const QByteArray status :
+         {"404 Not Found", "500 Internal Server Error", "403 Forbidden"}) {
+        states_.clear();
+        serve(HttpServer::response("sorry", "text/plain", {}, status));
+        get("/missing");
+        EXPECT_THAT(states_, ElementsAre(TransferState::Error));
+        EXPECT_EQ(transfer_.responseCode(), status.left(3).toInt());
+        EXPECT_EQ(transfer_.responseText(), status.mid(4).toStdString());
+        EXPECT_THROW(transfer_.chunk(1024), StepError);
+    }
+}
+
+TEST_F(QtHttpTransferTest, reports_a_server_that_is_not_there) {
+    server_.stop();
+    get("/");
+    EXPECT_THAT(states_, ElementsAre(TransferState::Error));
+    EXPECT_NE(transfer_.responseText(), "");
+}
+
+TEST_F(QtHttpTransferTest, refuses_other_addresses) {
+    for (const char* address : {"file:///etc/hostname", "ftp://127.0.0.1/x", "", "no address",
+                                "http://", "data:text/plain,x"}) {
+        states_.clear();
+        transfer_.get(address);
+        ASSERT_TRUE(waitFor([this] { return !states_.empty(); })) << address;
+        EXPECT_THAT(states_, ElementsAre(TransferState::Error)) << address;
+    }
+}
+
+TEST_F(QtHttpTransferTest, asks_the_port_that_was_set_where_the_address_names_none) {
+    serve(HttpServer::response("x", "text/plain"));
+    transfer_.setPort(server_.port());
+    transfer_.get("http://127.0.0.1/update");
+    ASSERT_TRUE(waitFor([this] { return !states_.empty(); }));
+    EXPECT_THAT(states_, ElementsAre(TransferState::ResponseCompleted));
+    states_.clear();
+    transfer_.setPort(1);
+    get("/named");
+    EXPECT_THAT(states_, ElementsAre(TransferState::ResponseCompleted));
+}
+
+TEST_F(QtHttpTransferTest, follows_redirections_on_the_same_host_only) {
+    HttpServer other([](const HttpRequest&, QTcpSocket& socket) {
+        socket.write(HttpServer::response("elsewhere", "text/plain"));
+        return HttpServer::After::Close;
+    });
+    answer_ = [&](const HttpRequest& request, QTcpSocket& socket) {
+        const QByteArray port = QByteArray::number(other.port());
+        const QByteArray target = request.target == "/same"      ? "/here"
+                                  : request.target == "/foreign" ? "http://localhost:" + port + "/"
+                                  : request.target == "/local"   ? "file:///etc/hostname"
+                                                                 : request.target;
+        if (request.target == "/here")
+            socket.write(HttpServer::response("here", "text/plain"));
+        else
+            socket.write(HttpServer::response("", "text/plain", "Location: " + target + "\r\n",
+                                              "302 Found"));
+        return HttpServer::After::Close;
+    };
+    get("/same");
+    EXPECT_EQ(body(), "here");
+    for (const char* target : {"/foreign", "/local", "/loop"}) {
+        states_.clear();
+        get(target);
+        EXPECT_THAT(states_, ElementsAre(TransferState::Error)) << target;
+    }
+    EXPECT_TRUE(other.requests().isEmpty());
+    EXPECT_LT(server_.requests().size(), 12);
+}
+
+TEST_F(QtHttpTransferTest, throws_when_the_connection_breaks_in_the_middle) {
+    serve("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nonly this");
+    get("/cut");
+    EXPECT_THAT(states_, ElementsAre(TransferState::ResponseCompleted));
+    try {
+        body();
+        FAIL() << "half a body passed as a whole one";
+    } catch (const StepError& error) {
+        EXPECT_THAT(error.what(), HasSubstr("/cut: "));
+    }
+}
+
+TEST_F(QtHttpTransferTest, sends_nothing_more_after_a_cancel) {
+    serve(HttpServer::response("x", "text/plain"));
+    transfer_.get(server_.address("/x").toStdString());
+    transfer_.cancel();
+    letRun(200);
+    EXPECT_TRUE(states_.empty());
+    get("/again");
+    EXPECT_EQ(body(), "x");
+    EXPECT_THAT(states_, ElementsAre(TransferState::ResponseCompleted));
+}
+
+TEST_F(QtHttpTransferTest, ends_a_waiting_read_by_a_cancel) {
+    answer_ = [](const HttpRequest&, QTcpSocket& socket) {
+        socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n");
+        return HttpServer::After::KeepOpen;
+    };
+    get("/hang");
+    QTimer::singleShot(100, &server_.object(), [this] { transfer_.cancel(); });
+    EXPECT_THROW(transfer_.chunk(1024), StepError);
+}
+
+} // namespace
+} // namespace velmorant
