@@ -65,9 +65,9 @@ ProfileText::ProfileText(std::string_view text) {
         const std::size_t feed = text.find('\n');
         std::string_view line = text.substr(0, feed);
         std::string ending = feed == std::string_view::npos ? "" : "\n";
-        if (!ending.empty() && !line.empty() && line.back() == '\r') {
+        if (line.ends_with('\r')) {
             line.remove_suffix(1);
-            ending = "\r\n";
+            ending.insert(0, "\r");
         }
         m_lines.push_back({std::string(line), ending});
         text.remove_prefix(feed == std::string_view::npos ? text.size() : feed + 1);
@@ -166,14 +166,19 @@ void ProfileText::removeSection(std::string_view section) {
 
 void ProfileText::insert(std::size_t place, std::string content) {
     const std::string ending = usualEnding();
-    if (place > 0 && m_lines[place - 1].ending.empty())
-        m_lines[place - 1].ending = ending;
+    if (place > 0) {
+        std::string& before = m_lines[place - 1].ending;
+        if (before.empty())
+            before = ending;
+        else if (before == "\r")
+            before = "\r\n";
+    }
     m_lines.insert(m_lines.begin() + static_cast<std::ptrdiff_t>(place),
                    {std::move(content), ending});
 }
 
 std::string ProfileText::usualEnding() const {
-    return m_lines.empty() || m_lines.front().ending.empty() ? "\n" : m_lines.front().ending;
+    return !m_lines.empty() && m_lines.front().ending.starts_with('\r') ? "\r\n" : "\n";
 }
 
 std::string ProfileText::text() const {

@@ -38,7 +38,7 @@ class ProfileText {
   private:
     struct Line {
         std::string content;
-        std::string ending; ///< "\n", "\r\n" or, in the last line, ""
+        std::string ending; ///< "\n", "\r\n" or, in the last line, "\r" or ""
     };
     struct Range {
         std::size_t header;

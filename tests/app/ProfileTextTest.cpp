@@ -64,6 +64,13 @@ TEST(ProfileText, ends_a_last_line_without_an_end_before_adding_one) {
     EXPECT_EQ(profile.text(), "[config]\nmainv=1001\nUnit=1002\n");
 }
 
+TEST(ProfileText, completes_a_last_line_that_ends_in_a_carriage_return) {
+    ProfileText profile("[config]\nmainv=1001\r");
+    EXPECT_EQ(profile.value("config", "mainv"), "1001");
+    profile.setValue("config", "Unit", "1002");
+    EXPECT_EQ(profile.text(), "[config]\nmainv=1001\r\nUnit=1002\n");
+}
+
 TEST(ProfileText, changes_the_first_of_equal_keys) {
     ProfileText profile("[config]\nmainv=1\nmainv=2\n");
     profile.setValue("config", "mainv", "3");
