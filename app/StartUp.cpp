@@ -93,7 +93,7 @@ void StartUp::readConfiguration() {
     IniFile configuration(m_needs.profile);
     configuration.open(path, "config");
     const auto read = [&](const std::string& key, const std::string& defaultValue) {
-        const std::string value = configuration.readKey(key);
+        std::string value = configuration.readKey(key);
         if (!equalsIgnoringCase(value, ""))
             return value;
         if (configuration.writeKey(key, defaultValue) == IniFileWrite::NotKept)
