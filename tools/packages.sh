@@ -12,7 +12,7 @@ run="libqt6webenginewidgets6 libqt6webenginecore6-bin libqt6webengine6-data libq
     libqt6printsupport6 qt6-qpa-plugins libgl1-mesa-dri fonts-dejavu-core fonts-wqy-microhei
     ffmpeg xvfb xauth xdotool x11-utils imagemagick procps"
 test="libgtest-dev libgmock-dev libbenchmark-dev clang clang-format clang-tidy libclang-rt-14-dev
-    dpkg-dev fakeroot libimage-exiftool-perl desktop-file-utils git curl jq python3-minimal nginx-light
+    dpkg-dev fakeroot libimage-exiftool-perl desktop-file-utils git curl jq python3 nginx-light
     chromium chromium-driver librsvg2-bin openbox at-spi2-core"
 long="mmdebstrap lintian"
 

@@ -13,6 +13,7 @@ import http.server
 import json
 import os
 import struct
+import sys
 import threading
 import zlib
 
@@ -143,6 +144,11 @@ class Server(http.server.ThreadingHTTPServer):
 
     def address(self, behaviour):
         return f"http://127.0.0.1:{self.server_address[1]}/{behaviour}/DeskMap.asp?LangID=1028"
+
+    def handle_error(self, request, client_address):
+        """A browser that ends in the middle of a request is no error of this server."""
+        if not isinstance(sys.exc_info()[1], ConnectionError):
+            super().handle_error(request, client_address)
 
     def end(self):
         self.ended.set()

@@ -33,7 +33,7 @@
             (y < -8 ? 4 : y > view.height + 8 ? 8 : 0);
     }
 
-    // Adds an outline to the path. Places nearer than a pixel to the last one are left out, and of a
+    // Adds an outline to the path and returns the number of its lines. Places nearer than a pixel to the last one are left out, and of a
     // run beyond one side of the view only the ends are kept.
     function trace(context, view, line, shift) {
         const { scale, top } = view;
@@ -43,6 +43,7 @@
         let skipped = false;
         let heldX = 0;
         let heldY = 0;
+        let count = 0;
         context.moveTo(lastX, lastY);
         for (let i = 1; i < line.x.length; i += 1) {
             const x = line.x[i] * scale + shift;
@@ -58,22 +59,26 @@
             }
             if (skipped) context.lineTo(heldX, heldY);
             context.lineTo(x, y);
+            count += 1;
             skipped = false;
             lastX = x;
             lastY = y;
             lastSides = beyond;
         }
         if (skipped) context.lineTo(heldX, heldY);
+        return count;
     }
 
     function traceAll(context, view, lines) {
+        let count = 0;
         context.beginPath();
         for (const line of lines) {
             if (!inHeight(view, line)) continue;
             for (const shift of copies(view, line.left, line.right)) {
-                trace(context, view, line, shift);
+                count += trace(context, view, line, shift);
             }
         }
+        return count;
     }
 
     class BaseMap {
@@ -83,21 +88,23 @@
             this.showNames = true;
         }
 
-        paint(context, view) {
+        // A generator for a ViewCanvas.
+        * paint(context, view) {
             if (this.world === null) return;
-            context.lineJoin = 'round';
-            traceAll(context, view, this.world.land);
+            context.lineJoin = 'bevel';
+            yield traceAll(context, view, this.world.land);
             context.fillStyle = LAND;
             context.fill();
             if (view.zoom <= FINEST_OUTLINE_ZOOM) {
                 context.lineWidth = 1;
                 context.strokeStyle = BORDER;
-                traceAll(context, view, this.world.borders);
+                yield traceAll(context, view, this.world.borders);
                 context.stroke();
                 context.strokeStyle = COAST;
-                traceAll(context, view, this.world.coast);
+                yield traceAll(context, view, this.world.coast);
                 context.stroke();
             }
+            this.paintNames(context, view);
         }
 
         // Names, larger countries first, none over another.

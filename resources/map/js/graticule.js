@@ -31,9 +31,10 @@
             this.visible = true;
         }
 
-        // frame: the rectangle {left, top, right, bottom} of the canvas that is in sight.
-        paint(context, view, frame) {
+        // A generator for a ViewCanvas; the figures stand at the edges of what is in sight.
+        * paint(context, view) {
             if (!this.visible) return;
+            const { frame } = view;
             const step = stepFor(view.zoom);
             const figures = [];
             context.beginPath();
@@ -42,6 +43,7 @@
             context.lineWidth = 1;
             context.strokeStyle = LINE;
             context.stroke();
+            yield figures.length;
             this.paintFigures(context, figures);
         }
 

@@ -6,6 +6,7 @@
         Controls, Notices, LayersPanel, RecordingData, SpeedColours, Hover, Configuration, StreetTiles,
         WholeWindow, preferences,
     } = velmorantMap;
+    const GROWTH_DELAY_MS = 150;
     const TIDY_DELAY_MS = 300;
 
     function makeMap() {
@@ -26,17 +27,8 @@
     function makeBase(map, texts, log) {
         const base = new BaseMap(texts);
         const graticule = new Graticule();
-        const ground = new ViewCanvas((context, view) => {
-            base.paint(context, view);
-            base.paintNames(context, view);
-        }, { pane: 'base' });
-        const overlay = new ViewCanvas((context, view) => {
-            const corner = map.containerPointToLayerPoint([0, 0]).subtract(overlay._bounds.min);
-            const size = map.getSize();
-            graticule.paint(context, view, {
-                left: corner.x, top: corner.y, right: corner.x + size.x, bottom: corner.y + size.y,
-            });
-        }, { pane: 'overlay' });
+        const ground = new ViewCanvas(base.paint.bind(base), { pane: 'base' });
+        const overlay = new ViewCanvas(graticule.paint.bind(graticule), { pane: 'overlay', exact: true });
         ground.addTo(map);
         overlay.addTo(map);
         const load = () => velmorantMap.readWorld(log, (world) => {
@@ -46,29 +38,36 @@
         return { base, graticule, ground, overlay, load };
     }
 
-    // Growth is added to the picture once per frame; when it pauses, the whole is painted again, so
-    // that casings, signs and order are right.
+    // Growth is added to the picture a few times a second, because each time costs a new frame of the
+    // whole map; when it pauses, all is painted again, so that casings, signs and order are right.
     function makeRoutes(map, table, speedColours) {
         const painter = new RoutePainter(table, speedColours);
-        const canvas = new ViewCanvas((context, view) => painter.paint(context, view), { pane: 'routes' });
+        const canvas = new ViewCanvas(painter.paint.bind(painter), { pane: 'routes' });
         canvas.addTo(map);
-        let frame = 0;
+        const grown = new Set();
+        let growth = 0;
         let tidy = 0;
-        const grow = () => {
-            frame = 0;
-            if (!map._animatingZoom) painter.paintGrowth(canvas.context, canvas.view);
-        };
-        const changed = (event) => {
-            if (event === 'grown') {
-                if (frame === 0) frame = requestAnimationFrame(grow);
-            } else if (event === 'complete') {
-                grow();
-            } else if (event !== 'data') {
-                canvas.refresh();
-                return;
-            }
+        const tidyLater = () => {
             clearTimeout(tidy);
             tidy = setTimeout(() => canvas.refresh(), TIDY_DELAY_MS);
+        };
+        const grow = () => {
+            growth = 0;
+            for (const route of grown) {
+                if (table.shown.get(route.number) === route) painter.paintGrowth(canvas.front, route);
+            }
+            grown.clear();
+            tidyLater();
+        };
+        const changed = (event, route) => {
+            if (event === 'grown' || event === 'complete') {
+                grown.add(route);
+                if (growth === 0) growth = setTimeout(grow, GROWTH_DELAY_MS);
+            } else if (event === 'active' || event === 'removed') {
+                canvas.refresh();
+            } else {
+                tidyLater();
+            }
         };
         table.listen(changed);
         return canvas;
@@ -82,7 +81,7 @@
     const baseLayers = makeBase(map, texts, log);
     const speedColours = new SpeedColours(document.body, preferences.get('speedColours', true));
     const routes = makeRoutes(map, table, speedColours);
-    const view = new ViewControl(map, table, preferences.get('follow', true));
+    const view = new ViewControl(map, table, preferences.get('follow', true), () => routes.duration);
     const data = new RecordingData(table, speedColours, log);
     const hover = new Hover(map, table, texts, speedColours, (route) => data.want(route));
     const car = new Car(map, table, {

@@ -23,6 +23,9 @@
     // A place repeated while parked and one repeated in a tunnel differ by the way to the next one.
     const TUNNEL_METRES = 60;
 
+    // So few units are less than that way everywhere on the map, whatever the latitude.
+    const CERTAINLY_JOINED = CAR_METRES_PER_SECOND / mercator.METRES_PER_UNIT;
+
     function emptyBounds() {
         return {
             minX: Infinity, maxX: -Infinity, minY: Infinity, maxY: -Infinity,
@@ -84,6 +87,11 @@
         // How place i follows the last known one, `seconds` before it.
         link(i, seconds) {
             if (this.lastKnown < 0) return Link.APART;
+            if (seconds === 1 && this.repeated === 0) {
+                const dx = (this.mx[i] - this.mx[i - 1]) | 0;
+                const dy = this.my[i] - this.my[i - 1];
+                if ((dx !== 0 || dy !== 0) && Math.abs(dx) + Math.abs(dy) < CERTAINLY_JOINED) return Link.JOINED;
+            }
             const metres = this.metresBetween(i - 1, i);
             if (metres === 0) {
                 this.repeated += 1;

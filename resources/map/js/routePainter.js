@@ -9,76 +9,85 @@
     const OTHER = '#2C9FAB';
     const ARROW = '#EAF0F6';
     const FIX_LOST = '#A8B5C3';
-    const PATH_LENGTH = 400;
+    const STROKE_LENGTH = 400;
     const ARROW_SPACING = 90;
     const MARGIN = 12;
+    // With more lines than this in view their joints are cut plainly and their casings left out.
+    const MANY_LINES = 30000;
+    const SIGN_UNITS = 60;
 
-    // A run of pixels gathered for one stroke style; flushed piecewise.
-    class Pen {
-        constructor(context) {
-            this.context = context;
-            this.length = 0;
+    // The pixel lines of one route in one view: from a to b, ending at place `at`.
+    class Lines {
+        constructor() {
+            this.count = 0;
+            this.at = new Int32Array(1024);
+            this.joined = new Uint8Array(1024);
+            for (const name of ['ax', 'ay', 'bx', 'by']) this[name] = new Float32Array(1024);
         }
 
-        begin(style, width, dash) {
-            this.context.strokeStyle = style;
-            this.context.lineWidth = width;
-            this.context.setLineDash(dash);
-            this.context.beginPath();
-            this.length = 0;
+        add(ax, ay, bx, by, at, joined) {
+            const n = this.count;
+            if (n === this.at.length) this.grow();
+            this.ax[n] = ax;
+            this.ay[n] = ay;
+            this.bx[n] = bx;
+            this.by[n] = by;
+            this.at[n] = at;
+            this.joined[n] = joined ? 1 : 0;
+            this.count = n + 1;
         }
 
-        line(ax, ay, bx, by, joined) {
-            if (!joined || this.length === 0) this.context.moveTo(ax, ay);
-            this.context.lineTo(bx, by);
-            this.length += 1;
-            if (this.length >= PATH_LENGTH) this.flush();
-        }
-
-        flush() {
-            if (this.length > 0) {
-                this.context.stroke();
-                this.context.beginPath();
+        grow() {
+            for (const name of ['at', 'joined', 'ax', 'ay', 'bx', 'by']) {
+                const larger = new this[name].constructor(2 * this.count);
+                larger.set(this[name]);
+                this[name] = larger;
             }
-            this.length = 0;
         }
-    }
 
-    // Calls visit(ax, ay, bx, by, i, joined) for the pixel lines of a route that are in view, each
-    // ending at place i; joined says that it goes on where the last one ended.
-    function eachLine(route, view, from, shift, visit) {
-        const { scale, top } = view;
-        const right = view.width + MARGIN;
-        const bottom = view.height + MARGIN;
-        for (let c = Math.max(0, Math.floor((from - 1) / Route.CHUNK)); c < route.chunks.length; c += 1) {
-            const chunk = route.chunks[c];
-            if (chunk.left * scale + shift > right || chunk.right * scale + shift < -MARGIN ||
-                chunk.top * scale + top > bottom || chunk.bottom * scale + top < -MARGIN) continue;
+        gather(route, view, from, shift, finest) {
+            this.count = 0;
+            const { scale, top } = view;
+            const right = view.width + MARGIN;
+            const bottom = view.height + MARGIN;
+            const first = Math.max(0, Math.floor((from - 1) / Route.CHUNK));
+            for (let c = first; c < route.chunks.length; c += 1) {
+                const chunk = route.chunks[c];
+                if (chunk.left * scale + shift > right || chunk.right * scale + shift < -MARGIN ||
+                    chunk.top * scale + top > bottom || chunk.bottom * scale + top < -MARGIN) continue;
+                const wide = (chunk.right - chunk.left) * scale;
+                const high = (chunk.bottom - chunk.top) * scale;
+                const end = route.chunkEnd(chunk);
+                if (wide < finest && high < finest && end - 1 > chunk.first && chunk.first >= from) {
+                    const x = chunk.left * scale + shift;
+                    const y = chunk.top * scale + top;
+                    this.add(x, y, x + wide, y + high, end - 1, false);
+                } else {
+                    this.gatherChunk(route, view, from, shift, finest, chunk);
+                }
+            }
+        }
+
+        gatherChunk(route, view, from, shift, finest, chunk) {
+            const { scale, top } = view;
+            const { mx, my } = route;
             const end = route.chunkEnd(chunk);
-            const wide = (chunk.right - chunk.left) * scale;
-            const high = (chunk.bottom - chunk.top) * scale;
-            if (wide < 1 && high < 1 && end - 1 > chunk.first && chunk.first >= from) {
-                const x = chunk.left * scale + shift;
-                const y = chunk.top * scale + top;
-                visit(x, y, x + wide, y + high, end - 1, false);
-                continue;
-            }
             let unwrapped = chunk.start;
             let ax = unwrapped * scale + shift;
-            let ay = route.my[chunk.first] * scale + top;
+            let ay = my[chunk.first] * scale + top;
             let joined = false;
             for (let i = chunk.first + 1; i < end; i += 1) {
-                unwrapped += (route.mx[i] - route.mx[i - 1]) | 0;
+                unwrapped += (mx[i] - mx[i - 1]) | 0;
                 const bx = unwrapped * scale + shift;
-                const by = route.my[i] * scale + top;
+                const by = my[i] * scale + top;
                 const link = route.linkOf(i);
-                const near = Math.abs(bx - ax) < 1 && Math.abs(by - ay) < 1;
                 if (link === Route.Link.APART || i < from) {
                     ax = bx;
                     ay = by;
                     joined = false;
-                } else if (!near || i === end - 1 || link === Route.Link.FIX_LOST) {
-                    visit(ax, ay, bx, by, i, joined);
+                } else if (Math.abs(bx - ax) >= finest || Math.abs(by - ay) >= finest || i === end - 1 ||
+                    link === Route.Link.FIX_LOST) {
+                    this.add(ax, ay, bx, by, i, joined);
                     ax = bx;
                     ay = by;
                     joined = true;
@@ -92,76 +101,100 @@
         constructor(table, speedColours) {
             this.table = table;
             this.speedColours = speedColours;
-            this.painted = new Map();
+            this.lines = new Lines();
+            this.linesBefore = 0;
         }
 
-        paint(context, view) {
-            this.painted.clear();
-            context.lineCap = 'round';
-            context.lineJoin = 'round';
+        // A generator for a ViewCanvas; painted keeps how far each route was painted.
+        * paint(context, view, painted) {
             const { active } = this.table;
+            const many = this.linesBefore > MANY_LINES;
+            let total = 0;
+            let spent = 0;
             for (const route of this.table.shown.values()) {
-                if (route !== active) this.paintRoute(context, view, route, 0);
+                if (route === active) continue;
+                const lines = this.paintRoute(context, view, painted, route, 0, many);
+                total += lines;
+                spent += (many ? 1 : 2) * lines + SIGN_UNITS;
+                if (spent > 500) {
+                    yield spent;
+                    spent = 0;
+                }
             }
-            if (active !== null) this.paintRoute(context, view, active, 0);
+            if (active !== null) total += this.paintRoute(context, view, painted, active, 0, false);
+            this.linesBefore = total;
         }
 
-        // Adds what came since the last painting of the growing route to the painted canvas.
-        paintGrowth(context, view) {
-            const route = this.table.growing;
-            if (route === null || view === null) return;
-            context.lineCap = 'round';
-            context.lineJoin = 'round';
-            this.paintRoute(context, view, route, this.painted.get(route) || 0);
+        // Adds to a shown picture what a route has got since it was painted.
+        paintGrowth(buffer, route) {
+            if (buffer.view === null) return;
+            const many = this.linesBefore > MANY_LINES;
+            this.paintRoute(buffer.context, buffer.view, buffer.painted, route, buffer.painted.get(route) || 0, many);
         }
 
-        paintRoute(context, view, route, from) {
-            this.painted.set(route, route.count);
-            if (route.isEmpty()) return;
+        // The number of lines painted.
+        paintRoute(context, view, painted, route, from, many) {
+            painted.set(route, route.count);
+            if (route.isEmpty()) return 0;
             const { bounds } = route;
+            if (bounds.bottom * view.scale + view.top < -MARGIN ||
+                bounds.top * view.scale + view.top > view.height + MARGIN) return 0;
             const active = route === this.table.active;
+            let count = 0;
             for (const shift of BaseMap.copies(view, bounds.left, bounds.right)) {
-                this.paintLines(context, view, route, from, shift, active);
+                this.lines.gather(route, view, from, shift, many ? 1.5 : 1);
+                count += this.lines.count;
+                this.strokeLines(context, route, active, many);
                 if (route.complete) this.paintSigns(context, view, route, shift, active);
             }
+            return count;
         }
 
-        paintLines(context, view, route, from, shift, active) {
-            const pen = new Pen(context);
+        strokeLines(context, route, active, many) {
             const width = active ? 4 : 3;
-            const lost = [];
-            pen.begin(CASING, width + 3, []);
-            eachLine(route, view, from, shift, (ax, ay, bx, by, i, joined) => {
-                if (route.linkOf(i) === Route.Link.FIX_LOST) lost.push([ax, ay, bx, by]);
-                else pen.line(ax, ay, bx, by, joined);
-            });
-            pen.flush();
-            this.paintColours(pen, view, route, from, shift, active ? ACTIVE : OTHER, width);
-            pen.begin(FIX_LOST, 1.5, [3, 5]);
-            for (const [ax, ay, bx, by] of lost) pen.line(ax, ay, bx, by, false);
-            pen.flush();
+            const plain = active ? ACTIVE : OTHER;
+            context.lineCap = many ? 'butt' : 'round';
+            context.lineJoin = many ? 'bevel' : 'round';
+            const lost = (at) => route.linkOf(at) === Route.Link.FIX_LOST;
+            if (!many) this.stroke(context, CASING, width + 3, (at) => !lost(at));
+            if (this.speedColours.visible && route.data !== null) {
+                const present = new Set();
+                for (let n = 0; n < this.lines.count; n += 1) present.add(route.speedClassOf(this.lines.at[n]));
+                for (const speedClass of present) {
+                    this.stroke(context, this.speedColours.colourOf(speedClass) || plain, width,
+                        (at) => route.speedClassOf(at) === speedClass && !lost(at));
+                }
+            } else {
+                this.stroke(context, plain, width, (at) => !lost(at));
+            }
+            context.setLineDash([3, 5]);
+            this.stroke(context, FIX_LOST, 1.5, lost);
             context.setLineDash([]);
         }
 
-        paintColours(pen, view, route, from, shift, plain, width) {
-            const coloured = this.speedColours.visible && route.data !== null;
-            let colour = plain;
-            pen.begin(colour, width, []);
-            eachLine(route, view, from, shift, (ax, ay, bx, by, i, joined) => {
-                if (route.linkOf(i) === Route.Link.FIX_LOST) return;
-                const wanted = coloured ? this.speedColours.colourOf(route.speedClassOf(i)) || plain : plain;
-                if (wanted !== colour) {
-                    pen.flush();
-                    colour = wanted;
-                    pen.begin(colour, width, []);
+        stroke(context, style, width, wanted) {
+            const { ax, ay, bx, by, at, joined, count } = this.lines;
+            context.strokeStyle = style;
+            context.lineWidth = width;
+            let length = 0;
+            let last = -1;
+            for (let n = 0; n < count; n += 1) {
+                if (!wanted(at[n])) continue;
+                if (length === 0) context.beginPath();
+                if (length === 0 || joined[n] === 0 || last !== n - 1) context.moveTo(ax[n], ay[n]);
+                context.lineTo(bx[n], by[n]);
+                last = n;
+                length += 1;
+                if (length === STROKE_LENGTH) {
+                    context.stroke();
+                    length = 0;
                 }
-                pen.line(ax, ay, bx, by, joined);
-            });
-            pen.flush();
+            }
+            if (length > 0) context.stroke();
         }
 
         paintSigns(context, view, route, shift, active) {
-            this.paintArrows(context, view, route, shift);
+            this.paintArrows(context);
             const colour = active ? ACTIVE : OTHER;
             const ends = RoutePainter.ends(route);
             const at = ([x, y]) => [x * view.scale + shift, y * view.scale + view.top];
@@ -170,7 +203,7 @@
             this.paintMark(context, ex, ey, colour);
             context.fillRect(ex - 2, ey - 2, 4, 4);
             this.paintMark(context, sx, sy, colour);
-            context.fillStyle = '#EAF0F6';
+            context.fillStyle = ARROW;
             context.beginPath();
             context.arc(sx, sy, 2, 0, 2 * Math.PI);
             context.fill();
@@ -190,21 +223,22 @@
             context.fillStyle = colour;
         }
 
-        paintArrows(context, view, route, shift) {
+        paintArrows(context) {
+            const { ax, ay, bx, by, joined, count } = this.lines;
             let travelled = ARROW_SPACING / 2;
             context.fillStyle = ARROW;
             context.strokeStyle = CASING;
             context.lineWidth = 1;
-            eachLine(route, view, 0, shift, (ax, ay, bx, by, i, joined) => {
-                const length = Math.hypot(bx - ax, by - ay);
-                if (!joined) travelled = Math.min(travelled, ARROW_SPACING / 2);
+            for (let n = 0; n < count; n += 1) {
+                const length = Math.hypot(bx[n] - ax[n], by[n] - ay[n]);
+                if (joined[n] === 0) travelled = Math.min(travelled, ARROW_SPACING / 2);
                 travelled += length;
-                if (travelled < ARROW_SPACING || length < 1) return;
+                if (travelled < ARROW_SPACING || length < 1) continue;
                 travelled = 0;
-                const dx = (bx - ax) / length;
-                const dy = (by - ay) / length;
-                const x = (ax + bx) / 2;
-                const y = (ay + by) / 2;
+                const dx = (bx[n] - ax[n]) / length;
+                const dy = (by[n] - ay[n]) / length;
+                const x = (ax[n] + bx[n]) / 2;
+                const y = (ay[n] + by[n]) / 2;
                 context.beginPath();
                 context.moveTo(x + 5 * dx, y + 5 * dy);
                 context.lineTo(x - 4 * dx - 4 * dy, y - 4 * dy + 4 * dx);
@@ -213,7 +247,7 @@
                 context.closePath();
                 context.fill();
                 context.stroke();
-            });
+            }
         }
 
         // First and last known place in units, the last one run on past the date line.

@@ -30,6 +30,48 @@
         return value >= -limit && value <= limit ? value : NaN;
     }
 
+    // The usual form of a coordinate (sign, digits, point, digits) is read character by character,
+    // because routes come by the million: a whole number below 2^53 divided by a power of ten is
+    // the same number that the text's own conversion gives.
+    // Returns the value and leaves the position behind it in `scanned`; NaN for any other form.
+    const POWERS = Array.from({ length: 16 }, (_, i) => Math.pow(10, i));
+    let scanned = 0;
+
+    function scanCoordinate(text, position, end) {
+        let i = position;
+        let code = text.charCodeAt(i);
+        const negative = code === 45;
+        if (negative || code === 43) i += 1;
+        const whole = i;
+        let digits = 0;
+        while (i < end && (code = text.charCodeAt(i)) >= 48 && code <= 57) {
+            digits = digits * 10 + code - 48;
+            i += 1;
+        }
+        if (i === whole || i - whole > 3) return NaN;
+        let decimals = 0;
+        if (code === 46 && i < end) {
+            const point = i;
+            i += 1;
+            while (i < end && (code = text.charCodeAt(i)) >= 48 && code <= 57) {
+                digits = digits * 10 + code - 48;
+                i += 1;
+            }
+            decimals = i - point - 1;
+            if (decimals > 12) return NaN;
+        }
+        scanned = i;
+        const value = digits / POWERS[decimals];
+        return negative ? -value : value;
+    }
+
+    // A coordinate that fills text[position, end), by the short way or the thorough one.
+    function coordinateAt(text, position, end, limit) {
+        const value = scanCoordinate(text, position, end);
+        if (value >= -limit && value <= limit && scanned === end) return value;
+        return readCoordinate(text.slice(position, end), limit);
+    }
+
     function angularDistance(a, b) {
         const difference = Math.abs(a - b) % 360;
         return Math.min(difference, 360 - difference);
@@ -154,8 +196,8 @@
                 let longitude = NaN;
                 let latitude = NaN;
                 if (middle > position && middle < end) {
-                    longitude = readCoordinate(text.slice(position, middle), 180);
-                    latitude = readCoordinate(text.slice(middle + 1, end), 90);
+                    longitude = coordinateAt(text, position, middle, 180);
+                    latitude = coordinateAt(text, middle + 1, end, 90);
                 }
                 if (longitude !== longitude || latitude !== latitude) {
                     bad += 1;

@@ -4,15 +4,19 @@
 (function (velmorantMap) {
     const { mercator } = velmorantMap;
     const FIT_DELAY_MS = 250;
+    // Of the time while routes stream in, a tenth may go into looking at them from a new place.
+    const COST_SHARE = 10;
     const FIT_ZOOM = 17;
     const USER_PAUSE_MS = 8000;
     const INNER = 0.2;
 
     class ViewControl {
-        constructor(map, table, follow) {
+        // pictureCost() tells how long a new picture of the routes takes, in milliseconds.
+        constructor(map, table, follow, pictureCost) {
             this.map = map;
             this.table = table;
             this.follow = follow;
+            this.pictureCost = pictureCost;
             this.automatic = true;
             this.timer = 0;
             this.touched = -Infinity;
@@ -37,7 +41,7 @@
             this.timer = setTimeout(() => {
                 this.timer = 0;
                 if (this.automatic) this.fit([...this.table.shown.values()]);
-            }, FIT_DELAY_MS);
+            }, Math.max(FIT_DELAY_MS, COST_SHARE * this.pictureCost()));
         }
 
         fitAll() {

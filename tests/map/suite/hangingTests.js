@@ -11,6 +11,6 @@
         for (const tile of document.querySelectorAll('.leaflet-tile')) {
             equal(getComputedStyle(tile).visibility, 'hidden', 'a tile without a picture');
         }
-        check(page.baseLayers.ground.context !== null, 'no base');
+        check(page.baseLayers.ground.front.view !== null, 'no base');
     });
 })(window.velmorantSuite);

@@ -17,10 +17,10 @@
 
     // Whether a canvas of the page, usually the routes', has paint at a place of the map.
     function painted(longitude, latitude, canvas = page.routes) {
-        const point = page.map.latLngToLayerPoint([latitude, longitude]).subtract(canvas._bounds.min);
-        const ratio = canvas.view.ratio;
-        const data = canvas.context.getImageData(
-            Math.round(point.x * ratio) - 2, Math.round(point.y * ratio) - 2, 5, 5).data;
+        const { context, view } = canvas.front;
+        const x = Math.round(((longitude / 360) * view.world + view.world / 2 - view.originX) * view.ratio);
+        const y = Math.round((page.mercator.y(latitude) * view.scale + view.top) * view.ratio);
+        const data = context.getImageData(x - 2, y - 2, 5, 5).data;
         return data.some((value, i) => i % 4 === 3 && value > 0);
     }
 
@@ -57,8 +57,7 @@
         routes.look(121.504, 25.0402, 15);
         await frames(2);
         routes.send(routes.textsOfReading(7, EAST).slice(0, -1));
-        await frames(3);
-        check(painted(...EAST[20]), 'nothing painted before "Over"');
+        await until(() => painted(...EAST[20]), 'the route is painted before "Over"');
         getContentHis('Over');
         page.routes.paint();
         check(painted(...EAST[20]), 'nothing painted after "Over"');

@@ -23,7 +23,7 @@
     test('the_base_stays_beneath', () => {
         const order = ['base', 'tilePane', 'routes'].map((name) => Number(getComputedStyle(page.map.getPane(name)).zIndex));
         check(order[0] < order[1] && order[1] < order[2], `order ${order}`);
-        check(page.baseLayers.ground.context !== null, 'no base');
+        check(page.baseLayers.ground.front.view !== null, 'no base');
     });
 
     test('tiles_can_be_switched_off', () => {

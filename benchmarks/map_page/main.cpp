@@ -1,0 +1,322 @@
+// Measures the map page in the browser control: what streaming a year of driving costs beside the
+// bare calls and beside the map library's own way of drawing, frames per second while panning and
+// zooming, memory of the page's process, and the time to load.
+//
+//   map_page_benchmark FOLDER    the folder of the page (resources/map)
+//
+// Prints one line per figure: name, value, unit.
+#include <QApplication>
+#include <QBuffer>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QTimer>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+#include <QWebEngineUrlRequestJob>
+#include <QWebEngineUrlScheme>
+#include <QWebEngineUrlSchemeHandler>
+#include <QWebEngineView>
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <memory>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+constexpr int routeCount = 400;
+constexpr int placesPerRoute = 3600;
+constexpr auto schemeName = "velmorant";
+
+QByteArray typeOf(const QString& path) {
+    if (path.endsWith(".asp"))
+        return "text/html";
+    if (path.endsWith(".js"))
+        return "text/javascript";
+    if (path.endsWith(".css"))
+        return "text/css";
+    return "application/json";
+}
+
+QByteArray trackOf(int number) {
+    QByteArray second, speed;
+    for (int i = 0; i < placesPerRoute; ++i) {
+        second += QByteArray::number(i) + ',';
+        speed += QByteArray::number(std::lround(55 + 50 * std::sin(i * 0.03 + number))) + ',';
+    }
+    second.chop(1);
+    speed.chop(1);
+    return "{\"number\":" + QByteArray::number(number) +
+           ",\"name\":\"103045.MP4\",\"kind\":\"normal\",\"utcStart\":\"2012-09-07T08:05:09Z\","
+           "\"second\":[" +
+           second + "],\"speed\":[" + speed + "]}";
+}
+
+class PageServer : public QWebEngineUrlSchemeHandler {
+  public:
+    explicit PageServer(QString folder) : folder_(std::move(folder)) {}
+    void requestStarted(QWebEngineUrlRequestJob* job) override {
+        const QString path = job->requestUrl().path();
+        if (path.startsWith("/track/")) {
+            auto* buffer = new QBuffer(job);
+            buffer->setData(trackOf(path.mid(7).chopped(5).toInt()));
+            buffer->open(QIODevice::ReadOnly);
+            job->reply("application/json", buffer);
+            return;
+        }
+        auto* file = new QFile(folder_ + path, job);
+        if (file->open(QIODevice::ReadOnly))
+            job->reply(typeOf(path), file);
+        else
+            job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+    }
+
+  private:
+    QString folder_;
+};
+
+std::vector<QString> textsOfRoute(int number) {
+    std::vector<QString> texts;
+    QString text = QString("%1").arg(number, 3, 10, QChar('0'));
+    double heading = number;
+    double longitude = 121.2 + 0.02 * (number % 20);
+    double latitude = 24.8 + 0.02 * (number / 20);
+    for (int i = 0; i < placesPerRoute; ++i) {
+        heading += 0.15 * std::sin(i * 0.013 * (1 + number % 7)) + 0.02;
+        longitude += 0.00012 * std::sin(heading);
+        latitude += 0.00012 * std::cos(heading);
+        text += QString("+%1!%2|").arg(longitude, 0, 'f', 7).arg(latitude, 0, 'f', 7);
+        if (i % 10 == 0) {
+            texts.push_back(text);
+            text.clear();
+        }
+    }
+    texts.push_back(text);
+    texts.push_back("Over");
+    return texts;
+}
+
+class Bench {
+  public:
+    Bench(QWebEngineProfile& profile, const QString& folder) : server_(folder) {
+        profile.installUrlSchemeHandler(schemeName, &server_);
+        page_ = std::make_unique<QWebEnginePage>(&profile);
+        view_.setPage(page_.get());
+        view_.resize(1024, 708);
+        view_.show();
+    }
+
+    void load() {
+        QEventLoop loop;
+        const auto connection =
+            QObject::connect(page_.get(), &QWebEnginePage::loadFinished, &loop, &QEventLoop::quit);
+        page_->load(QUrl("velmorant://map/DeskMap.asp?LangID=1028"));
+        loop.exec();
+        QObject::disconnect(connection);
+        waitFor("velmorantMap.baseLayers.base.world !== null");
+    }
+
+    QVariant run(const QString& script) {
+        QEventLoop loop;
+        QVariant value;
+        page_->runJavaScript(script, [&](const QVariant& result) {
+            value = result;
+            loop.quit();
+        });
+        loop.exec();
+        return value;
+    }
+
+    void pause(int milliseconds) {
+        QEventLoop loop;
+        QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+        loop.exec();
+    }
+
+    void waitFor(const QString& expression) {
+        for (int i = 0; i < 6000; ++i) {
+            if (run("!!(" + expression + ")").toBool())
+                return;
+            pause(20);
+        }
+        qFatal("waited in vain for %s", qPrintable(expression));
+    }
+
+    // Milliseconds from the first call to the answer of the last.
+    double stream(const QString& function, const std::vector<std::vector<QString>>& routes) {
+        QElapsedTimer timer;
+        timer.start();
+        for (const auto& route : routes) {
+            for (const QString& text : route)
+                page_->runJavaScript(function + "('" + text + "')");
+            run("0");
+        }
+        return static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    }
+
+    // Proportional memory of the page's process in MiB.
+    double memory() const {
+        QFile file(QString("/proc/%1/smaps_rollup").arg(page_->renderProcessPid()));
+        if (!file.open(QIODevice::ReadOnly))
+            qFatal("cannot read %s", qPrintable(file.fileName()));
+        for (const QByteArray& line : file.readAll().split('\n'))
+            if (line.startsWith("Pss:"))
+                return line.mid(4).trimmed().split(' ').first().toDouble() / 1024;
+        return NAN;
+    }
+
+  private:
+    PageServer server_;
+    QWebEngineView view_;
+    std::unique_ptr<QWebEnginePage> page_;
+};
+
+void print(const char* name, double value, const char* unit) {
+    std::printf("%-58s %10.2f %s\n", name, value, unit);
+    std::fflush(stdout);
+}
+
+void measureLoading(Bench& bench) {
+    std::vector<double> times;
+    for (int i = 0; i < 9; ++i) {
+        bench.load();
+        times.push_back(bench
+                            .run("performance.timing.loadEventEnd - "
+                                 "performance.timing.navigationStart")
+                            .toDouble());
+    }
+    print("page loaded, first time", times.front(), "ms");
+    std::sort(times.begin() + 1, times.end());
+    print("page loaded, warm, median of 8", times[5], "ms");
+}
+
+// The map library's own ways, on one route each: a polyline that gets place after place, and one
+// that is drawn again with every call.
+void measureLibrary(Bench& bench) {
+    const std::vector<std::vector<QString>> one{textsOfRoute(1)};
+    bench.load();
+    bench.run("window.nothing = () => {}; 0");
+    bench.run("window.line = L.polyline([], {renderer: L.canvas()}).addTo(velmorantMap.map);"
+              "velmorantMap.map.setView([24.9, 121.3], 12, {animate: false});"
+              "window.own = (text) => { if (text === 'Over') return;"
+              "  for (const group of text.replace(/^\\d+/, '').split('|')) {"
+              "    if (group === '') continue; const [x, y] = group.split('!').map(Number);"
+              "    line.addLatLng([y, x]); } };0");
+    const double bare = bench.stream("nothing", one);
+    const double own = bench.stream("own", one);
+    bench.run("line.remove();"
+              "window.whole = []; window.line = L.polyline([], {renderer: L.canvas()});"
+              "line.addTo(velmorantMap.map);"
+              "window.redraw = (text) => { if (text === 'Over') return;"
+              "  for (const group of text.replace(/^\\d+/, '').split('|')) {"
+              "    if (group === '') continue; const [x, y] = group.split('!').map(Number);"
+              "    whole.push([y, x]); } line.setLatLngs(whole); };0");
+    const double redraw = bench.stream("redraw", one);
+    bench.run("line.remove(); 0");
+    const double page = bench.stream("getContentHis", one);
+    print("one route of 3,600: bare calls", bare, "ms");
+    print("one route of 3,600: this page", page, "ms");
+    print("one route of 3,600: polyline with addLatLng", own, "ms");
+    print("one route of 3,600: polyline, one redraw per call", redraw, "ms");
+    print("addLatLng / this page", own / page, "times");
+    print("redraw per call / this page", redraw / page, "times");
+}
+
+void measureStreaming(Bench& bench) {
+    std::vector<std::vector<QString>> routes;
+    for (int number = 1; number <= routeCount; ++number)
+        routes.push_back(textsOfRoute(number));
+    bench.load();
+    print("memory of the page's process, no routes", bench.memory(), "MiB");
+    bench.run("window.nothing = () => {}; 0");
+    const double warm = bench.stream("nothing", routes);
+    const double bare = bench.stream("nothing", routes);
+    print("memory of the page's process, after the bare calls", bench.memory(), "MiB");
+    const double page = bench.stream("getContentHis", routes);
+    const int shown = bench.run("velmorantMap.table.shown.size").toInt();
+    if (shown != routeCount)
+        qFatal("%d routes shown", shown);
+    print("400 routes of 3,600: bare calls, first time", warm, "ms");
+    print("400 routes of 3,600: bare calls", bare, "ms");
+    print("400 routes of 3,600: this page", page, "ms");
+    print("this page / bare calls", page / bare, "times");
+    print("memory of the page's process, 400 routes just drawn", bench.memory(), "MiB");
+    bench.waitFor("[...velmorantMap.table.shown.values()].every((route) => route.data !== null)");
+    bench.pause(1000);
+    print("memory of the page's process, 400 routes with data", bench.memory(), "MiB");
+}
+
+void measureFrames(Bench& bench, const char* name, const QString& move) {
+    bench.run("window.times = []; window.done = false;"
+              "(function () { const begin = performance.now(); let n = 0;"
+              "  const step = (time) => { times.push(time); n += 1;" +
+              move +
+              "    if (performance.now() - begin < 4000) requestAnimationFrame(step);"
+              "    else window.done = true; };"
+              "  requestAnimationFrame(step); })();0");
+    bench.waitFor("window.done");
+    const QVariantList times = bench.run("times").toList();
+    std::vector<double> gaps;
+    for (int i = 1; i < times.size(); ++i)
+        gaps.push_back(times[i].toDouble() - times[i - 1].toDouble());
+    std::sort(gaps.begin(), gaps.end());
+    const double total = times.last().toDouble() - times.first().toDouble();
+    const std::string title(name);
+    print((title + ": frames per second").c_str(), 1000.0 * double(gaps.size()) / total, "1/s");
+    print((title + ": 95th percentile of a frame").c_str(), gaps[gaps.size() * 95 / 100], "ms");
+    print((title + ": longest frame").c_str(), gaps.back(), "ms");
+}
+
+void measureViews(Bench& bench) {
+    for (const auto& [name, zoom] : std::vector<std::pair<const char*, double>>{
+             {"pan, all routes in view", 10}, {"pan, city", 12}, {"pan, street", 16}}) {
+        bench.run(QString("velmorantMap.view.userMoved();"
+                          "velmorantMap.map.setView([24.99, 121.4], %1, {animate: false});0")
+                      .arg(zoom));
+        bench.pause(500);
+        measureFrames(bench, name,
+                      "velmorantMap.map.panBy([n % 120 < 60 ? 8 : -8, n % 160 < 80 ? 5 : -5],"
+                      "{animate: false});");
+    }
+    bench.run("velmorantMap.map.setView([24.99, 121.4], 10, {animate: false});0");
+    bench.pause(500);
+    measureFrames(bench, "zoom in and out, animated",
+                  "if (n % 40 === 0) velmorantMap.map.setZoom(n % 80 ? 12 : 10);");
+    bench.run("velmorantMap.map.setView([24.99, 121.4], 10, {animate: false});0");
+    print("one whole painting, all routes in view",
+          bench
+              .run("(function () { const t = performance.now();"
+                   "for (let i = 0; i < 10; i += 1) velmorantMap.routes.paint();"
+                   "velmorantMap.routes.front.context.getImageData(0, 0, 1, 1);"
+                   "return (performance.now() - t) / 10; })()")
+              .toDouble(),
+          "ms");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fprintf(stderr, "usage: map_page_benchmark FOLDER\n");
+        return 2;
+    }
+    qputenv("QT_QUICK_BACKEND", "software");
+    // As in the program: without a limit the engine keeps the texts of some 100,000 calls for long.
+    qputenv("QTWEBENGINE_CHROMIUM_FLAGS", "--js-flags=--max-old-space-size=256");
+    if (geteuid() == 0)
+        qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
+    QWebEngineUrlScheme scheme(schemeName);
+    scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
+    scheme.setFlags(QWebEngineUrlScheme::SecureScheme);
+    QWebEngineUrlScheme::registerScheme(scheme);
+    QApplication application(argc, argv);
+    QWebEngineProfile profile;
+    Bench bench(profile, argv[1]);
+    measureLoading(bench);
+    measureLibrary(bench);
+    measureStreaming(bench);
+    measureViews(bench);
+    return 0;
+}
