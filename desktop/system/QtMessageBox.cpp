@@ -2,21 +2,48 @@
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <utility>
 
 namespace velmorant {
 namespace {
 
-QMessageBox::Icon iconOf(MessageStyle style) {
+struct Sign {
+    QColor ground;
+    QString text;
+};
+
+Sign signOf(MessageStyle style) {
     switch (style) {
     case MessageStyle::Stop:
-        return QMessageBox::Critical;
+        return {QColor(0xB3, 0x26, 0x1E), QStringLiteral("!")};
     case MessageStyle::Question:
-        return QMessageBox::Question;
+        return {QColor(0x11, 0x32, 0x3A), QStringLiteral("?")};
     default:
-        return QMessageBox::Information;
+        return {QColor(0x11, 0x32, 0x3A), QStringLiteral("i")};
     }
+}
+
+/// Drawn here: the pictures of icon themes differ from desktop to desktop, and some have none.
+QPixmap pictureOf(MessageStyle style, double devicePixelRatio) {
+    constexpr int side = 44;
+    const Sign sign = signOf(style);
+    QPixmap picture(QSize(side, side) * devicePixelRatio);
+    picture.setDevicePixelRatio(devicePixelRatio);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(sign.ground);
+    painter.drawEllipse(QRectF(1, 1, side - 2, side - 2));
+    QFont font = painter.font();
+    font.setPixelSize(26);
+    font.setBold(true);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QRectF(0, 0, side, side), Qt::AlignCenter, sign.text);
+    return picture;
 }
 
 bool asksYesOrNo(MessageStyle style) {
@@ -31,7 +58,8 @@ QtMessageBox::QtMessageBox(HandlerGate& gate, ButtonText buttonText)
 MessageAnswer QtMessageBox::show(const std::string& text, const std::string& title,
                                  MessageStyle style) {
     QMessageBox box(QApplication::activeWindow());
-    box.setIcon(iconOf(style));
+    box.setIconPixmap(pictureOf(style, box.devicePixelRatioF()));
+    box.setContentsMargins(16, 16, 16, 12);
     box.setWindowTitle(QString::fromStdString(title));
     box.setText(QString::fromStdString(text));
     // A text is shown as it is: a path may look like markup.

@@ -67,7 +67,7 @@ class Filter {
         }
         if (name == QLatin1String("title")) {
             const QString title = reader_.readElementText(QXmlStreamReader::SkipChildElements);
-            if (events_.title && !ids_.isEmpty() && !ids_.last().isEmpty())
+            if (events_.title && (ids_.size() == 1 || !ids_.value(ids_.size() - 1).isEmpty()))
                 events_.title(ids_.last(), title.simplified());
             return;
         }

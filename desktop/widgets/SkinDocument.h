@@ -16,7 +16,7 @@ class SkinDocument {
         /// False drops the element with all that it holds. What stands inside <defs> is not shown.
         std::function<bool(const QString& id, const QXmlStreamAttributes& attributes, Shown shown)>
             element;
-        /// The <title> of the innermost element that has an id.
+        /// The <title> of an element with an id, or, with an empty id, that of the drawing.
         std::function<void(const QString& id, const QString& title)> title;
     };
 

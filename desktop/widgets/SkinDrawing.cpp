@@ -57,6 +57,7 @@ bool SkinDrawing::load(const QString& path) {
     const QByteArray drawing = SkinDocument::filtered(file.readAll(), events);
     if (drawing.isEmpty() || !elements_.load(drawing) || size().isEmpty())
         return false;
+    title_ = titles.value(QString());
     findElements(titles);
     return background_.load(withoutElements(drawing));
 }

@@ -49,6 +49,7 @@ class SkinDrawing {
     bool load(const QString& path);
 
     QSize size() const { return elements_.defaultSize(); }
+    QString title() const { return title_; } ///< of the drawing as a whole; empty when it has none
     const std::vector<SkinElement>& elements() const { return list_; }
     /// The element of a name without regard to case; null for none.
     const SkinElement* find(const QString& name) const;
@@ -68,6 +69,7 @@ class SkinDrawing {
 
     QSvgRenderer elements_;
     QSvgRenderer background_;
+    QString title_;
     std::vector<SkinElement> list_;
     QHash<QString, QString> ids_; ///< lower case -> as written
     QSet<QString> shown_;         ///< ids outside <defs>

@@ -51,6 +51,7 @@ bool SkinView::load(const std::string& path) {
     path_ = QString::fromStdString(path);
     reported_.clear();
     setFixedSize(drawing_->size());
+    setAccessibleName(drawing_->title());
     buildElements();
     for (const std::string& element : expected_)
         known(element);

@@ -2,11 +2,25 @@
 
 #include <QApplication>
 #include <QPalette>
-#include <QStyleFactory>
+#include <QProxyStyle>
 #include <QToolTip>
 
 namespace velmorant {
 namespace {
+
+/// The base style with plain buttons: the pictures of the desktop's icon themes do not fit the dark
+/// ground.
+class PlainButtons : public QProxyStyle {
+  public:
+    PlainButtons() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* result) const override {
+        if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, result);
+    }
+};
 
 QPalette darkPalette() {
     QPalette colours;
@@ -39,6 +53,9 @@ QPushButton:default:hover { background: #74DEE8; }
 QPushButton:default:pressed { background: #2C9FAB; }
 QPushButton:focus { border: 2px solid #EAF0F6; }
 QPushButton:disabled { background: #121821; color: #788591; border-color: #26313D; }
+QLineEdit { background: #080B10; border: 1px solid #75869A; border-radius: 4px; padding: 4px;
+            selection-background-color: #45C9D6; selection-color: #04191E; }
+QLineEdit:focus { border-color: #EAF0F6; }
 QProgressBar { background: #080B10; border: 1px solid #75869A; border-radius: 6px; color: #EAF0F6;
                min-height: 20px; text-align: center; }
 QProgressBar::chunk { background: #2A6F78; border-radius: 5px; }
@@ -60,7 +77,7 @@ QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 } // namespace
 
 void applyTheme(QApplication& application) {
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setStyle(new PlainButtons);
     QApplication::setPalette(darkPalette());
     QToolTip::setPalette(darkPalette());
     application.setStyleSheet(QString::fromLatin1(styleSheet));

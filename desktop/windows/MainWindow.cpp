@@ -112,6 +112,9 @@ void MainWindow::mouseReleaseEvent(QMouseEvent*) {
 void MainWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     native_.askSizeLimits();
+    // Else the first button would begin with the focus, and space would press it.
+    if (!focusWidget())
+        skin_->setFocus();
 }
 
 } // namespace velmorant

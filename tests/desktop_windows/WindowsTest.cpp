@@ -106,6 +106,14 @@ TEST_F(MainWindowTest, a_band_or_window_that_is_missing_is_an_error) {
     EXPECT_THROW(frame.bands().setChild("MediaControl", "frmNothing"), StepError);
 }
 
+TEST_F(MainWindowTest, no_button_begins_with_the_focus) {
+    load("1");
+    show();
+    ASSERT_NE(QApplication::focusWidget(), nullptr);
+    EXPECT_EQ(QApplication::focusWidget(), &frame.skin());
+    EXPECT_EQ(frame.skin().accessibleName(), "Velmorant DVR Tools");
+}
+
 TEST_F(MainWindowTest, one_pane_may_fill_the_window_and_return) {
     QWidget list;
     frame.host(MainWindow::Pane::List, list);

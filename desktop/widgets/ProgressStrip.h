@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QProgressBar>
+
+namespace velmorant {
+
+/// A thin line that fills while something long is done, and is not there else.
+class ProgressStrip : public QProgressBar {
+  public:
+    explicit ProgressStrip(QWidget* parent = nullptr);
+    void begin(int total);
+    void setDone(int done);
+    void end();
+};
+
+} // namespace velmorant
