@@ -6,7 +6,7 @@ set -eu
 cd "${1:-$(dirname "$0")/..}"
 
 # room: the rooms whose headers it may include. "qt" stands for Qt, libmpv and QCustomPlot, "os" for
-# the system's own file interface; the standard library is open to all.
+# the system's own file interface, "openssl" for its libcrypto; the standard library is open to all.
 rules='
 common: common
 ports: ports common
@@ -16,9 +16,10 @@ track: track ports common
 library: library track ports common
 playback: playback track ports common
 app: app track ports common resources os
-settings: settings track ports common
+update: update ports common os openssl
+settings: settings update track ports common
 xml: xml ports common expat
-desktop: desktop app library track playback settings ports common resources xml telemetry qt os expat
+desktop: desktop update app library track playback settings ports common resources xml telemetry qt os expat
 resources: resources
 '
 
@@ -43,6 +44,8 @@ for room in $(printf '%s' "$rules" | sed -n 's/:.*//p'); do
                 kind = "qt"
             } else if (line ~ /^<expat/) {
                 kind = "expat"
+            } else if (line ~ /^<openssl\//) {
+                kind = "openssl"
             } else if (line ~ /^<(c?[a-z_0-9]+)>/) {
                 next
             } else {

@@ -29,6 +29,25 @@ constexpr Row rows[] = {
                       "已開啟的錄影無法從清單中移除"}},
     {"list.recordings", {"%1 recordings, %2 marked", "%1 個錄影，已標記 %2 個"}},
     {"program.notStarted", {"The program could not be started:", "無法啟動程式："}},
+    {"update.checking", {"Looking for a newer version", "正在檢查是否有新版本"}},
+    {"update.close", {"Close", "關閉"}},
+    {"update.failed", {"The update could not be made, nothing was damaged:",
+                       "無法完成更新，程式並未受損："}},
+    {"update.fetching", {"Fetching %1", "正在下載 %1"}},
+    {"update.files", {"File %1 of %2", "第 %1 個檔案，共 %2 個"}},
+    {"update.noServer", {"No update server is set up for this program.",
+                         "此程式尚未設定更新伺服器。"}},
+    {"update.packaged", {"This program was installed by the system's package manager, which also "
+                         "updates it.",
+                         "此程式由系統的套件管理員安裝，並由其負責更新。"}},
+    {"update.running", {"Another update of this program is under way.",
+                        "此程式的另一個更新正在進行。"}},
+    {"update.title", {"Online update", "線上更新"}},
+    {"update.upToDate", {"The program is up to date.", "程式已是最新版本。"}},
+    {"update.whenClosed",
+     {"The new program is fetched now. Close this one when you like: the new one then starts by "
+      "itself.",
+      "正在下載新程式。您可隨時關閉目前的程式，新程式隨後會自動啟動。"}},
 };
 // clang-format on
 

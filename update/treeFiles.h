@@ -1,0 +1,44 @@
+#pragma once
+
+#include "update/ProgramPath.h"
+
+#include <string>
+#include <utility>
+
+namespace velmorant {
+
+/// A file descriptor that is closed with its owner.
+class OwnedDescriptor {
+  public:
+    explicit OwnedDescriptor(int descriptor = -1) : m_descriptor(descriptor) {}
+    ~OwnedDescriptor();
+    OwnedDescriptor(OwnedDescriptor&& other) noexcept
+        : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    OwnedDescriptor& operator=(OwnedDescriptor&& other) noexcept {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
+
+    int get() const { return m_descriptor; }
+    bool valid() const { return m_descriptor >= 0; }
+    int release() { return std::exchange(m_descriptor, -1); }
+
+  private:
+    int m_descriptor;
+};
+
+/// "PATH: REASON" of the present errno, or of `reason`.
+[[noreturn]] void throwTreeError(const std::string& path, const std::string& reason = {});
+
+enum class MissingFolders { Make, Refuse };
+
+/// The folder in which the file `path` lies, walked without following a link. Not valid, with errno
+/// ENOENT, when a folder is missing and none is to be made. Throws StepError for all else.
+OwnedDescriptor openParent(const std::string& root, const ProgramPath& path,
+                           MissingFolders missing);
+
+/// A regular file of a folder, for reading; not valid when there is none. Throws StepError for a
+/// link, a device, a folder, and all else.
+OwnedDescriptor openRegular(int folder, const std::string& name, const std::string& where);
+
+} // namespace velmorant
