@@ -4,9 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <csignal>
 #include <filesystem>
+#include <iterator>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace velmorant {
@@ -117,6 +123,54 @@ TEST(PrivateProfile, keeps_permissions_and_a_link_to_the_file) {
     struct stat status {};
     ASSERT_EQ(::stat(target.c_str(), &status), 0);
     EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+TEST(PrivateProfile, leaves_the_file_whole_when_the_program_is_killed) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("a.mp4", "[config]\nmainv=1001\nUnit=1\n");
+    const std::string otherValue(4000, 'x');
+    for (int round = 0; round < 20; ++round) {
+        const pid_t writer = ::fork();
+        ASSERT_GE(writer, 0);
+        if (writer == 0) {
+            PrivateProfile profile;
+            for (;;) {
+                profile.write(file, "config", "mainv", otherValue);
+                profile.write(file, "config", "mainv", "1001");
+            }
+        }
+        // Any moment will do: the answer must be the same at each.
+        std::this_thread::sleep_for(std::chrono::milliseconds(3 + 2 * round));
+        ::kill(writer, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(::waitpid(writer, &status, 0), writer);
+        const std::string content = folder.read("a.mp4");
+        EXPECT_TRUE(content == "[config]\nmainv=1001\nUnit=1\n" ||
+                    content == "[config]\nmainv=" + otherValue + "\nUnit=1\n")
+            << content.size();
+    }
+}
+
+TEST(PrivateProfile, fails_without_a_trace_when_the_disk_takes_no_more) {
+    const TemporaryFolder folder;
+    const std::string before = "[config]\nmainv=1001\n";
+    const std::string file = folder.write("a.mp4", before);
+    const pid_t writer = ::fork();
+    ASSERT_GE(writer, 0);
+    if (writer == 0) {
+        // A limit on the size of files fails a write half way, as a full disk does.
+        ::signal(SIGXFSZ, SIG_IGN);
+        const rlimit limit{100, 100};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        PrivateProfile profile;
+        ::_exit(profile.write(file, "config", "long", std::string(300, 'x')) ? 1 : 0);
+    }
+    int status = 0;
+    ASSERT_EQ(::waitpid(writer, &status, 0), writer);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(folder.read("a.mp4"), before);
+    const std::filesystem::directory_iterator entries(folder.path());
+    EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
 }
 
 TEST(PrivateProfile, does_not_touch_the_file_when_nothing_changes) {
