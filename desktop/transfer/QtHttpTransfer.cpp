@@ -1,12 +1,9 @@
 #include "desktop/transfer/QtHttpTransfer.h"
 
-#include "common/StepError.h"
-
-#include <QCoreApplication>
-#include <QEventLoop>
 #include <QNetworkReply>
 
 #include <algorithm>
+#include <utility>
 
 namespace velmorant {
 
@@ -14,7 +11,6 @@ namespace {
 
 constexpr qint64 bufferSize = 256 * 1024;
 constexpr int timeoutMilliseconds = 30000;
-constexpr int waitMilliseconds = 20;
 constexpr int mostRedirections = 5;
 
 bool isWeb(const QUrl& url) {
@@ -22,16 +18,13 @@ bool isWeb(const QUrl& url) {
            (url.scheme() == "http" || url.scheme() == "https");
 }
 
+int portOf(const QUrl& url) {
+    return url.port(url.scheme() == "https" ? 443 : 80);
+}
+
 } // namespace
 
-QtHttpTransfer::QtHttpTransfer(std::function<void()> wait) : wait_(std::move(wait)) {
-    if (!wait_)
-        wait_ = [] {
-            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
-                                                QEventLoop::WaitForMoreEvents,
-                                            waitMilliseconds);
-        };
-}
+QtHttpTransfer::QtHttpTransfer(Delivery deliver) : deliver_(std::move(deliver)) {}
 
 QtHttpTransfer::~QtHttpTransfer() {
     drop();
@@ -55,7 +48,11 @@ void QtHttpTransfer::get(const std::string& text) {
         return;
     }
     QMetaObject::invokeMethod(
-        &network_, [this] { fail(QNetworkReply::ProtocolUnknownError, "not an http address"); },
+        &network_,
+        [this, asked = generation_] {
+            if (asked == generation_)
+                fail(0, "not an http address");
+        },
         Qt::QueuedConnection);
 }
 
@@ -74,6 +71,7 @@ void QtHttpTransfer::begin(const QUrl& url) {
     reply_->setReadBufferSize(bufferSize);
     QObject::connect(reply_, &QNetworkReply::metaDataChanged, &network_,
                      [this] { responseBegan(); });
+    QObject::connect(reply_, &QNetworkReply::readyRead, &network_, [this] { scheduleData(); });
     QObject::connect(reply_, &QNetworkReply::redirected, &network_,
                      [this](const QUrl& target) { redirected(target); });
     QObject::connect(reply_, &QNetworkReply::finished, &network_, [this] { finished(); });
@@ -82,13 +80,12 @@ void QtHttpTransfer::begin(const QUrl& url) {
 void QtHttpTransfer::redirected(const QUrl& target) {
     // The reply's own address is the target's by now.
     const bool safe = isWeb(target) && target.host() == asked_.host() &&
-                      (asked_.scheme() == "http" || target.scheme() == "https");
+                      target.scheme() == asked_.scheme() && portOf(target) == portOf(asked_);
     if (safe && ++redirections_ < mostRedirections) {
         asked_ = target;
         emit reply_->redirectAllowed();
     } else {
-        fail(QNetworkReply::InsecureRedirectError,
-             "redirected to another host, or too often: " + target.toDisplayString());
+        fail(0, "redirected to another host, or too often: " + target.toDisplayString());
     }
 }
 
@@ -104,11 +101,15 @@ void QtHttpTransfer::responseBegan() {
     responseCode_ = status;
     responseText_ = reason.toStdString();
     announce(TransferState::ResponseCompleted);
+    scheduleData();
 }
 
 void QtHttpTransfer::finished() {
-    if (!announced_)
-        fail(reply_->error(), reply_->errorString());
+    const QNetworkReply::NetworkError error = reply_->error();
+    if (!announced_ || error != QNetworkReply::NoError)
+        fail(announced_ ? responseCode_ : 0, reply_->errorString());
+    else
+        scheduleData();
 }
 
 void QtHttpTransfer::fail(int code, const QString& text) {
@@ -120,8 +121,41 @@ void QtHttpTransfer::fail(int code, const QString& text) {
 
 void QtHttpTransfer::announce(TransferState state) {
     announced_ = true;
-    if (listener_)
-        listener_(state);
+    deliver([this, state] {
+        if (listener_)
+            listener_(state);
+    });
+}
+
+void QtHttpTransfer::scheduleData() {
+    // What arrives before the response was announced is told with it.
+    if (!announced_ || std::exchange(dataScheduled_, true))
+        return;
+    QMetaObject::invokeMethod(
+        &network_,
+        [this, asked = generation_] {
+            if (asked != generation_)
+                return;
+            deliver([this, asked] {
+                dataScheduled_ = false;
+                if (dataListener_)
+                    dataListener_();
+                if (asked == generation_ && reply_ && reply_->bytesAvailable() > 0)
+                    scheduleData();
+            });
+        },
+        Qt::QueuedConnection);
+}
+
+void QtHttpTransfer::deliver(std::function<void()> call) {
+    auto current = [this, asked = generation_, call = std::move(call)] {
+        if (asked == generation_)
+            call();
+    };
+    if (deliver_)
+        deliver_(std::move(current));
+    else
+        current();
 }
 
 void QtHttpTransfer::cancel() {
@@ -129,6 +163,8 @@ void QtHttpTransfer::cancel() {
 }
 
 void QtHttpTransfer::drop() {
+    ++generation_;
+    dataScheduled_ = false;
     if (!reply_)
         return;
     reply_->disconnect(&network_);
@@ -143,19 +179,19 @@ std::string QtHttpTransfer::header(const std::string& name) const {
 }
 
 std::vector<std::byte> QtHttpTransfer::chunk(std::size_t size) {
-    const QPointer<QNetworkReply> reply = reply_;
-    while (reply && reply == reply_ && reply->bytesAvailable() == 0 && !reply->isFinished())
-        wait_();
-    if (!reply || reply != reply_)
-        throw StepError("the transfer was cancelled");
-    std::vector<std::byte> bytes(std::min(size, static_cast<std::size_t>(reply->bytesAvailable())));
+    if (!reply_)
+        return {};
+    std::vector<std::byte> bytes(
+        std::min(size, static_cast<std::size_t>(reply_->bytesAvailable())));
     const qint64 read =
-        reply->read(reinterpret_cast<char*>(bytes.data()), static_cast<qint64>(bytes.size()));
+        reply_->read(reinterpret_cast<char*>(bytes.data()), static_cast<qint64>(bytes.size()));
     bytes.resize(read > 0 ? static_cast<std::size_t>(read) : 0);
-    if (bytes.empty() && reply->error() != QNetworkReply::NoError)
-        throw StepError(reply->url().toDisplayString().toStdString() + ": " +
-                        reply->errorString().toStdString());
     return bytes;
+}
+
+bool QtHttpTransfer::atEnd() const {
+    return reply_ && reply_->isFinished() && reply_->error() == QNetworkReply::NoError &&
+           reply_->bytesAvailable() == 0;
 }
 
 int QtHttpTransfer::responseCode() const {
@@ -168,6 +204,10 @@ std::string QtHttpTransfer::responseText() const {
 
 void QtHttpTransfer::onStateChanged(std::function<void(TransferState)> listener) {
     listener_ = std::move(listener);
+}
+
+void QtHttpTransfer::onData(std::function<void()> listener) {
+    dataListener_ = std::move(listener);
 }
 
 } // namespace velmorant
