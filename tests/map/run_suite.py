@@ -34,7 +34,7 @@ def run(browser, address, behaviour):
         with open(os.path.join(HERE, "suite", name), encoding="utf-8") as file:
             browser.run(file.read())
     browser.run("velmorantSuite.start()")
-    results = json.loads(browser.wait("velmorantSuite.results", 300))
+    results = json.loads(browser.wait("velmorantSuiteResults", 300))
     for entry in browser.console():
         # Absent answers are part of the plan; anything else that the console shows is not.
         if entry["level"] == "SEVERE" and "Failed to load resource" not in entry["message"] \

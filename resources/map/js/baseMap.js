@@ -146,11 +146,11 @@
                     const width = context.measureText(text).width;
                     const room = view.zoom < CITY_ZOOM_ALL ? 12 : 2;
                     if (!this.claim(taken, x - 3, y - 7, width + 10, 14, room)) continue;
+                    context.strokeText(text, x + 6, y);
+                    context.fillText(text, x + 6, y);
                     context.beginPath();
                     context.arc(x, y, 2, 0, 2 * Math.PI);
                     context.fill();
-                    context.strokeText(text, x + 5, y);
-                    context.fillText(text, x + 5, y);
                 }
             }
         }

@@ -3,6 +3,8 @@
 (function (velmorantMap) {
     const { mercator } = velmorantMap;
     const REACH_PIXELS = 10;
+    // The buttons at the right edge stay free.
+    const BUTTONS = 46;
 
     function two(value) {
         return String(value).padStart(2, '0');
@@ -93,7 +95,7 @@
             this.dot.style.transform = `translate(${at.x - 6}px, ${at.y - 6}px)`;
             const size = this.map.getSize();
             const { offsetWidth: width, offsetHeight: height } = this.box;
-            const left = Math.max(4, Math.min(pointer.x + 14, size.x - width - 4));
+            const left = Math.max(4, Math.min(pointer.x + 14, size.x - width - BUTTONS));
             const above = pointer.y - height - 12;
             const top = above >= 4 ? above : Math.min(pointer.y + 18, size.y - height - 4);
             this.box.style.transform = `translate(${Math.round(left)}px, ${Math.round(top)}px)`;

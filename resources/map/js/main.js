@@ -94,6 +94,7 @@
     function showSource() {
         if (!tiles.shown()) notices.showSource(texts.get('baseOnly'), null);
         else if (tiles.failing) notices.showSource(texts.get('tilesFailing'), null);
+        else if (!tiles.coming) notices.showSource(texts.get('tilesWaiting'), null);
         else notices.showSource(tiles.provider.attribution, tiles.provider.link);
     }
 

@@ -29,14 +29,15 @@
     });
 
     class StreetTiles {
-        // state(failing) is called when the tiles begin or cease to fail.
-        constructor(map, state) {
+        // changed() is called when the tiles begin to come, to fail, or to come again.
+        constructor(map, changed) {
             this.map = map;
-            this.state = state;
+            this.changed = changed;
             this.layer = null;
             this.provider = null;
             this.visible = true;
             this.failing = false;
+            this.coming = false;
             this.lastLoad = -Infinity;
             this.timer = 0;
         }
@@ -63,6 +64,7 @@
             if (this.layer !== null) this.layer.remove();
             this.layer = null;
             this.failing = false;
+            this.coming = false;
         }
 
         apply() {
@@ -87,9 +89,10 @@
         judge(bad) {
             const failing = bad && performance.now() - this.lastLoad > SILENCE_MS;
             if (bad && !failing) return;
-            if (failing === this.failing) return;
+            if (failing === this.failing && this.coming === !bad) return;
             this.failing = failing;
-            this.state(failing);
+            this.coming = !bad;
+            this.changed();
         }
     }
 

@@ -17,6 +17,7 @@
         glide: ['Smooth car', '車輛平滑移動'],
         baseOnly: ['Built-in map, no network', '內建地圖，不連網路'],
         tilesFailing: ['Street map not answering', '街道圖沒有回應'],
+        tilesWaiting: ['Waiting for the street map', '等待街道圖'],
         noFix: ['No GPS fix', '無 GPS 定位'],
         notReachable: ['The player cannot seek to this place: the street runs exactly north-south or east-west, or another route lies over it.',
             '無法跳至此處：道路正好為南北或東西向，或被其他路線覆蓋。'],
@@ -24,9 +25,7 @@
         locked: ['locked', '鎖定'],
         normal: ['normal', '一般'],
         fixLost: ['no fix', '無定位'],
-        places: ['Nothing drawn yet', '尚無路線'],
         speedLegend: ['Speed', '速度'],
-        routeDrawn: ['Route {0} drawn', '路線 {0} 已繪製'],
     };
 
     class Texts {
@@ -39,9 +38,8 @@
             this.language = this.chinese ? 'zh-Hant' : 'en';
         }
 
-        get(name, ...values) {
-            const text = TEXTS[name][this.chinese ? 1 : 0];
-            return text.replace(/\{(\d)\}/g, (_, i) => String(values[i]));
+        get(name) {
+            return TEXTS[name][this.chinese ? 1 : 0];
         }
     }
 

@@ -4,7 +4,7 @@
 //
 //   inject harness.js, then the other files of this folder, as text
 //   run    velmorantSuite.start()        (returns nothing)
-//   poll   velmorantSuite.results        "" until done, then JSON: [{"name", "ok", "detail"}, ...]
+//   poll   window.velmorantSuiteResults  "" until done, then JSON: [{"name", "ok", "detail"}, ...]
 window.velmorantSuite = (function () {
     const tests = [];
 
@@ -66,7 +66,7 @@ window.velmorantSuite = (function () {
         return results;
     }
 
-    const suite = { tests, test, check, equal, frames, until, reset, results: '' };
-    suite.start = () => { run().then((results) => { suite.results = JSON.stringify(results); }); };
-    return suite;
+    const start = () => { run().then((results) => { window.velmorantSuiteResults = JSON.stringify(results); }); };
+    window.velmorantSuiteResults = '';
+    return { tests, test, check, equal, frames, until, reset, start };
 })();
