@@ -76,17 +76,24 @@ void MainWindow::onCommand(std::function<void(const std::string&)> listener) {
     command_ = std::move(listener);
 }
 
-void MainWindow::enlarge(QWidget* pane) {
-    if (pane == enlarged_)
+void MainWindow::enlarge(QWidget* widget) {
+    if (widget == enlarged_)
         return;
-    if (enlarged_)
-        enlarged_->setGeometry(enlargedFrom_);
-    enlarged_ = pane;
-    if (!pane)
+    if (enlarged_ && enlargedParent_) {
+        enlarged_->setParent(enlargedParent_);
+        enlarged_->setGeometry(enlargedPlace_);
+        enlarged_->show();
+    }
+    enlarged_ = widget;
+    if (!widget)
         return;
-    enlargedFrom_ = pane->geometry();
-    pane->setGeometry(1, titleArea.height(), frameWidth - 2, frameHeight - titleArea.height() - 1);
-    pane->raise();
+    enlargedParent_ = widget->parentWidget();
+    enlargedPlace_ = widget->geometry();
+    widget->setParent(skin_); // out of its pane, whose size does not change
+    widget->setGeometry(1, titleArea.height(), frameWidth - 2,
+                        frameHeight - titleArea.height() - 1);
+    widget->show();
+    widget->raise();
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {

@@ -41,10 +41,10 @@ class MainWindow : public QWidget {
     void onKey(std::function<bool(const QKeyEvent&)> listener) { key_ = std::move(listener); }
     void onDrop(DropTarget::Listener listener) { drop_ = std::move(listener); }
 
-    /// Lets one pane, such as the map, fill the window below the title area; null: every pane is in
-    /// its place again.
-    void enlarge(QWidget* pane);
-    QWidget* enlargedPane() const { return enlarged_; }
+    /// Lets one widget of a pane, such as the map, fill the window below the title area; null: it
+    /// is in its place again.
+    void enlarge(QWidget* widget);
+    QWidget* enlarged() const { return enlarged_; }
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -63,7 +63,8 @@ class MainWindow : public QWidget {
     FrameDrag drag_;
     std::map<Pane, QPointer<QWidget>> panes_;
     QPointer<QWidget> enlarged_;
-    QRect enlargedFrom_;
+    QPointer<QWidget> enlargedParent_; ///< where it came from
+    QRect enlargedPlace_;
     std::function<void(const std::string&)> command_;
     std::function<bool(const QKeyEvent&)> key_;
     DropTarget::Listener drop_;

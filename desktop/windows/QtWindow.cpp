@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QEventLoop>
 #include <QScreen>
+#include <algorithm>
 #include <utility>
 
 namespace velmorant {
@@ -61,8 +62,11 @@ void QtWindow::setCaption(const std::string& caption) {
     widget_->setWindowTitle(QString::fromStdString(caption));
 }
 
+// The middle of a screen that is smaller than the window would put its title area out of reach.
 void QtWindow::move(int left, int top) {
-    widget_->move(left / screen_.twipsPerPixelX(), top / screen_.twipsPerPixelY());
+    const QPoint wanted(left / screen_.twipsPerPixelX(), top / screen_.twipsPerPixelY());
+    const QRect desktop = widget_->screen()->virtualGeometry();
+    widget_->move(std::max(wanted.x(), desktop.left()), std::max(wanted.y(), desktop.top()));
 }
 
 // On a screen that is smaller than the window the window takes what there is; its contents scroll.

@@ -114,15 +114,19 @@ TEST_F(MainWindowTest, no_button_begins_with_the_focus) {
     EXPECT_EQ(frame.skin().accessibleName(), "Velmorant DVR Tools");
 }
 
-TEST_F(MainWindowTest, one_pane_may_fill_the_window_and_return) {
-    QWidget list;
-    frame.host(MainWindow::Pane::List, list);
-    frame.enlarge(&list);
-    EXPECT_GT(list.width(), 1000);
-    EXPECT_GT(list.height(), 600);
+TEST_F(MainWindowTest, a_widget_of_a_pane_may_fill_the_window_and_return) {
+    QWidget pane;
+    pane.setFixedSize(338, 320);
+    QWidget map(&pane);
+    map.setGeometry(0, 10, 338, 216);
+    frame.host(MainWindow::Pane::List, pane);
+    frame.enlarge(&map);
+    EXPECT_EQ(map.mapTo(&frame.skin(), QPoint(0, 0)), QPoint(1, 40));
+    EXPECT_EQ(map.size(), QSize(1022, 667));
     frame.enlarge(nullptr);
-    EXPECT_EQ(list.geometry(), QRect(676, 378, 338, 320));
-    list.setParent(nullptr);
+    EXPECT_EQ(map.parentWidget(), &pane);
+    EXPECT_EQ(map.geometry(), QRect(0, 10, 338, 216));
+    pane.setParent(nullptr);
 }
 
 TEST_F(MainWindowTest, closing_asks_first_and_the_programs_close_does_not) {
@@ -191,6 +195,8 @@ TEST_F(MainWindowTest, on_a_smaller_screen_it_takes_what_there_is_and_scrolls) {
     EXPECT_TRUE(std::any_of(bars.begin(), bars.end(), [](const QScrollBar* bar) {
         return bar->orientation() == Qt::Horizontal && bar->maximum() > 0;
     }));
+    frame.qtWindow().move(-112 * 15, -4 * 15);
+    EXPECT_TRUE(waitUntil([&] { return frame.pos() == QPoint(0, 0); }));
     QWidget* info = frame.skin().elementWidget("info");
     int clicks = 0;
     frame.onCommand([&](const std::string&) { ++clicks; });
