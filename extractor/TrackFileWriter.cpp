@@ -1,6 +1,7 @@
 #include "extractor/TrackFileWriter.h"
 
 #include <cerrno>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
@@ -51,7 +52,7 @@ class Output {
     }
 
   private:
-    static constexpr std::size_t flushAt = 64 * 1024;
+    static constexpr std::size_t flushAt = 65536;
     void flush() {
         if (!failed_ && std::fwrite(text_.data(), 1, text_.size(), file_) != text_.size()) {
             failed_ = true;
@@ -127,7 +128,7 @@ void appendPadded(std::string& out, std::int64_t value, int width) {
 
 void timeRecorded(std::string& out, std::int64_t milliseconds) {
     const CivilTime time = civilFromMilliseconds(milliseconds);
-    const auto rest = static_cast<std::int64_t>(time.second * 1000 + 0.5);
+    const auto rest = std::llround(time.second * 1000);
     element(out, "time_recorded", [&] {
         appendPadded(out, time.year, 4);
         out += '-';

@@ -5,6 +5,7 @@
 
 #include "telemetry/FamilyTable.h"
 #include "telemetry/UtcTime.h"
+#include "telemetry/families/TransportStream.h"
 
 namespace velmorant::telemetry {
 
@@ -72,6 +73,9 @@ Result<Telemetry> withoutTelemetry(const Recording& recording) {
     if (!input.notes().empty()) {
         return input.notes().front();
     }
+    if (recording.boxes.empty()) {
+        return input.error({}, 0, "the transport stream holds no telemetry that is known");
+    }
     if (!recording.movie) {
         return input.error("moov", input.size(),
                            "the recording has no movie header: it was cut off");
@@ -88,14 +92,16 @@ Result<Telemetry> withoutTelemetry(const Recording& recording) {
 
 } // namespace
 
-Result<Telemetry> extract(ByteSource& source, const ReadOptions& options) {
+Result<Telemetry> extract(ByteSource& source, const ReadOptions& options, Siblings* siblings) {
     Input input(source, options);
     if (source.size() == 0) {
         return input.error({}, 0, "the file is empty");
     }
-    Recording recording{input, {}, {}};
-    if (auto error = readStructure(recording)) {
-        return *error;
+    Recording recording{input, siblings};
+    if (!isTransportStream(input)) {
+        if (auto error = readStructure(recording)) {
+            return *error;
+        }
     }
     // A source with positions beats one that has accelerations alone.
     std::optional<Telemetry> best;
@@ -128,7 +134,8 @@ Result<Telemetry> extractFile(const std::string& path, const ReadOptions& option
     if (!source) {
         return source.error();
     }
-    return extract(*source.value(), options);
+    const auto siblings = siblingsOf(path);
+    return extract(*source.value(), options, siblings.get());
 }
 
 } // namespace velmorant::telemetry

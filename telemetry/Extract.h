@@ -5,12 +5,15 @@
 
 #include "telemetry/Input.h"
 #include "telemetry/Samples.h"
+#include "telemetry/Siblings.h"
 
 namespace velmorant::telemetry {
 
 // One sample per second of the recording; where it holds no telemetry, samples without a fix for
 // every second of its length (family "none"). An error where the file cannot be used at all.
-Result<Telemetry> extract(ByteSource& source, const ReadOptions& options = {});
+// `siblings` are asked where the recording itself holds nothing; they may be null.
+Result<Telemetry> extract(ByteSource& source, const ReadOptions& options = {},
+                          Siblings* siblings = nullptr);
 Result<Telemetry> extractFile(const std::string& path, const ReadOptions& options = {});
 
 } // namespace velmorant::telemetry

@@ -6,13 +6,15 @@
 
 #include "telemetry/Input.h"
 #include "telemetry/Movie.h"
+#include "telemetry/Siblings.h"
 
 namespace velmorant::telemetry {
 
 struct Recording {
     Input& input;
-    std::vector<Box> boxes;     // at the top level, in file order
-    std::optional<Movie> movie; // nothing where the file has no readable "moov"
+    Siblings* siblings = nullptr; // none where the recording is no file
+    std::vector<Box> boxes{};     // at the top level, in file order; none in a transport stream
+    std::optional<Movie> movie{}; // nothing where the file has no readable "moov"
 };
 
 } // namespace velmorant::telemetry

@@ -37,7 +37,8 @@ enum class FixState : std::uint8_t {
     zeroPosition, // 0 and 0: what recorders write for "nothing"
     jump,         // no car gets there in that time
     stale,        // left over from the last drive
-    parkedDrift   // speed without movement
+    parkedDrift,  // speed without movement
+    enciphered    // the rule that would decipher the position is unknown
 };
 
 struct Acceleration {

@@ -3,187 +3,187 @@
 #include <algorithm>
 #include <array>
 
-#include "telemetry/Geometry.h"
 #include "telemetry/SampleTable.h"
-#include "telemetry/UtcTime.h"
+#include "telemetry/Scan.h"
+#include "telemetry/families/FreeGpsLayouts.h"
 
 namespace velmorant::telemetry {
 
 namespace {
 
-constexpr std::size_t neededOfBlock = 0x200;
+constexpr std::string_view marker = "freeGPS ";
 
-struct Reading {
-    Fix fix;
-    std::optional<Acceleration> acceleration;
-};
-
-struct Layout {
-    bool (*matches)(Bytes block);
-    void (*read)(Bytes block, Reading& reading);
-};
-
-bool oneOf(char c, std::string_view set) {
-    return c != 0 && set.find(c) != std::string_view::npos;
-}
-
-// Hour, minute, second, year, month and day, u32 each.
-void readClock(Bytes block, std::size_t at, Fix& fix) {
-    CivilTime time;
-    time.hour = block.i32le(at);
-    time.minute = block.i32le(at + 4);
-    time.second = block.i32le(at + 8);
-    const std::int32_t year = block.i32le(at + 12);
-    time.year = year >= 0 && year < 100 ? 2000 + year : year;
-    time.month = block.i32le(at + 16);
-    time.day = block.i32le(at + 20);
-    if (const auto milliseconds = toMilliseconds(time)) {
-        fix.time = *milliseconds;
-        fix.base = TimeBase::utc;
-    } else if (fix.state == FixState::good) {
-        fix.state = FixState::badDate;
-    }
-}
-
-// Status and hemisphere letters in a row, then behind one byte latitude, longitude, knots, heading.
-void readPosition(Bytes block, std::size_t at, Fix& fix) {
-    if (block.character(at) != 'A') {
-        fix.state = FixState::noFix;
-    }
-    const double latitude = fromDegreesMinutes(static_cast<double>(block.f32le(at + 4)));
-    const double longitude = fromDegreesMinutes(static_cast<double>(block.f32le(at + 8)));
-    fix.latitude = block.character(at + 1) == 'S' ? -latitude : latitude;
-    fix.longitude = block.character(at + 2) == 'W' ? -longitude : longitude;
-    fix.speed = static_cast<double>(block.f32le(at + 12)) * kmhPerKnot;
-    fix.heading = static_cast<double>(block.f32le(at + 16));
-}
-
-std::optional<Acceleration> readAcceleration(Bytes block, std::size_t at, double countsPerG) {
-    bool zero = true;
-    bool counting = true;
-    for (std::size_t i = 0; i < 6; ++i) {
-        const std::uint16_t word = block.u16le(at + 2 * i);
-        zero = zero && word == 0;
-        counting = counting && word == i + 1;
-    }
-    if (zero || counting) {
-        return std::nullopt;
-    }
-    return Acceleration{block.i32le(at) / countsPerG, block.i32le(at + 4) / countsPerG,
-                        block.i32le(at + 8) / countsPerG};
-}
-
-bool lettersAt(Bytes block, std::size_t at) {
-    return oneOf(block.character(at), "AV") && oneOf(block.character(at + 1), "NS") &&
-           oneOf(block.character(at + 2), "EW");
-}
-
-constexpr std::array layouts = {
-    Layout{[](Bytes block) { return lettersAt(block, 0x28); },
-           [](Bytes block, Reading& reading) {
-               readPosition(block, 0x28, reading.fix);
-               readClock(block, 0x10, reading.fix);
-               reading.acceleration = readAcceleration(block, 0x3c, 256);
-           }},
-    Layout{[](Bytes block) { return lettersAt(block, 0x48); },
-           [](Bytes block, Reading& reading) {
-               readPosition(block, 0x48, reading.fix);
-               readClock(block, 0x30, reading.fix);
-           }},
-};
-
-// The blocks that an index names, read one after the other into one buffer.
-class IndexedBlocks {
+// Takes blocks in file order. Blocks without a fix may lack the letters that tell the layouts
+// apart, so they wait until the first block that has them speaks for all.
+class BlockReader {
   public:
-    IndexedBlocks(Input& input, const Box& index)
-        : input_(input), entries_(input, index.payload + 8, 8, entryCount(input, index)) {}
+    BlockReader(Input& input, Collector& collector) : input_(input), collector_(collector) {}
 
-    std::uint64_t count() const { return entries_.count(); }
-
-    // The first bytes of the block; empty where the index names no block.
-    Bytes block(std::uint64_t number) {
-        const Bytes entry = entries_.entry(number);
-        const std::uint64_t offset = entry.u32be(0);
-        const std::size_t length =
-            std::min<std::size_t>(neededOfBlock, std::max<std::uint32_t>(entry.u32be(4), 16));
-        const std::size_t got = input_.source().readAt(offset, std::span(buffer_.data(), length));
-        const Bytes bytes(std::span<const std::uint8_t>(buffer_.data(), got));
-        if (!bytes.holds(4, "freeGPS ")) {
-            noteOnce(offset, bytes.size() < 16 ? "the index names a block beyond the file's end"
-                                               : "the index names a place that holds no block");
-            return {};
+    // False where the file holds no block at the offset.
+    bool take(std::uint64_t offset) {
+        const Bytes block = read(offset);
+        if (!block.holds(4, marker)) {
+            return false;
         }
-        return bytes;
+        if (layout_ == nullptr) {
+            layout_ = matching(block, freeGpsLayouts());
+            if (layout_ == nullptr) {
+                if (waiting_.size() < Collector::mostSeconds) {
+                    waiting_.push_back(offset);
+                }
+                return true;
+            }
+            readWaiting();
+            layout_->read(read(offset), collector_);
+            return true;
+        }
+        layout_->read(block, collector_);
+        return true;
+    }
+
+    bool finish() {
+        if (layout_ == nullptr && !waiting_.empty()) {
+            layout_ = matching(read(waiting_.front()), freeGpsLayoutsWithoutFix());
+            if (layout_ == nullptr) {
+                input_.note(input_.error("freeGPS", waiting_.front(),
+                                         "the blocks have a layout that is not known"));
+                return false;
+            }
+            readWaiting();
+        }
+        return layout_ != nullptr;
     }
 
   private:
-    static std::uint64_t entryCount(Input& input, const Box& index) {
-        const std::uint64_t claimed = input.peek(index.payload, 8).u32be(4);
-        const std::uint64_t room = index.payloadSize < 8 ? 0 : (index.payloadSize - 8) / 8;
-        if (claimed > room) {
-            input.note(input.error("moov/gps ", index.offset,
-                                   "the index claims " + std::to_string(claimed) +
-                                       " blocks, its box has room for " + std::to_string(room)));
+    static const FreeGpsLayout* matching(Bytes block, std::span<const FreeGpsLayout> layouts) {
+        for (const FreeGpsLayout& layout : layouts) {
+            if (layout.matches(block)) {
+                return &layout;
+            }
         }
-        return std::min(claimed, room);
+        return nullptr;
     }
-    void noteOnce(std::uint64_t offset, const char* reason) {
-        if (!noted_) {
-            noted_ = true;
-            input_.note(input_.error("moov/gps ", offset, reason));
+    Bytes read(std::uint64_t offset) {
+        const std::size_t got = input_.source().readAt(offset, buffer_);
+        return {std::span<const std::uint8_t>(buffer_.data(), got)};
+    }
+    void readWaiting() {
+        for (const std::uint64_t offset : waiting_) {
+            layout_->read(read(offset), collector_);
         }
+        waiting_.clear();
     }
 
     Input& input_;
-    TableWindow entries_;
-    std::array<std::uint8_t, neededOfBlock> buffer_{};
-    bool noted_ = false;
+    Collector& collector_;
+    const FreeGpsLayout* layout_ = nullptr;
+    std::vector<std::uint64_t> waiting_;
+    std::array<std::uint8_t, 0x200> buffer_{}; // all that any layout needs
 };
 
-// Blocks without a fix may lack the letters that tell the layouts apart, so the first block that
-// has them speaks for all.
-const Layout* findLayout(Input& input, IndexedBlocks& blocks) {
-    for (std::uint64_t i = 0; i < blocks.count() && !input.stopped(); ++i) {
-        const Bytes block = blocks.block(i);
-        for (const Layout& layout : layouts) {
-            if (block.size() > 0 && layout.matches(block)) {
-                return &layout;
+// The entries of the index; more are claimed now and then than its box has room for.
+TableWindow openIndex(Input& input, const Box& index) {
+    const std::uint64_t claimed = input.peek(index.payload, 8).u32be(4);
+    const std::uint64_t room = index.payloadSize < 8 ? 0 : (index.payloadSize - 8) / 8;
+    if (claimed > room) {
+        input.note(input.error("moov/gps ", index.offset,
+                               "the index claims " + std::to_string(claimed) +
+                                   " blocks, its box has room for " + std::to_string(room)));
+    }
+    return {input, index.payload + 8, 8, std::min(claimed, room)};
+}
+
+// Counts the blocks that the index names rightly. Announcing the blocks ahead lets the disk fetch
+// them together.
+std::uint64_t readIndexed(Input& input, const Box& index, BlockReader& reader) {
+    TableWindow entries = openIndex(input, index);
+    std::uint64_t good = 0;
+    bool noted = false;
+    for (std::uint64_t i = 0; i < entries.count() && !input.stopped(); ++i) {
+        const std::uint64_t offset = entries.entry(i).u32be(0);
+        if (reader.take(offset)) {
+            ++good;
+        } else if (!noted) {
+            noted = true;
+            input.note(input.error("moov/gps ", offset, "the index names a place without a block"));
+        }
+    }
+    return good;
+}
+
+void scanForBlocks(Input& input, std::uint64_t begin, bool mayBeAbsent, BlockReader& reader) {
+    // Where a recorder writes blocks, one comes within the first seconds; a recording without any
+    // is not searched to its end.
+    constexpr std::uint64_t firstWithin = 8 << 20;
+    std::uint64_t end = input.size();
+    bool any = false;
+    const auto found = [&](std::uint64_t offset) -> std::optional<std::uint64_t> {
+        if (offset >= 4 && reader.take(offset - 4)) {
+            any = true;
+        }
+        return offset + marker.size();
+    };
+    if (mayBeAbsent) {
+        const std::uint64_t probe = std::min(end, begin + firstWithin);
+        std::uint64_t firstBlock = probe;
+        scan(input, begin, probe, marker,
+             [&](std::uint64_t offset) -> std::optional<std::uint64_t> {
+                 firstBlock = offset;
+                 any = true;
+                 return std::nullopt;
+             });
+        if (!any) {
+            return;
+        }
+        begin = firstBlock;
+    }
+    scan(input, begin, end, marker, found);
+}
+
+const Box* indexOf(const Recording& recording) {
+    if (recording.movie) {
+        for (const Box& box : recording.movie->children) {
+            if (box.type == code("gps ")) {
+                return &box;
             }
         }
     }
     return nullptr;
 }
 
+// Far fewer blocks than seconds: the index is not whole.
+bool tooFew(std::uint64_t blocks, double seconds) {
+    return static_cast<double>(blocks) + 3 < 0.9 * seconds;
+}
+
 } // namespace
 
 bool readFreeGps(Recording& recording, Collector& collector) {
-    if (!recording.movie) {
+    const Box* index = indexOf(recording);
+    if (index == nullptr) {
         return false;
     }
-    const auto& children = recording.movie->children;
-    const auto index = std::find_if(children.begin(), children.end(),
-                                    [](const Box& box) { return box.type == code("gps "); });
-    if (index == children.end()) {
+    BlockReader reader(recording.input, collector);
+    const std::uint64_t good = readIndexed(recording.input, *index, reader);
+    if (reader.finish() && !tooFew(good, recording.movie->duration)) {
+        return true;
+    }
+    Collector searched;
+    if (searchFreeGps(recording, searched) && searched.readings() > collector.readings()) {
+        collector = std::move(searched);
+    }
+    return !collector.empty();
+}
+
+bool searchFreeGps(Recording& recording, Collector& collector) {
+    const auto media = std::find_if(recording.boxes.begin(), recording.boxes.end(),
+                                    [](const Box& box) { return box.type == code("mdat"); });
+    if (media == recording.boxes.end()) {
         return false;
     }
-    IndexedBlocks blocks(recording.input, *index);
-    const Layout* layout = findLayout(recording.input, blocks);
-    if (layout == nullptr) {
-        return false;
-    }
-    for (std::uint64_t i = 0; i < blocks.count() && !recording.input.stopped(); ++i) {
-        const Bytes block = blocks.block(i);
-        if (block.size() == 0) {
-            continue;
-        }
-        Reading reading;
-        layout->read(block, reading);
-        collector.add(reading.fix);
-        if (reading.acceleration) {
-            collector.addToLast(*reading.acceleration);
-        }
-    }
-    return true;
+    BlockReader reader(recording.input, collector);
+    scanForBlocks(recording.input, media->payload, recording.movie.has_value(), reader);
+    return reader.finish();
 }
 
 } // namespace velmorant::telemetry

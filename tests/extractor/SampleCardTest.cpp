@@ -65,13 +65,14 @@ TEST_F(SampleCard, holds_the_recordings_that_a_recorder_leaves) {
             found.push_back(file + " broken");
             continue;
         }
-        EXPECT_EQ(read.value().samples.size(), 6U) << file;
+        if (file != "103109.MP4") { // cut off by the power loss
+            EXPECT_EQ(read.value().samples.size(), 6U) << file;
+        }
         found.push_back(file + " " + std::to_string(read.value().fixes()));
     }
     EXPECT_EQ(fs::path(paths[0]).parent_path().filename(), "20240612");
-    const std::vector<std::string> expected = {"103045.MP4 6",      "103051.MP4 4",
-                                               "103057_P.MP4 6",    "103103.MP4 0",
-                                               "103109.MP4 broken", "235957.MP4 6"};
+    const std::vector<std::string> expected = {"103045.MP4 6", "103051.MP4 4", "103057_P.MP4 6",
+                                               "103103.MP4 0", "103109.MP4 4", "235957.MP4 6"};
     EXPECT_EQ(found, expected);
 }
 

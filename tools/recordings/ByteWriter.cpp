@@ -7,6 +7,11 @@ ByteWriter& ByteWriter::text(std::string_view value) {
     return *this;
 }
 
+ByteWriter& ByteWriter::text(std::initializer_list<char> letters) {
+    bytes_.insert(bytes_.end(), letters.begin(), letters.end());
+    return *this;
+}
+
 ByteWriter& ByteWriter::append(const ByteVector& value) {
     bytes_.insert(bytes_.end(), value.begin(), value.end());
     return *this;

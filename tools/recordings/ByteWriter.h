@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -39,6 +40,7 @@ class ByteWriter {
         return big(std::bit_cast<std::uint32_t>(static_cast<float>(value)), 4);
     }
     ByteWriter& text(std::string_view value);
+    ByteWriter& text(std::initializer_list<char> letters);
     ByteWriter& append(const ByteVector& value);
     ByteWriter& zeros(std::size_t count) {
         bytes_.resize(bytes_.size() + count);

@@ -1,0 +1,25 @@
+// Files beside a recording that may hold its telemetry.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "telemetry/ByteSource.h"
+
+namespace velmorant::telemetry {
+
+class Siblings {
+  public:
+    virtual ~Siblings() = default;
+    // The file of the recording's name with another extension (".gps"), whatever its case; none
+    // where there is no such file.
+    virtual std::unique_ptr<ByteSource> withExtension(const std::string& extension) = 0;
+    // Text files named GPSData*.txt in the recording's folder and up to two folders above it.
+    virtual std::vector<std::unique_ptr<ByteSource>> cardTables() = 0;
+};
+
+// Looks in the file system.
+std::unique_ptr<Siblings> siblingsOf(const std::string& recording);
+
+} // namespace velmorant::telemetry

@@ -1,0 +1,153 @@
+#include "telemetry/families/LigoText.h"
+
+#include <algorithm>
+
+#include "telemetry/Nmea.h"
+#include "telemetry/Scan.h"
+#include "telemetry/UtcTime.h"
+
+namespace velmorant::telemetry {
+
+namespace {
+
+constexpr std::string_view marker = "LIGOGPSINFO";
+constexpr std::size_t longestText = 4 << 20;
+
+// The number behind "key:" in a record, or unknown.
+double valueOf(std::string_view record, std::string_view key) {
+    const std::size_t at = record.find(key);
+    if (at == std::string_view::npos) {
+        return unknown;
+    }
+    const std::string_view rest = record.substr(at + key.size());
+    return decimal(rest.substr(0, rest.find_first_of(std::string_view(" \0\r\n", 4))));
+}
+
+double place(std::string_view record, std::string_view positive, std::string_view negative) {
+    const double value = valueOf(record, positive);
+    return known(value) ? value : -valueOf(record, negative);
+}
+
+// "YYYY/MM/DD hh:mm:ss" at the text's beginning.
+std::optional<CivilTime> dateAt(std::string_view text) {
+    if (text.size() < 19 || text[4] != '/' || text[7] != '/' || text[13] != ':' ||
+        text[16] != ':') {
+        return std::nullopt;
+    }
+    CivilTime time;
+    time.year = digits(text, 0, 4);
+    time.month = digits(text, 5, 2);
+    time.day = digits(text, 8, 2);
+    time.hour = digits(text, 11, 2);
+    time.minute = digits(text, 14, 2);
+    time.second = digits(text, 17, 2);
+    return time.year < 0 || time.month < 0 || time.day < 0 ? std::nullopt : std::optional(time);
+}
+
+void readRecord(std::string_view record, const CivilTime& time, Collector& collector) {
+    Fix fix;
+    fix.latitude = place(record, " N:", " S:");
+    fix.longitude = place(record, " E:", " W:");
+    if (!known(fix.latitude) || !known(fix.longitude)) {
+        fix.state = FixState::noFix;
+    }
+    if (const std::size_t unit = record.find(" km/h"); unit != std::string_view::npos) {
+        const std::size_t start = record.rfind(' ', unit - 1);
+        fix.speed = decimal(record.substr(start + 1, unit - start - 1));
+    }
+    fix.heading = valueOf(record, " A:");
+    fix.altitude = valueOf(record, " H:");
+    judge(fix);
+    if (const auto milliseconds = toMilliseconds(time)) {
+        fix.time = *milliseconds;
+        fix.base = TimeBase::camera;
+    } else if (fix.state == FixState::good) {
+        fix.state = FixState::badDate;
+    }
+    collector.add(fix);
+    const Acceleration acceleration{valueOf(record, " x:"), valueOf(record, " y:"),
+                                    valueOf(record, " z:")};
+    if (known(acceleration.x) && known(acceleration.y) && known(acceleration.z)) {
+        collector.addToLast(acceleration);
+    }
+}
+
+bool readPart(Input& input, std::uint64_t offset, std::uint64_t length, Collector& collector) {
+    const auto content =
+        input.read(offset, std::min<std::uint64_t>(length, longestText), longestText);
+    const Bytes bytes{std::span<const std::uint8_t>(content)};
+    // The marker stands near the beginning of whatever carries the text.
+    return bytes.text(0, 256).find(marker) != std::string_view::npos &&
+           readLigoText(bytes, collector);
+}
+
+bool readTrailer(Recording& recording, Collector& collector) {
+    Input& input = recording.input;
+    if (input.size() < 8) {
+        return false;
+    }
+    const Bytes end = input.peek(input.size() - 8, 8);
+    const std::uint64_t length = end.u32le(4);
+    return end.holds(0, "&&&&") && length <= input.size() &&
+           readPart(input, input.size() - length, length, collector);
+}
+
+bool readBlocks(Recording& recording, Collector& collector) {
+    bool found = false;
+    for (const Box& box : recording.movie ? recording.movie->children : std::vector<Box>{}) {
+        if (box.type != code("gps ") || box.payloadSize < 8) {
+            continue;
+        }
+        const std::uint64_t claimed = recording.input.peek(box.payload, 8).u32be(4);
+        const std::uint64_t count = std::min(claimed, (box.payloadSize - 8) / 8);
+        for (std::uint64_t i = 0; i < count && !recording.input.stopped(); ++i) {
+            const std::uint64_t offset = recording.input.peek(box.payload + 8 + 8 * i, 8).u32be(0);
+            found = readPart(recording.input, offset, 0x200, collector) || found;
+            if (!found) {
+                return false; // the first block speaks for all
+            }
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+bool readLigoText(Bytes bytes, Collector& collector) {
+    const std::string_view text = bytes.text(0);
+    bool found = false;
+    for (std::size_t slash = text.find('/'); slash != std::string_view::npos;
+         slash = text.find('/', slash + 1)) {
+        if (slash < 4) {
+            continue;
+        }
+        const std::size_t at = slash - 4;
+        if (const auto time = dateAt(text.substr(at))) {
+            constexpr std::size_t recordLength = 0x80;
+            const std::string_view record = text.substr(at, recordLength);
+            readRecord(record.substr(0, record.find('\0')), *time, collector);
+            found = true;
+            slash = at + 19;
+        }
+    }
+    return found;
+}
+
+bool readLigo(Recording& recording, Collector& collector) {
+    if (readBlocks(recording, collector) || readTrailer(recording, collector)) {
+        return true;
+    }
+    std::vector<Box> boxes = recording.boxes;
+    if (recording.movie) {
+        boxes.insert(boxes.end(), recording.movie->userData.begin(),
+                     recording.movie->userData.end());
+        boxes.insert(boxes.end(), recording.movie->children.begin(),
+                     recording.movie->children.end());
+    }
+    return std::any_of(boxes.begin(), boxes.end(), [&](const Box& box) {
+        return box.type == code("skip") &&
+               readPart(recording.input, box.payload, box.payloadSize, collector);
+    });
+}
+
+} // namespace velmorant::telemetry

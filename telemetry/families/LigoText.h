@@ -1,0 +1,19 @@
+// Text behind the marker "LIGOGPSINFO", in records of 0x84 bytes that start with a u32 counter:
+//   YYYY/MM/DD hh:mm:ss N:LATITUDE E:LONGITUDE SPEED km/h x:G y:G z:G A:HEADING H:ALTITUDE
+// N or S, E or W; decimal degrees; the parts behind the speed may be missing. The marker stands in
+// a box "skip" (top level or moov/udta), in freeGPS blocks at 0x10, 0x30 or 0x50, in samples of
+// "ssmd" tracks, or in a trailer whose last 8 bytes are "&&&&" and its length, u32le.
+// Records that are enciphered ("####") or shifted on purpose are not deciphered.
+#pragma once
+
+#include "telemetry/Collector.h"
+#include "telemetry/Recording.h"
+
+namespace velmorant::telemetry {
+
+bool readLigo(Recording& recording, Collector& collector);
+
+// The records of one such text; false where it holds none.
+bool readLigoText(Bytes text, Collector& collector);
+
+} // namespace velmorant::telemetry
