@@ -39,7 +39,10 @@ bool DropTarget::eventFilter(QObject*, QEvent* event) {
     drop->accept();
     if (type == QEvent::Drop)
         QMetaObject::invokeMethod(
-            this, [this, paths] { gate_.runWhenFree([this, paths] { listener_(paths); }); },
+            this,
+            [this, paths] {
+                gate_.runWhenFree([listener = listener_, paths] { listener(paths); });
+            },
             Qt::QueuedConnection);
     return true;
 }

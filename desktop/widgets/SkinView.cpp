@@ -3,6 +3,7 @@
 #include "desktop/widgets/SkinButton.h"
 #include "desktop/widgets/SkinTexts.h"
 #include <QPainter>
+#include <QPointer>
 #include <algorithm>
 #include <iostream>
 #include <utility>
@@ -93,15 +94,15 @@ QWidget* SkinView::buildElement(const SkinElement& element) {
             slider->setOptions(options->second);
         connect(slider, &SkinSlider::changed, this, [this, id](double value) {
             states_[keyOf(id)].value = value;
-            gate_.runWhenFree([this, id, value] {
-                if (slider_)
-                    slider_(id, value);
+            gate_.runWhenFree([view = QPointer<SkinView>(this), id, value] {
+                if (view && view->slider_)
+                    view->slider_(id, value);
             });
         });
         connect(slider, &SkinSlider::previewed, this, [this, id](double value) {
-            gate_.runWhenFree([this, id, value] {
-                if (preview_)
-                    preview_(id, value);
+            gate_.runWhenFree([view = QPointer<SkinView>(this), id, value] {
+                if (view && view->preview_)
+                    view->preview_(id, value);
             });
         });
         return slider;
@@ -111,9 +112,10 @@ QWidget* SkinView::buildElement(const SkinElement& element) {
     }
     auto* button = new SkinButton(drawing_, element, this);
     connect(button, &SkinButton::clicked, this, [this, id] {
-        gate_.runWhenFree([this, id] {
-            if (click_)
-                click_(id);
+        // The view may be gone by the time a busy gate delivers.
+        gate_.runWhenFree([view = QPointer<SkinView>(this), id] {
+            if (view && view->click_)
+                view->click_(id);
         });
     });
     return button;

@@ -95,15 +95,20 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched != widget_)
         return false;
     if (event->type() == QEvent::Resize && resized_)
-        gate_.runWhenFree([this] { resized_(); });
+        gate_.runWhenFree([window = QPointer<QtWindow>(this)] {
+            if (window)
+                window->resized_();
+        });
     if (event->type() != QEvent::Close || closing_ || !closeRequest_)
         return false;
     event->ignore();
     // One question is enough, however often the user asks before it can be put.
     if (!std::exchange(requested_, true))
-        gate_.runWhenFree([this] {
-            requested_ = false;
-            closeRequest_();
+        gate_.runWhenFree([window = QPointer<QtWindow>(this)] {
+            if (!window)
+                return;
+            window->requested_ = false;
+            window->closeRequest_();
         });
     return true;
 }

@@ -243,6 +243,21 @@ TEST_F(SkinViewTest, clicks_during_a_handler_come_after_it) {
     EXPECT_TRUE(waitUntil([&] { return clicks.size() == 1; }));
 }
 
+TEST(SkinView, a_click_that_waits_for_the_gate_is_dropped_with_its_view) {
+    const TemporaryFolder folder;
+    HandlerGate gate;
+    auto view = std::make_unique<SkinView>(gate);
+    ASSERT_TRUE(view->load(writeSampleSkin(folder)));
+    int clicks = 0;
+    view->onClick([&](const std::string&) { ++clicks; });
+    gate.runWhenFree([&] {
+        QTest::mouseClick(view->elementWidget("stop"), Qt::LeftButton);
+        view.reset();
+    });
+    QTest::qWait(20);
+    EXPECT_EQ(clicks, 0);
+}
+
 TEST_F(SkinViewTest, a_missing_element_is_named_once_and_does_nothing) {
     testing::internal::CaptureStderr();
     view.setOn("photo", true);
