@@ -1,3 +1,4 @@
+// Long because the bar has many commands, each with its rules.
 #include "playback/frmCurve.h"
 
 #include "common/textRules.h"

@@ -1,3 +1,4 @@
+// Long because a run of the extraction can end in so many ways.
 #include "track/frmSendData.h"
 
 #include "tests/fakes/FakeFileSystem.h"
