@@ -2,6 +2,7 @@
 
 #include "common/textRules.h"
 #include "common/trapErrors.h"
+#include "playback/speedUnit.h"
 
 #include <algorithm>
 #include <memory>
@@ -32,22 +33,12 @@ void CurveChart::setMode(ChartMode mode) {
         m_needs.chart.setLegend(1, acceleration ? "G x" : "");
         m_needs.chart.setLegend(2, acceleration ? "G y" : "");
         m_needs.chart.setLegend(3, acceleration ? "G z" : "");
-        m_needs.chart.setAxisTitle(ChartAxis::Left, acceleration ? "G"
-                                                                 : m_needs.texts.byOffset(3022) +
-                                                                       " (" + speedUnit() + ")");
+        m_needs.chart.setAxisTitle(
+            ChartAxis::Left, acceleration ? "G"
+                                          : m_needs.texts.byOffset(3022) + " (" +
+                                                speedUnit(m_needs.state.settings.unitCode) + ")");
         m_needs.chart.setAxisTitle(ChartAxis::Bottom, m_needs.texts.byOffset(3023) + " (s)");
     });
-}
-
-std::string CurveChart::speedUnit() const {
-    switch (m_needs.state.settings.unitCode % 10) {
-    case 2:
-        return "mph";
-    case 3:
-        return "kn";
-    default:
-        return "km/h";
-    }
 }
 
 void CurveChart::Draw() {
@@ -131,7 +122,8 @@ std::string CurveChart::PointText(std::int32_t point) const {
     if (track == nullptr || point < 0 || point >= track->count())
         return {};
     return m_mode == ChartMode::Speed
-               ? track->ShowInfo(point + 1, m_needs.state.settings.speedFactor) + " " + speedUnit()
+               ? track->ShowInfo(point + 1, m_needs.state.settings.speedFactor) + " " +
+                     speedUnit(m_needs.state.settings.unitCode)
                : accelerationText(*track, point + 1);
 }
 

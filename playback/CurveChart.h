@@ -53,7 +53,6 @@ class CurveChart {
     void drawAcceleration(const clsDot& track);
     void setBottomAxis(std::int32_t points);
     std::string accelerationText(const clsDot& track, std::int32_t index) const;
-    std::string speedUnit() const;
 
     CurveChartNeeds m_needs;
     ChartMode m_mode = ChartMode::Speed;

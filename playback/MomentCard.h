@@ -1,0 +1,47 @@
+#pragma once
+
+#include "playback/frmChild.h"
+#include "ports/HostPaths.h"
+#include "ports/Skin.h"
+#include "ports/Texts.h"
+#include "track/ProgramState.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace velmorant {
+
+/// What the card works with; everything outlives it.
+struct MomentCardNeeds {
+    PlayerControls& controls;
+    frmChild& player;
+    Skin& frame;      ///< with the places of the card
+    Skin& controlBar; ///< with "place.elapsed", "place.duration" and "place.unit"
+    HostPaths& paths;
+    Texts& texts;
+    ProgramState& state;
+    /// Minutes from UTC to the system's zone at a moment (seconds since 1970, UTC).
+    std::function<int(std::int64_t)> zoneOffset;
+};
+
+/// Says what is seen: the recording's name, the clock time of the position in the system's zone and
+/// in UTC, the place, and the position in the recording. Where the extractor knew only the
+/// recorder's own clock, that time is shown as it stands and named so.
+class MomentCard {
+  public:
+    explicit MomentCard(const MomentCardNeeds& needs) : m_needs(needs) {}
+
+    void Show();                  ///< the present position; empties the card while nothing is open
+    void Preview(double percent); ///< the position a dragged progress slider stands for
+    void ShowUnit();              ///< of the speed digits
+
+  private:
+    void showPosition(double position);
+    void showPlace(double position);
+    void clear();
+
+    MomentCardNeeds m_needs;
+};
+
+} // namespace velmorant
