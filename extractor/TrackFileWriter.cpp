@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <random>
 
-#include "extractor/XmlText.h"
+#include "telemetry/XmlText.h"
 #include "telemetry/UtcTime.h"
 
 namespace velmorant::telemetry {

@@ -18,11 +18,22 @@ bool mayOpenAFile(FourCharacterCode type) {
     return std::find(known.begin(), known.end(), type) != known.end();
 }
 
+// Some recorders append a text behind the last box; its last 8 bytes are "&&&&" and its length.
+std::uint64_t endOfBoxes(Input& input) {
+    if (input.size() < 8) {
+        return input.size();
+    }
+    const Bytes end = input.peek(input.size() - 8, 8);
+    const std::uint64_t length = end.u32le(4);
+    return end.holds(0, "&&&&") && length >= 8 && length < input.size() ? input.size() - length
+                                                                        : input.size();
+}
+
 // Keeps the boxes and reads the movie header; what is wrong is noted with the input. An error for a
 // file that is no recording at all.
 std::optional<Error> readStructure(Recording& recording) {
     Input& input = recording.input;
-    BoxWalker walker(input, 0, input.size(), {});
+    BoxWalker walker(input, 0, endOfBoxes(input), {});
     constexpr std::size_t mostBoxes = 65536;
     while (recording.boxes.size() < mostBoxes && !input.stopped()) {
         const auto box = walker.next();

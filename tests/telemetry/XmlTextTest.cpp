@@ -1,4 +1,4 @@
-#include "extractor/XmlText.h"
+#include "telemetry/XmlText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,12 @@
+#include <iostream>
+#include <unistd.h>
+
+#include "extractor/command/DvrTrackCommand.h"
+
+int main(int count, char** values) {
+    using namespace velmorant::telemetry;
+    std::ios::sync_with_stdio(false);
+    const std::vector<std::string> arguments(values + (count > 0 ? 1 : 0), values + count);
+    const Terminal terminal = ::isatty(STDERR_FILENO) != 0 ? Terminal::yes : Terminal::no;
+    return runDvrTrack(arguments, std::cout, std::cerr, terminal);
+}

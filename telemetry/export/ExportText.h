@@ -1,0 +1,30 @@
+// What the export formats share.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "telemetry/Samples.h"
+#include "telemetry/XmlText.h"
+#include "telemetry/export/TrackExporter.h"
+
+namespace velmorant::telemetry {
+
+struct ExportPoint {
+    std::size_t second = 0; // index of the sample
+    double latitude = 0, longitude = 0;
+    double speed = 0; // km/h
+};
+
+// The unbroken runs of exported positions. With `cutAtDateLine` a run ends where it would cross the
+// 180th meridian.
+enum class DateLine { crossed, cut };
+std::vector<std::vector<ExportPoint>> runsOf(const Telemetry& telemetry, Positions positions,
+                                             DateLine dateLine);
+
+// "2024-06-12T10:30:45Z"; milliseconds follow the seconds where they are not whole.
+void appendIsoTime(std::string& out, std::int64_t milliseconds, bool withZone);
+// Quoted and escaped; bytes that are no UTF-8 become U+FFFD.
+void appendJsonText(std::string& out, std::string_view text);
+
+} // namespace velmorant::telemetry
