@@ -22,6 +22,8 @@ void prepareWebEngine() {
     // Composed by OpenGL the whole window would be, which makes every repaint of the picture
     // dearer.
     setUnlessSet("QT_QUICK_BACKEND", "software");
+    // Routes come as texts by the 100,000, which the engine would keep for hundreds of megabytes.
+    setUnlessSet("QTWEBENGINE_CHROMIUM_FLAGS", "--js-flags=--max-old-space-size=160");
 #ifdef Q_OS_UNIX
     // The browser's sandbox refuses to run for root; all others keep it.
     if (geteuid() == 0)

@@ -6,8 +6,8 @@
         Controls, Notices, LayersPanel, RecordingData, SpeedColours, Hover, Configuration, StreetTiles,
         WholeWindow, preferences,
     } = velmorantMap;
-    const GROWTH_DELAY_MS = 150;
-    const TIDY_DELAY_MS = 300;
+    const GROWTH_DELAY_MS = 250;
+    const TIDY_DELAY_MS = 400;
 
     function makeMap() {
         const map = L.map('map', {
@@ -28,7 +28,7 @@
         const base = new BaseMap(texts);
         const graticule = new Graticule();
         const ground = new ViewCanvas(base.paint.bind(base), { pane: 'base' });
-        const overlay = new ViewCanvas(graticule.paint.bind(graticule), { pane: 'overlay', exact: true });
+        const overlay = new ViewCanvas(graticule.paint.bind(graticule), { pane: 'overlay', exact: true, padding: 0.1 });
         ground.addTo(map);
         overlay.addTo(map);
         const load = () => velmorantMap.readWorld(log, (world) => {

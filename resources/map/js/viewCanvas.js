@@ -4,7 +4,8 @@
 // there is to paint, the map answers the user, and never shows half a picture.
 (function (velmorantMap) {
     const { mercator } = velmorantMap;
-    const PADDING = 0.3;
+    // Of the view's size, beyond each edge.
+    const PADDING = 0.25;
     // Units of a slice: a unit is one line of a stroke, which costs a little less than a microsecond.
     const UNITS_PER_FRAME = 6000;
     const UNITS_AT_ONCE = 12000;
@@ -22,9 +23,9 @@
         // view turns mercator units into pixels of the canvas:
         //   px = x * scale + left (+ any multiple of world), py = y * scale + top
         // originX, originY: the canvas's corner in the world's pixels at that zoom.
-        prepare(map) {
+        prepare(map, padding) {
             const size = map.getSize();
-            const margin = size.multiplyBy(PADDING).round();
+            const margin = size.multiplyBy(padding).round();
             const zoom = map.getZoom();
             const origin = map.getPixelBounds().min.round().subtract(margin);
             const half = 128 * Math.pow(2, zoom);
@@ -73,6 +74,8 @@
     // units that it has spent. painted is a map of its own for each picture. With the option "exact"
     // every new view gets its own picture.
     const ViewCanvas = L.Layer.extend({
+        options: { padding: PADDING, exact: false },
+
         initialize(painter, options) {
             this.painter = painter;
             L.setOptions(this, options);
@@ -149,7 +152,7 @@
         start() {
             this.stale = false;
             this.begun = performance.now();
-            this.back.prepare(this._map);
+            this.back.prepare(this._map, this.options.padding);
             this.work = this.painter(this.back.context, this.back.view, this.back.painted);
         },
 

@@ -4,8 +4,8 @@
 (function (velmorantMap) {
     const { mercator } = velmorantMap;
     const FIT_DELAY_MS = 250;
-    // Of the time while routes stream in, a tenth may go into looking at them from a new place.
-    const COST_SHARE = 10;
+    // Of the time while routes stream in, a twentieth may go into looking at them from a new place.
+    const COST_SHARE = 20;
     const FIT_ZOOM = 17;
     const USER_PAUSE_MS = 8000;
     const INNER = 0.2;
