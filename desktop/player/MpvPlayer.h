@@ -60,6 +60,8 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     /// The pitch stays. Clamped to 0.01 .. 100; what is no number is ignored.
     void setRate(double rate) override;
 
+    /// A seek is held or under way: its picture is not there yet.
+    bool seeking() const { return heldSeek_ || seekTarget_; }
     /// Pauses and shows the next or the previous picture.
     void stepFrame(FrameStep direction);
     /// The picture shown now; absent when there is none.

@@ -61,8 +61,9 @@ void QtHttpTransfer::begin(const QUrl& url) {
     request.setHeader(QNetworkRequest::UserAgentHeader, "VelmorantDVRTools/" VELMORANT_VERSION);
     // A packed body would not have the length that its header names.
     request.setRawHeader("Accept-Encoding", "identity");
+    // Qt asks the server again and again while it waits for a redirection to be allowed.
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::UserVerifiedRedirectPolicy);
+                         QNetworkRequest::ManualRedirectPolicy);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
                          QNetworkRequest::AlwaysNetwork);
     request.setTransferTimeout(timeoutMilliseconds);
@@ -72,18 +73,15 @@ void QtHttpTransfer::begin(const QUrl& url) {
     QObject::connect(reply_, &QNetworkReply::metaDataChanged, &network_,
                      [this] { responseBegan(); });
     QObject::connect(reply_, &QNetworkReply::readyRead, &network_, [this] { scheduleData(); });
-    QObject::connect(reply_, &QNetworkReply::redirected, &network_,
-                     [this](const QUrl& target) { redirected(target); });
     QObject::connect(reply_, &QNetworkReply::finished, &network_, [this] { finished(); });
 }
 
 void QtHttpTransfer::redirected(const QUrl& target) {
-    // The reply's own address is the target's by now.
     const bool safe = isWeb(target) && target.host() == asked_.host() &&
                       target.scheme() == asked_.scheme() && portOf(target) == portOf(asked_);
     if (safe && ++redirections_ < mostRedirections) {
-        asked_ = target;
-        emit reply_->redirectAllowed();
+        drop();
+        begin(target);
     } else {
         fail(0, "redirected to another host, or too often: " + target.toDisplayString());
     }
@@ -106,6 +104,11 @@ void QtHttpTransfer::responseBegan() {
 
 void QtHttpTransfer::finished() {
     const QNetworkReply::NetworkError error = reply_->error();
+    const QUrl target = reply_->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    if (!announced_ && target.isValid()) {
+        redirected(reply_->url().resolved(target));
+        return;
+    }
     if (!announced_ || error != QNetworkReply::NoError)
         fail(announced_ ? responseCode_ : 0, reply_->errorString());
     else

@@ -1,11 +1,19 @@
 #pragma once
 
-#include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
 
 #include <functional>
 
 namespace velmorant {
+
+/// Lets events run for a moment, asleep while there are none.
+inline void runEvents(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
 
 /// Lets events run until the condition holds; false when it does not within the limit.
 inline bool waitFor(const std::function<bool()>& condition, int milliseconds = 10000) {
@@ -14,17 +22,14 @@ inline bool waitFor(const std::function<bool()>& condition, int milliseconds = 1
     while (!condition()) {
         if (timer.elapsed() > milliseconds)
             return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 10);
+        runEvents(2);
     }
     return true;
 }
 
 /// Lets events run for a while, to see what does not happen.
 inline void letRun(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < milliseconds)
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
+    runEvents(milliseconds);
 }
 
 } // namespace velmorant

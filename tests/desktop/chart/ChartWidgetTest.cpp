@@ -2,6 +2,7 @@
 
 #include "tests/desktop/eventLoop.h"
 
+#include <QCoreApplication>
 #include <QMouseEvent>
 
 #include <gmock/gmock.h>

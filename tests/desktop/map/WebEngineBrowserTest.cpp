@@ -3,6 +3,7 @@
 #include "tests/desktop/HttpServer.h"
 #include "tests/desktop/eventLoop.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QMouseEvent>

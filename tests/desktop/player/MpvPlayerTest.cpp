@@ -122,7 +122,9 @@ TEST_F(MpvPlayerTest, seeks_to_the_exact_frame) {
         SCOPED_TRACE(seconds);
         player_.setCurrentPosition(seconds);
         EXPECT_NEAR(*player_.currentPosition(), seconds, 0.0001);
+        EXPECT_TRUE(player_.seeking());
         EXPECT_TRUE(showsFrame(static_cast<int>(std::lround(seconds * 30)))) << frame();
+        EXPECT_TRUE(waitFor([this] { return !player_.seeking(); }));
         EXPECT_NEAR(*player_.currentPosition(), seconds, 0.034);
     }
 }
