@@ -4,11 +4,13 @@
 # committed, so that building the program needs none of them.
 set -eu
 here=$(cd "$(dirname "$0")" && pwd)
-packages=$here/map_packages
+packages=$(mktemp -d)
+trap 'rm -rf "$packages"' EXIT
 map=$here/../resources/map
 zones=/usr/share/zoneinfo/zone.tab
 
 [ -r "$zones" ] || { echo "bundle_map: $zones is missing (package tzdata)" >&2; exit 1; }
+cp "$here/map_packages/"* "$packages/"
 (cd "$packages" && npm ci --ignore-scripts --no-fund --no-audit)
 
 vendor=$map/vendor

@@ -137,6 +137,17 @@ class Checks:
                           "document.querySelectorAll('.leaflet-tile-loaded').length > 0", 70)
         self.check("tiles_come_back_by_themselves", True)
 
+    def resizing(self):
+        self.open()
+        self.draw()
+        small = self.browser.run("return velmorantMap.map.getZoom()")
+        self.browser.resize(1024, 708)
+        self.browser.wait(f"velmorantMap.map.getZoom() > {small} && velmorantMap.map.getSize().x === 1024", 5)
+        self.check("the_routes_fill_an_enlarged_map", True)
+        self.browser.resize(338, 248)
+        self.browser.wait(f"velmorantMap.map.getZoom() === {small}", 5)
+        self.check("and_fit_the_small_one_again", True)
+
     def chinese(self):
         self.open()
         names = self.browser.run(
@@ -149,7 +160,7 @@ def main():
     server = Server(run_suite.PAGE)
     good = True
     try:
-        for language, parts in (("en", ["pointer_and_keys", "remembering", "reduced_motion", "without_network"]),
+        for language, parts in (("en", ["pointer_and_keys", "remembering", "reduced_motion", "resizing", "without_network"]),
                                 ("zh-TW", ["chinese"])):
             browser = Browser(language=language)
             checks = Checks(browser, server)

@@ -22,7 +22,7 @@
 
     function degreesText(value, step, positive, negative) {
         const digits = Math.abs(value).toFixed(decimals(step));
-        const letter = Number(digits) === 0 ? '' : value > 0 ? positive : negative;
+        const letter = Number(digits) % 180 === 0 ? '' : value > 0 ? positive : negative;
         return `${digits}°${letter}`;
     }
 

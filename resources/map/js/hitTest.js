@@ -10,6 +10,8 @@
     const STEPS_ALONG = 32;
     const STEPS_ACROSS = 8;
     const NEIGHBOURS = 3;
+    // Where hundreds of routes lie over each other a click must still be answered at once.
+    const PATIENCE_MS = 150;
 
     // The segment of one route that holds the point, numbered from 1, or 0.
     function segmentAt(route, x, y) {
@@ -86,8 +88,9 @@
         choose(segments, slackPixels) {
             if (segments.length === 0) return null;
             const nearest = segments[0];
+            const end = performance.now() + PATIENCE_MS;
             for (const segment of segments) {
-                if (segment.pixels > nearest.pixels + slackPixels) break;
+                if (segment.pixels > nearest.pixels + slackPixels || performance.now() > end) break;
                 const point = this.pointOn(segment.route, segment.i, segment.along);
                 if (point !== null) return point;
             }

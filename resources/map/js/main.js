@@ -198,6 +198,7 @@
         map.invalidateSize({ animate: false });
         map.setMinZoom(Math.max(0, Math.floor(Math.log2(map.getSize().y / 256) * 2) / 2));
         configuration.read();
+        view.routesChanged();
     }
 
     map.getContainer().setAttribute('role', 'application');

@@ -15,6 +15,9 @@
     // With more lines than this in view their joints are cut plainly and their casings left out.
     const MANY_LINES = 30000;
     const SIGN_UNITS = 60;
+    // With more routes than this their signs would hide them: ends are plain dots then, and only the
+    // active one keeps its arrows.
+    const MANY_ROUTES = 24;
 
     // The pixel lines of one route in one view: from a to b, ending at place `at`.
     class Lines {
@@ -194,27 +197,29 @@
         }
 
         paintSigns(context, view, route, shift, active) {
-            this.paintArrows(context);
             const colour = active ? ACTIVE : OTHER;
+            const plain = !active && this.table.shown.size > MANY_ROUTES;
+            if (!plain) this.paintArrows(context);
             const ends = RoutePainter.ends(route);
             const at = ([x, y]) => [x * view.scale + shift, y * view.scale + view.top];
             const [sx, sy] = at(ends.start);
             const [ex, ey] = at(ends.end);
-            this.paintMark(context, ex, ey, colour);
-            context.fillRect(ex - 2, ey - 2, 4, 4);
-            this.paintMark(context, sx, sy, colour);
+            this.paintMark(context, ex, ey, colour, plain ? 2 : 5);
+            if (!plain) context.fillRect(ex - 2, ey - 2, 4, 4);
+            this.paintMark(context, sx, sy, plain ? ARROW : colour, plain ? 2 : 5);
+            if (plain) return;
             context.fillStyle = ARROW;
             context.beginPath();
             context.arc(sx, sy, 2, 0, 2 * Math.PI);
             context.fill();
         }
 
-        paintMark(context, x, y, colour) {
+        paintMark(context, x, y, colour, radius) {
             context.beginPath();
-            context.arc(x, y, 5, 0, 2 * Math.PI);
+            context.arc(x, y, radius, 0, 2 * Math.PI);
             context.fillStyle = CASING;
             context.fill();
-            context.lineWidth = 5;
+            context.lineWidth = radius;
             context.strokeStyle = CASING;
             context.stroke();
             context.lineWidth = 2;
