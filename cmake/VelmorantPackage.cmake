@@ -13,14 +13,7 @@ endif()
 configure_file(packaging/velmorant-dvr-tools.in packaging/velmorant-dvr-tools @ONLY)
 install(PROGRAMS "${CMAKE_BINARY_DIR}/packaging/velmorant-dvr-tools" DESTINATION bin)
 install(FILES packaging/velmorant-dvr-tools.desktop DESTINATION share/applications)
-foreach(size 16 24 32 48 64 128 256 512)
-    set(icon "${CMAKE_SOURCE_DIR}/resources/icons/velmorant-dvr-tools-${size}.png")
-    if(EXISTS "${icon}")
-        install(FILES "${icon}" DESTINATION share/icons/hicolor/${size}x${size}/apps
-                RENAME velmorant-dvr-tools.png)
-    endif()
-endforeach()
-install(FILES resources/icons/velmorant-dvr-tools.svg DESTINATION share/icons/hicolor/scalable/apps)
+install(DIRECTORY resources/icons/hicolor DESTINATION share/icons)
 
 # Debian wants its pages compressed, without a time stamp so that a build can be repeated.
 find_program(GZIP_PROGRAM gzip REQUIRED)

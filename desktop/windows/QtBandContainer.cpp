@@ -37,22 +37,26 @@ void QtBandContainer::setChild(const std::string& name, const std::string& windo
     place.child = found->second;
     if (place.child->parentWidget() != &container_)
         place.child->setParent(&container_);
+    layOut(place); // a container that is never told to lay itself out shows its band all the same
     place.child->show();
 }
 
 void QtBandContainer::recalculateLayout() {
-    for (auto& [name, band] : bands_) {
-        if (!band.child)
-            continue;
-        QRect place = band.area;
-        const int height = band.height > 0 ? band.height : place.height();
-        if (band.edge == Edge::Top)
-            place.setHeight(height);
-        else
-            place.setTop(place.bottom() - height + 1);
-        band.child->setGeometry(place);
-        band.child->raise();
-    }
+    for (auto& [name, band] : bands_)
+        layOut(band);
+}
+
+void QtBandContainer::layOut(Band& band) {
+    if (!band.child)
+        return;
+    QRect place = band.area;
+    const int height = band.height > 0 ? band.height : place.height();
+    if (band.edge == Edge::Top)
+        place.setHeight(height);
+    else
+        place.setTop(place.bottom() - height + 1);
+    band.child->setGeometry(place);
+    band.child->raise();
 }
 
 } // namespace velmorant

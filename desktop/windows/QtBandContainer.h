@@ -37,6 +37,7 @@ class QtBandContainer : public BandContainer {
     };
 
     Band& band(const std::string& name);
+    static void layOut(Band& band);
 
     QWidget& container_;
     const Screen& screen_;

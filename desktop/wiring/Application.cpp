@@ -1,0 +1,112 @@
+#include "desktop/wiring/Application.h"
+
+#include "common/textRules.h"
+#include "desktop/wiring/Bridges.h"
+
+#include <QApplication>
+#include <QUrl>
+#include <QUrlQuery>
+
+namespace velmorant {
+
+namespace {
+
+constexpr qint64 tileCacheLimit = 200ll * 1024 * 1024;
+
+VideoOutput videoOutput(const EnvironmentLookup& environment) {
+    return equalsIgnoringCase(environment("VELMORANT_VIDEO").value_or(""), "opengl")
+               ? VideoOutput::OpenGl
+               : VideoOutput::Software;
+}
+
+} // namespace
+
+Application::Application(EnvironmentLookup environment, std::string programFolder)
+    : m_environment(std::move(environment)),
+      m_texts(m_rooms.state.settings, m_environment("VELMORANT_SERVER").value_or("")) {
+    m_host = std::make_unique<Host>(m_environment, programFolder, m_texts);
+    m_tiles = std::make_unique<TileCache>(
+        QString::fromStdString(folderOf(m_host->paths, m_host->paths.temporaryFolder())) + "/tiles",
+        tileCacheLimit);
+    m_panes = std::make_unique<Panes>(*m_host, m_texts, videoOutput(m_environment), mapSettings());
+    m_browser = std::make_unique<JournalledBrowser>(m_panes->map.browser, m_host->journal);
+    m_rooms.rows = std::make_unique<RecordingList>(*m_panes->list.view);
+    m_mapData = std::make_unique<MapData>(m_rooms.state, *m_rooms.rows, m_texts);
+    m_bridges = std::make_unique<Bridges>(m_rooms, *m_panes, *m_host, [this] { endProgram(); });
+    configureTiles();
+
+    buildTrackRooms();
+    buildPlaybackRooms();
+    buildListRoom();
+    buildWindowRooms();
+
+    connectPlayer();
+    connectControlBar();
+    connectList();
+    connectMap();
+    connectFrame();
+    connectDialogs();
+}
+
+Application::~Application() = default;
+
+StartUpResult Application::start(const std::string& commandLine) {
+    StartUp startUp({m_rooms.state.settings, m_host->files, m_host->paths, m_host->profile, m_texts,
+                     m_host->messageBox, m_host->shellObject, m_host->screen,
+                     m_bridges->playerBands, m_bridges->frameBands, m_bridges->startingWindows});
+    return startUp.run(commandLine);
+}
+
+void Application::endProgram() {
+    m_panes->picture.player.stop();
+    // Queued: the handler that ends the program still runs, and the event loop may not yet.
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+// map -> program: what the page asks for.
+
+WebEngineBrowserSettings Application::mapSettings() {
+    WebEngineBrowserSettings settings;
+    settings.pageFolder = QString::fromStdString(m_host->paths.programFile("map"));
+    settings.storageFolder =
+        QString::fromStdString(folderOf(m_host->paths, m_host->paths.temporaryFolder()) + "/page");
+    settings.language = "en";
+    settings.tiles = m_tiles.get();
+    settings.source.configuration = [this] { return m_mapData->configuration(); };
+    settings.source.track = [this](long number) { return m_mapData->track(number); };
+    settings.source.command = [this](const std::string& name, const std::string& query) {
+        return answerCommand(name, query);
+    };
+    return settings;
+}
+
+std::optional<std::string> Application::answerCommand(const std::string& name,
+                                                      const std::string& query) {
+    if (name != "whole-window")
+        return std::nullopt;
+    const bool whole =
+        QUrlQuery(QString::fromStdString(query)).queryItemValue("on") == QLatin1String("1");
+    m_panes->frame.enlarge(whole ? m_panes->map.skin : nullptr);
+    m_mapData->setWholeWindow(whole);
+    return whole ? "{\"wholeWindow\": true}" : "{\"wholeWindow\": false}";
+}
+
+/// A provider is named by the user or the operator; without one nothing leaves the machine.
+void Application::configureTiles() {
+    const std::string address = m_environment("VELMORANT_TILES").value_or("");
+    if (address.empty())
+        return;
+    TileProvider provider;
+    provider.urlTemplate = QString::fromStdString(address);
+    const std::string zoom = m_environment("VELMORANT_TILES_MAXIMUM_ZOOM").value_or("19");
+    provider.maxZoom = isNumber(zoom) ? toInt16(zoom) : 19;
+    provider.referer =
+        QString::fromStdString(m_environment("VELMORANT_TILES_REFERER").value_or(""));
+    m_tiles->setProvider(provider);
+    m_mapData->setTiles(TileCredit{m_environment("VELMORANT_TILES_ATTRIBUTION")
+                                       .value_or(QUrl(provider.urlTemplate).host().toStdString()),
+                                   m_environment("VELMORANT_TILES_LINK").value_or(""),
+                                   provider.maxZoom});
+}
+
+} // namespace velmorant

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "app/LanguageTable.h"
+#include "app/StartUp.h"
+#include "desktop/wiring/Host.h"
+#include "desktop/wiring/MapData.h"
+#include "desktop/wiring/Panes.h"
+#include "desktop/wiring/PlaybackBridges.h"
+#include "desktop/wiring/Rooms.h"
+#include "desktop/wiring/WindowBridges.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace velmorant {
+
+/// The whole program: machine, widgets, rooms and what connects them.
+///
+/// The application object must exist, and prepareWebEngine() have been called before it.
+class Application {
+  public:
+    Application(EnvironmentLookup environment, std::string programFolder);
+    ~Application();
+    Application(const Application&) = delete;
+    Application& operator=(const Application&) = delete;
+
+    /// Start-up, without the event loop.
+    StartUpResult start(const std::string& commandLine);
+
+    // For whoever drives the program from within.
+    Rooms& rooms() { return m_rooms; }
+    Panes& panes() { return *m_panes; }
+    Host& host() { return *m_host; }
+
+  private:
+    struct Bridges;
+    void buildTrackRooms();
+    void buildPlaybackRooms();
+    void buildListRoom();
+    void buildWindowRooms();
+    void connectPlayer();
+    void connectControlBar();
+    void connectList();
+    void connectMap();
+    void connectFrame();
+    void connectDialogs();
+    WebEngineBrowserSettings mapSettings();
+    std::optional<std::string> answerCommand(const std::string& name, const std::string& query);
+    void configureTiles();
+    void endProgram();
+
+    EnvironmentLookup m_environment;
+    Rooms m_rooms;
+    LanguageTable m_texts;
+    std::unique_ptr<Host> m_host;
+    std::unique_ptr<TileCache> m_tiles;
+    std::unique_ptr<MapData> m_mapData;
+    std::unique_ptr<Panes> m_panes;
+    std::unique_ptr<JournalledBrowser> m_browser;
+    std::unique_ptr<Bridges> m_bridges;
+};
+
+} // namespace velmorant

@@ -1,0 +1,147 @@
+// What the user and the components do, handed to the rooms. Everything passes the gate, so that no
+// two handlers run at once.
+
+#include "desktop/wiring/Bridges.h"
+#include "desktop/wiring/keys.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QKeyEvent>
+#include <QUrl>
+
+namespace velmorant {
+
+// desktop -> playback: the player.
+
+void Application::connectPlayer() {
+    MpvPlayer& player = m_panes->picture.player;
+    HandlerGate& gate = m_host->gate;
+    player.onPlayStateChange([this, &gate](PlayState state) {
+        gate.runWhenFree([this, state] {
+            m_host->journal.write("state " + std::to_string(static_cast<int>(state)) + " " +
+                                  m_panes->picture.player.url());
+            m_rooms.child->PlayStateChange(state);
+        });
+    });
+    const auto failed = [this, &gate](const std::string& path, const std::string& reason) {
+        gate.runWhenFree([this, path, reason] {
+            m_host->journal.write("failed " + path + ": " + reason);
+            m_rooms.child->PlaybackFailed(path, reason);
+        });
+    };
+    player.onOpenFailed(failed);
+    VideoWidget& picture = *m_panes->picture.widget;
+    picture.onResize(
+        [this](int width, int height) { m_rooms.child->ResizeBackground(width, height); });
+    picture.onMouse([this, &gate](const PictureMouseEvent& event) {
+        gate.runWhenFree([this, event] {
+            if (event.action == MouseAction::Press)
+                m_rooms.child->PictureMousePressed();
+            else if (event.action == MouseAction::Release)
+                m_rooms.child->PictureClicked();
+        });
+    });
+    picture.onWheel([this, &gate](int steps) {
+        gate.runWhenFree([this, steps] { m_rooms.curve->ChangeVolume(steps * 5); });
+    });
+    m_rooms.child->onPlayStateChanged = [this](PlayState state) {
+        m_rooms.curve->PlayStateChanged(state);
+    };
+}
+
+// desktop -> playback: the control bar and the chart.
+
+void Application::connectControlBar() {
+    ControlPane& control = m_panes->control;
+    control.skin->onClick(
+        [this](const std::string& element) { m_rooms.curve->ButtonClicked(element); });
+    control.skin->onSlider(
+        [this](const std::string& element, double) { m_rooms.curve->SliderChanged(element); });
+    control.chart.onMouseUp([this](int point) {
+        m_host->gate.runWhenFree([this, point] { m_rooms.chart->Click(point); });
+    });
+    control.chart.onHover([this](int point) {
+        m_panes->control.chart.setHoverText(m_rooms.chart->PointText(point));
+    });
+    // app -> playback: the player window and the bar are loaded when they get their band.
+    m_bridges->playerBands.onChild("frmCurve", [this] {
+        m_rooms.curve->Load();
+        m_rooms.child->Load();
+        m_rooms.child->Resize();
+        const QSize size = m_panes->picture.widget->size();
+        m_rooms.child->ResizeBackground(size.width(), size.height());
+    });
+}
+
+// desktop -> library: the recording list.
+
+void Application::connectList() {
+    ListPane& pane = m_panes->list;
+    pane.skin->onClick([this](const std::string& element) { m_rooms.list->MarkCommand(element); });
+    RecordingListView::Listeners listeners;
+    listeners.mouseDown = [this](int x, int y) { m_rooms.list->MouseDown(x, y); };
+    listeners.mouseClick = [this](int x, int y) { m_rooms.list->MouseClick(x, y); };
+    listeners.doubleClick = [this] { m_rooms.list->PlaySelected(); };
+    listeners.select = [this](int row) { m_rooms.rows->select(row); };
+    listeners.toggle = [this] { m_rooms.list->ToggleSelected(); };
+    listeners.activate = [this] { m_rooms.list->PlaySelected(); };
+    listeners.remove = [this] { m_rooms.list->DeleteSelected(); };
+    listeners.type = [this](const std::string& typed) { m_rooms.list->SelectByTime(typed); };
+    pane.view->setListeners(std::move(listeners));
+}
+
+// desktop -> track: the map.
+
+void Application::connectMap() {
+    WebEngineBrowser& browser = m_panes->map.browser;
+    browser.onDocumentComplete([this](const std::string& address) {
+        m_host->gate.runWhenFree([this, address] {
+            m_rooms.mediaCtrl->DocumentComplete(address);
+            m_host->journal.write("page " + address);
+        });
+    });
+    browser.onLink([](const std::string& address) {
+        QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
+    });
+    browser.onPageMessage(
+        [this](const std::string& text) { m_host->journal.write("page says " + text); });
+    // app -> track: the pane is loaded when it gets its band.
+    m_bridges->frameBands.onChild("frmMediaCtrl", [this] {
+        m_panes->map.browser.setLanguage(m_rooms.state.settings.languageIndex == 2 ? "zh-TW"
+                                                                                   : "en");
+        m_rooms.mediaCtrl->Load();
+    });
+}
+
+// desktop -> app: the frame.
+
+void Application::connectFrame() {
+    MainWindow& frame = m_panes->frame;
+    frame.onCommand([this](const std::string& element) { m_rooms.main->SkinClick(element); });
+    frame.onDrop([this](const std::vector<std::string>& paths) { m_rooms.list->AddPaths(paths); });
+    frame.onKey([this](const QKeyEvent& event) { return useKey(event, m_rooms, *m_panes); });
+    frame.qtWindow().onResize([this] { m_rooms.main->Resize(); });
+    frame.qtWindow().onCloseRequest([this] {
+        if (m_rooms.main->CloseRequest() != CloseDecision::Close)
+            return;
+        m_rooms.main->Unload();
+        m_panes->frame.qtWindow().close();
+        endProgram();
+    });
+}
+
+// desktop -> settings: the dialogs.
+
+void Application::connectDialogs() {
+    m_panes->setup.skin().onClick([this](const std::string& element) {
+        if (equalsIgnoringCase(element, "cancel"))
+            m_panes->setup.qtWindow().close();
+        else
+            m_rooms.setup->SkinClick(element);
+    });
+    m_panes->about.skin().onClick(
+        [this](const std::string& element) { m_rooms.about->SkinClick(element); });
+    m_panes->splash.qtWindow().onResize([this] { m_rooms.tip->Resize(); });
+}
+
+} // namespace velmorant

@@ -1,0 +1,94 @@
+// The rooms are built here, from the bottom up. A room is handed its ports and the bridges to the
+// rooms that it calls; the bridges look those up when they are called.
+
+#include "desktop/wiring/Bridges.h"
+#include "desktop/wiring/programFacts.h"
+
+namespace velmorant {
+
+void Application::buildTrackRooms() {
+    Bridges& bridges = *m_bridges;
+    m_rooms.mediaCtrl = std::make_unique<frmMediaCtrl>(
+        MediaCtrlNeeds{*m_browser, bridges.tGetMapLocal, *m_panes->map.skin, *m_panes->map.bar,
+                       m_host->paths, m_texts, bridges.mapToPlayer, m_rooms.state, std::nullopt});
+    m_rooms.sendData = std::make_unique<frmSendData>(SendDataNeeds{
+        bridges.tStart, m_panes->extraction, m_host->waits, m_host->files, m_host->paths,
+        m_host->shell, m_host->trackDocument, m_host->messageBox, m_texts, m_panes->list.status,
+        bridges.extractionToList, *m_rooms.mediaCtrl, m_rooms.state});
+    m_rooms.follow = std::make_unique<PositionFollow>(
+        PositionFollowNeeds{m_panes->picture.player, *m_panes->control.skin, bridges.followToChart,
+                            *m_rooms.mediaCtrl, m_rooms.state});
+}
+
+void Application::buildPlaybackRooms() {
+    Bridges& bridges = *m_bridges;
+    PicturePane& picture = m_panes->picture;
+    m_rooms.child = std::make_unique<frmChild>(
+        ChildNeeds{picture.player, picture.player, picture.view, picture.hidden, picture.hidden,
+                   bridges.tPlayTime, *m_panes->control.skin, m_panes->frame.bands(),
+                   m_host->screen, m_host->files, m_host->paths, m_host->messageBox, m_texts,
+                   bridges.playbackToFollow, bridges.playbackToList});
+    m_rooms.chart = std::make_unique<CurveChart>(CurveChartNeeds{
+        m_panes->control.chart, m_texts, *m_rooms.child, bridges.playbackToFollow, m_rooms.state});
+    m_rooms.still = std::make_unique<StillPicture>(
+        StillPictureNeeds{m_host->screen, m_host->capture, m_host->dialogs, m_host->clock,
+                          m_host->messageBox, m_texts, *m_rooms.child});
+    m_rooms.curve = std::make_unique<frmCurve>(
+        CurveNeeds{picture.player, picture.player, *m_panes->control.skin, bridges.tFast,
+                   m_host->files, m_host->paths, m_host->messageBox, m_texts,
+                   m_panes->control.window, *m_rooms.child, *m_rooms.chart, *m_rooms.still,
+                   bridges.playbackToFollow, bridges.playbackToList, m_rooms.state,
+                   [this](StepDirection direction) {
+                       m_panes->picture.player.stepFrame(
+                           direction == StepDirection::Back ? FrameStep::Back : FrameStep::Forward);
+                   },
+                   [] {}});
+}
+
+void Application::buildListRoom() {
+    Bridges& bridges = *m_bridges;
+    ListPane& pane = m_panes->list;
+    m_rooms.list = std::make_unique<frmMP4List>(frmMP4ListNeeds{m_rooms.state,
+                                                                *m_rooms.rows,
+                                                                *pane.view,
+                                                                *pane.view,
+                                                                pane.bands,
+                                                                *pane.skin,
+                                                                bridges.tContinue,
+                                                                pane.status,
+                                                                m_host->dialogs,
+                                                                m_host->messageBox,
+                                                                m_host->files,
+                                                                m_host->folders,
+                                                                m_host->paths,
+                                                                m_host->screen,
+                                                                m_texts,
+                                                                m_host->waits,
+                                                                m_host->handOverDocument,
+                                                                pane.progress,
+                                                                bridges.listToMap,
+                                                                bridges.listToPlayer,
+                                                                bridges.listToChart,
+                                                                bridges.listToExtraction});
+    pane.view->setSource(&bridges.listRows);
+}
+
+void Application::buildWindowRooms() {
+    Bridges& bridges = *m_bridges;
+    SettingsState& settings = m_rooms.state.settings;
+    m_rooms.tip = std::make_unique<frmTip>(frmTipNeeds{
+        settings, m_panes->splash.qtWindow(), m_panes->splash.skin(), bridges.splashTimer,
+        m_host->screen, m_host->files, m_host->paths, m_texts, m_host->messageBox});
+    m_rooms.main = std::make_unique<frmMain>(frmMainNeeds{
+        settings, m_panes->frame.qtWindow(), m_panes->frame.nativeWindow(), m_panes->frame.skin(),
+        m_panes->splash.qtWindow(), m_host->files, m_host->paths, m_host->screen, m_texts,
+        m_host->messageBox, m_host->waits, bridges.commandsOfFrame});
+    m_rooms.setup = std::make_unique<frmSetupInfo>(frmSetupInfoNeeds{
+        settings, m_panes->setup.qtWindow(), m_panes->setup.skin(), m_host->screen, m_host->files,
+        m_host->paths, m_texts, m_host->messageBox, m_host->shell, bridges.settingsToProgram});
+    m_rooms.about = std::make_unique<frmAbout>(frmAboutNeeds{
+        m_panes->about.qtWindow(), m_panes->about.skin(), m_host->screen, m_host->files,
+        m_host->paths, m_texts, m_host->messageBox, m_host->shell, programFacts()});
+}
+
+} // namespace velmorant

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "desktop/wiring/Application.h"
+
+namespace velmorant {
+
+/// The bridges between the rooms and the timers of their windows, in one place so that they outlive
+/// the rooms that use them.
+struct Application::Bridges {
+    Bridges(Rooms& rooms, Panes& panes, Host& host, std::function<void()> endProgram)
+        : listToMap(rooms),
+          listToExtraction(rooms),
+          listToPlayer(rooms, panes.picture.player),
+          listToChart(rooms),
+          extractionToList(rooms),
+          listRows(rooms),
+          playbackToList(rooms),
+          playbackToFollow(rooms),
+          followToChart(rooms),
+          mapToPlayer(rooms, panes.picture.player),
+          playerBands(panes.frame.bands()),
+          frameBands(panes.frame.bands()),
+          startingWindows(rooms, panes),
+          commandsOfFrame(rooms, panes, endProgram),
+          settingsToProgram(rooms, host, endProgram),
+          tStart(host.gate),
+          tGetMapLocal(host.gate),
+          tPlayTime(host.gate),
+          tFast(host.gate),
+          tContinue(host.gate),
+          splashTimer(host.gate) {}
+
+    ListToMap listToMap;
+    ListToExtraction listToExtraction;
+    ListToPlayer listToPlayer;
+    ListToChart listToChart;
+    ExtractionToList extractionToList;
+    ListRows listRows;
+    PlaybackToList playbackToList;
+    PlaybackToFollow playbackToFollow;
+    FollowToChart followToChart;
+    MapToPlayer mapToPlayer;
+    LoadingBands playerBands;
+    LoadingBands frameBands;
+    StartingWindows startingWindows;
+    CommandsOfFrame commandsOfFrame;
+    SettingsToProgram settingsToProgram;
+    QtTimer tStart;
+    QtTimer tGetMapLocal;
+    QtTimer tPlayTime;
+    QtTimer tFast;
+    QtTimer tContinue;
+    QtTimer splashTimer;
+};
+
+} // namespace velmorant

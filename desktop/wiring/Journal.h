@@ -1,0 +1,41 @@
+#pragma once
+
+#include "ports/WebBrowser.h"
+
+#include <fstream>
+#include <string>
+
+namespace velmorant {
+
+/// Writes down what the program does, a line each, for whoever looks into a problem or drives the
+/// program from outside. Without a file it writes nothing.
+class Journal {
+  public:
+    /// Appends to the file; an empty path, or one that cannot be written, keeps no journal.
+    explicit Journal(const std::string& path);
+    void write(const std::string& line);
+
+  private:
+    std::ofstream m_file;
+};
+
+/// The browser control with every script call written down.
+class JournalledBrowser : public WebBrowser {
+  public:
+    JournalledBrowser(WebBrowser& browser, Journal& journal)
+        : m_browser(browser), m_journal(journal) {}
+    void navigate(const std::string& address) override;
+    std::string documentUrl() const override { return m_browser.documentUrl(); }
+    void execScript(const std::string& text, const std::string& language) override;
+    void readWindowProperty(const std::string& name,
+                            std::function<void(const std::string&)> result) override;
+    void setWindowProperty(const std::string& name, const std::string& value) override;
+    void setBodyScroll(const std::string& value) override { m_browser.setBodyScroll(value); }
+    void attachToBackground() override { m_browser.attachToBackground(); }
+
+  private:
+    WebBrowser& m_browser;
+    Journal& m_journal;
+};
+
+} // namespace velmorant

@@ -1,0 +1,104 @@
+#include "desktop/wiring/MapData.h"
+
+#include "common/textRules.h"
+#include "library/recordingNames.h"
+
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace velmorant {
+
+namespace {
+
+std::string jsonText(const QJsonObject& object) {
+    return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
+}
+
+/// "2012/9/7 08:05:09" as the page reads it; empty for a text of another form.
+QString utcStart(const std::string& dateText) {
+    const std::vector<std::string> halves = split(dateText, ' ');
+    if (halves.size() != 2)
+        return {};
+    const std::vector<std::string> date = split(halves[0], '/');
+    if (date.size() != 3)
+        return {};
+    for (const std::string& part : date)
+        if (!isNumber(part))
+            return {};
+    return QString::fromStdString(zeroPadded(toInt32(date[0]), 4) + "-" +
+                                  zeroPadded(toInt32(date[1]), 2) + "-" +
+                                  zeroPadded(toInt32(date[2]), 2) + "T" + halves[1] + "Z");
+}
+
+void addPlaces(QJsonObject& object, const clsDot& track, const TrackDetails* details) {
+    QJsonArray seconds;
+    QJsonArray speeds;
+    QJsonArray fixes;
+    const auto count = track.count();
+    const bool fixesKnown =
+        details != nullptr && details->samples.size() == static_cast<std::size_t>(count);
+    for (std::int32_t i = 1; i <= count; ++i) {
+        const TrackDot& dot = track.dot(i);
+        seconds.append(dot.second);
+        speeds.append(dot.speed);
+        if (fixesKnown)
+            fixes.append(details->samples[static_cast<std::size_t>(i) - 1].hasFix ? 1 : 0);
+    }
+    object["second"] = seconds;
+    object["speed"] = speeds;
+    if (fixesKnown)
+        object["fix"] = fixes;
+    if (count > 0) {
+        const QString start = utcStart(track.dot(1).dateText);
+        if (!start.isEmpty())
+            object["utcStart"] = start;
+    }
+}
+
+} // namespace
+
+MapData::MapData(const ProgramState& state, const RecordingList& list, const Texts& texts)
+    : m_state(state), m_list(list), m_texts(texts) {}
+
+std::optional<std::string> MapData::track(long number) const {
+    const std::string key = trackKey(std::to_string(number));
+    const std::shared_ptr<clsDot> track = m_state.loadedTracks.find(key);
+    if (!track)
+        return std::nullopt;
+    QJsonObject object;
+    object["number"] = static_cast<qint64>(number);
+    const int row = track->lSerial();
+    if (row >= 1 && row <= m_list.count()) {
+        const QFileInfo file(QString::fromStdString(m_list.text(row, SubItem::FullPath)));
+        object["name"] = file.fileName();
+        const bool locked =
+            kindOfBaseName(baseNameOf(file.fileName().toStdString())) == RecordingKind::Locked;
+        object["kind"] = locked ? "locked" : "normal";
+    }
+    addPlaces(object, *track, m_state.loadedTracks.details(key));
+    return jsonText(object);
+}
+
+std::string MapData::configuration() const {
+    QJsonObject object;
+    object["language"] = m_state.settings.languageIndex == 2 ? "zh-TW" : "en";
+    QJsonObject unit;
+    unit["factor"] = m_state.settings.speedFactor;
+    unit["label"] = QString::fromStdString(m_texts.byOffset(1000 + m_state.settings.unitCode % 10));
+    object["unit"] = unit;
+    if (m_tiles) {
+        QJsonObject tiles;
+        tiles["maxZoom"] = m_tiles->maximumZoom;
+        tiles["attribution"] = QString::fromStdString(m_tiles->attribution);
+        if (!m_tiles->link.empty())
+            tiles["link"] = QString::fromStdString(m_tiles->link);
+        object["tiles"] = tiles;
+    }
+    object["commands"] = QJsonArray{"whole-window"};
+    object["wholeWindow"] = m_wholeWindow;
+    return jsonText(object);
+}
+
+} // namespace velmorant

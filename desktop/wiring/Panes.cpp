@@ -1,0 +1,101 @@
+#include "desktop/wiring/Panes.h"
+
+#include <utility>
+
+namespace velmorant {
+
+namespace {
+
+constexpr QSize markSize{16, 16};
+
+/// A place of a skin, or the whole skin where it names none.
+QRect placeOrAll(const SkinView& skin, const char* id) {
+    const QRect place = skin.placeRect(id);
+    return place.isEmpty() ? skin.rect() : place;
+}
+
+} // namespace
+
+void ListProgress::begin(int files) {
+    m_bar.setRange(0, files);
+    m_bar.setValue(0);
+    m_bar.show();
+    m_bar.raise();
+}
+
+PicturePane::PicturePane(VideoOutput output, QWidget* parent)
+    : player(output, AudioOutput::System),
+      hidden(VideoOutput::None, AudioOutput::None),
+      widget(new VideoWidget(player, parent)),
+      view(*widget) {}
+
+ControlPane::ControlPane(HandlerGate& gate, const Screen& screen)
+    : skin(new SkinView(gate)), chart(skin), window(*skin, gate, screen) {
+    // A drag shows where it would go; the picture follows when the knob is let go.
+    skin->setSliderOptions("playprogress", {1, 5, SliderDrag::AtRelease});
+    skin->setSliderOptions("volume", {5, 10, SliderDrag::Live});
+    skin->setSliderOptions("playspeed", {21, 21, SliderDrag::AtRelease});
+    QObject::connect(skin, &SkinView::loaded, skin, [this] { layOut(); });
+}
+
+void ControlPane::layOut() {
+    chart.widget().setGeometry(placeOrAll(*skin, "place.chart"));
+    chart.widget().show();
+}
+
+ListPane::ListPane(HandlerGate& gate, const Screen& screen)
+    : skin(new SkinView(gate)),
+      view(new RecordingListView(gate, screen)),
+      bar(new QProgressBar(skin)),
+      bands(*skin, screen),
+      progress(*bar),
+      status(*skin, "place.status") {
+    bands.addWindow("LstMP4", *view);
+    bar->setTextVisible(false);
+    bar->hide();
+    QObject::connect(skin, &SkinView::loaded, skin, [this] { layOut(); });
+}
+
+void ListPane::layOut() {
+    bands.setArea("QVBar", placeOrAll(*skin, "place.list"), QtBandContainer::Edge::Top);
+    bands.recalculateLayout();
+    bar->setGeometry(placeOrAll(*skin, "place.progress"));
+    RowPictures pictures;
+    pictures.notMarked = skin->picture("mark1", markSize);
+    pictures.marked = skin->picture("mark2", markSize);
+    pictures.playing = skin->picture("playing", markSize);
+    view->setPictures(std::move(pictures));
+}
+
+MapPane::MapPane(HandlerGate& gate, WebEngineBrowserSettings settings)
+    : skin(new SkinView(gate)), bar(new SkinView(gate, skin)), browser(std::move(settings)) {
+    browser.view().setParent(skin);
+    browser.setDelivery([&gate](std::function<void()> step) { gate.runWhenFree(std::move(step)); });
+    QObject::connect(skin, &SkinView::loaded, skin, [this] { layOut(); });
+}
+
+void MapPane::layOut() {
+    browser.view().setGeometry(placeOrAll(*skin, "place.map"));
+    const QRect place = skin->placeRect("place.bar");
+    bar->setVisible(!place.isEmpty());
+    bar->setGeometry(place);
+}
+
+Panes::Panes(Host& host, const Texts& texts, VideoOutput output,
+             WebEngineBrowserSettings mapSettings)
+    : frame(host.gate, host.screen),
+      picture(output, &frame),
+      control(host.gate, host.screen),
+      list(host.gate, host.screen),
+      map(host.gate, std::move(mapSettings)),
+      extraction(host.gate, host.waits, [&texts] { return texts.addition("button.cancel"); }),
+      splash(host.gate, host.screen),
+      setup(host.gate, host.screen, &frame),
+      about(host.gate, host.screen, &frame) {
+    frame.host(MainWindow::Pane::Picture, *picture.widget);
+    frame.host(MainWindow::Pane::List, *list.skin);
+    frame.bands().addWindow("frmCurve", *control.skin);
+    frame.bands().addWindow("frmMediaCtrl", *map.skin);
+}
+
+} // namespace velmorant

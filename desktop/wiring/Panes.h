@@ -1,0 +1,89 @@
+#pragma once
+
+#include "desktop/chart/ChartWidget.h"
+#include "desktop/map/TileCache.h"
+#include "desktop/map/WebEngineBrowser.h"
+#include "desktop/player/MpvPlayer.h"
+#include "desktop/player/VideoWidget.h"
+#include "desktop/widgets/ExtractionProgress.h"
+#include "desktop/widgets/RecordingListView.h"
+#include "desktop/widgets/SkinStatusLine.h"
+#include "desktop/windows/MainWindow.h"
+#include "desktop/windows/SkinDialog.h"
+#include "desktop/wiring/Host.h"
+#include "desktop/wiring/ListBridges.h"
+#include "library/AddingProgress.h"
+
+#include <QProgressBar>
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace velmorant {
+
+/// Shows in the list's own progress line how far the adding of many files has come.
+class ListProgress : public AddingProgress {
+  public:
+    explicit ListProgress(QProgressBar& bar) : m_bar(bar) {}
+    void begin(int files) override;
+    void step(int filesAdded) override { m_bar.setValue(filesAdded); }
+    void end() override { m_bar.hide(); }
+
+  private:
+    QProgressBar& m_bar;
+};
+
+/// The picture with its two players.
+struct PicturePane {
+    PicturePane(VideoOutput output, QWidget* parent);
+    MpvPlayer player;
+    MpvPlayer hidden;    ///< plays the system clip, seen and heard by nobody
+    VideoWidget* widget; ///< a child of the frame
+    VideoWidgetView view;
+};
+
+/// The control bar with the chart in it.
+struct ControlPane {
+    ControlPane(HandlerGate& gate, const Screen& screen);
+    void layOut();  ///< after a skin was loaded
+    SkinView* skin; ///< a child of the frame
+    ChartWidget chart;
+    QtWindow window;
+};
+
+/// The recording list.
+struct ListPane {
+    ListPane(HandlerGate& gate, const Screen& screen);
+    void layOut();
+    SkinView* skin; ///< a child of the frame
+    RecordingListView* view;
+    QProgressBar* bar;
+    QtBandContainer bands;
+    ListProgress progress;
+    SkinStatusLine status;
+};
+
+/// The map pane: background, bar and browser control.
+struct MapPane {
+    MapPane(HandlerGate& gate, WebEngineBrowserSettings settings);
+    void layOut();
+    SkinView* skin; ///< a child of the frame
+    SkinView* bar;
+    WebEngineBrowser browser;
+};
+
+/// Every widget of the frame.
+struct Panes {
+    Panes(Host& host, const Texts& texts, VideoOutput output, WebEngineBrowserSettings mapSettings);
+    MainWindow frame;
+    PicturePane picture;
+    ControlPane control;
+    ListPane list;
+    MapPane map;
+    ExtractionProgress extraction;
+    SplashWindow splash;
+    SetupDialog setup;
+    AboutDialog about;
+};
+
+} // namespace velmorant

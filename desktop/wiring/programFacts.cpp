@@ -1,0 +1,23 @@
+#include "desktop/wiring/programFacts.h"
+
+#include <QtGlobal>
+#include <mpv/client.h>
+#include <qcustomplot.h>
+
+namespace velmorant {
+
+ProgramFacts programFacts() {
+    const unsigned long mpv = mpv_client_api_version();
+    ProgramFacts facts;
+    facts.version = VELMORANT_VERSION;
+    facts.licence = "GPL-3.0-or-later";
+    facts.components = std::string("Qt ") + qVersion() + " (LGPL-3.0)\n" + "libmpv " +
+                       std::to_string(mpv >> 16) + "." + std::to_string(mpv & 0xffff) +
+                       " (GPL-2.0+)\n" + "QCustomPlot " + QCUSTOMPLOT_VERSION_STR +
+                       " (GPL-3.0+)\n" + "Leaflet 1.9.4 (BSD-2-Clause)\n" +
+                       "TopoJSON, World Atlas (ISC)\n" + "Expat (MIT)";
+    facts.webSite = "https://velmorant.example/dvr-tools";
+    return facts;
+}
+
+} // namespace velmorant
