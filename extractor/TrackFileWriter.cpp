@@ -7,8 +7,8 @@
 #include <filesystem>
 #include <random>
 
-#include "telemetry/XmlText.h"
 #include "telemetry/UtcTime.h"
+#include "telemetry/XmlText.h"
 
 namespace velmorant::telemetry {
 
