@@ -28,6 +28,12 @@ int percent(std::int64_t part, std::int64_t whole) {
     return toInt16(static_cast<double>(part) * 100.0 / static_cast<double>(whole));
 }
 
+/// The extractor's notices begin with the recording's path, which the reader of a line knows.
+std::string withoutPath(const std::string& notice, const std::string& path) {
+    const std::string start = path + ": ";
+    return notice.starts_with(start) ? notice.substr(start.size()) : notice;
+}
+
 } // namespace
 
 frmSendData::frmSendData(const SendDataNeeds& needs) : m_needs(needs), m_reader(needs.document) {
@@ -120,7 +126,7 @@ frmSendData::Next frmSendData::extractSteps(int row, Mode mode) {
 std::string frmSendData::prepareTrackFile() {
     const std::string folder = m_needs.paths.temporaryFolder();
     ensureFolder(m_needs.files, m_needs.paths, folder);
-    const std::string trackFile = m_needs.paths.join(folder, "output.kml");
+    std::string trackFile = m_needs.paths.join(folder, "output.kml");
     if (m_needs.files.fileExists(trackFile))
         m_needs.files.deleteFile(trackFile);
     return trackFile;
@@ -169,7 +175,8 @@ void frmSendData::takeTrackFile(int row, Mode mode) {
     RouteSender(m_needs.page, m_needs.waits, number, [this] { return hurried(); }).complete();
     if (!m_reader.error().empty()) {
         noteFailure(row, m_reader.error());
-    } else if (const std::string notice = m_reader.notice(); !notice.empty()) {
+    } else if (!m_reader.notice().empty()) {
+        const std::string notice = withoutPath(m_reader.notice(), m_needs.list.path(row));
         m_needs.list.noteReason(row, notice);
         m_needs.status.show(fileName(row) + ": " + notice);
     }

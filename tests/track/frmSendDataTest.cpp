@@ -438,6 +438,14 @@ TEST_F(frmSendDataTest, a_notice_beside_samples_is_told_without_a_box) {
     EXPECT_EQ(list.at(1).reason, "the last minute is missing");
 }
 
+TEST_F(frmSendDataTest, a_notice_that_begins_with_the_path_is_told_without_it) {
+    fakes::XmlContent content = trackFileContent(3);
+    content.elements["notice"] = list.at(1).path + ": moov at byte 7: the box is cut off";
+    written[list.at(1).path] = content;
+    extractOne();
+    EXPECT_EQ(status.last(), "103045.MP4: moov at byte 7: the box is cut off");
+}
+
 TEST_F(frmSendDataTest, a_batch_tells_all_its_failures_once_at_its_end) {
     for (int i = 0; i < 3; ++i)
         addRow("/card/" + std::to_string(i) + ".MP4", std::to_string(20 + i));
