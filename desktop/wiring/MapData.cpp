@@ -50,6 +50,8 @@ void addPlaces(QJsonObject& object, const clsDot& track, const TrackDetails* det
     object["speed"] = speeds;
     if (fixesKnown)
         object["fix"] = fixes;
+    if (details != nullptr && !details->timeBase.empty())
+        object["timeBase"] = QString::fromStdString(details->timeBase);
     if (count > 0) {
         const QString start = utcStart(track.dot(1).dateText);
         if (!start.isEmpty())

@@ -10,12 +10,12 @@
         return String(value).padStart(2, '0');
     }
 
-    // The moment as the program writes it: year/month/day, then the time of day, in UTC.
+    // The moment as the program writes it: year/month/day, then the time of day.
     function clockText(milliseconds) {
         const time = new Date(milliseconds);
         const date = `${time.getUTCFullYear()}/${time.getUTCMonth() + 1}/${time.getUTCDate()}`;
         const clock = [time.getUTCHours(), time.getUTCMinutes(), time.getUTCSeconds()].map(two).join(':');
-        return `${date} ${clock} UTC`;
+        return `${date} ${clock}`;
     }
 
     class Hover {
@@ -73,8 +73,9 @@
             const name = data.name || `${this.texts.get('recording')} ${route.number}`;
             const seconds = data.second[i];
             const into = `${two(Math.floor(seconds / 60))}:${two(((seconds % 60) + 60) % 60)}`;
-            const when = Number.isNaN(data.start) ? into
-                : `${clockText(data.start + 1000 * seconds)} (${into})`;
+            const clock = clockText(data.start + 1000 * seconds);
+            const when = Number.isNaN(data.start) || data.timeBase === 'none' ? into
+                : `${clock} ${this.texts.get(data.timeBase)} (${into})`;
             const speed = route.hasFix(i) ? this.speedColours.speedText(data.speed[i])
                 : this.texts.get('fixLost');
             return [`${name} · ${kind}`, when, speed];

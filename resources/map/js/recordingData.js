@@ -5,13 +5,14 @@
 (function (velmorantMap) {
     const ATTEMPTS_WITHOUT_ANSWER = 3;
     const IDLE_MS = 400;
+    const TIME_BASES = ['utc', 'camera', 'creation', 'none'];
 
     function typed(ArrayType, values, usual) {
         return ArrayType.from(values, (value) => (Number.isFinite(value) ? value : usual));
     }
 
     // The answer in the page's form, or an Error that says what is wrong with it:
-    // {name, locked, start (milliseconds or NaN), second, speed, fix or null, count}.
+    // {name, locked, start (milliseconds or NaN), timeBase, second, speed, fix or null, count}.
     function read(answer) {
         if (answer === null || typeof answer !== 'object') throw new Error('not an object');
         const { second, speed, fix } = answer;
@@ -24,6 +25,7 @@
             name: typeof answer.name === 'string' ? answer.name : '',
             locked: answer.kind === 'locked',
             start: Date.parse(answer.utcStart),
+            timeBase: TIME_BASES.includes(answer.timeBase) ? answer.timeBase : 'utc',
             second: typed(Int32Array, second, 0),
             speed: typed(Float32Array, speed, 0),
             fix: fix === undefined ? null : typed(Uint8Array, fix, 1),

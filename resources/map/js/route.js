@@ -184,15 +184,18 @@
             const told = Math.min(this.count, data.count);
             for (let i = 0; i < told; i += 1) {
                 if (this.isUnknown(i)) continue;
-                const held = data.fix !== null && data.fix[i] === 0 && this.lastKnown >= 0;
+                const held = data.fix !== null && data.fix[i] === 0;
                 const seconds = this.lastKnown < 0 ? 0
                     : Math.max(1, Math.abs(data.second[i] - data.second[this.lastKnown]));
-                const link = held ? Link.JOINED : this.link(i, seconds);
+                const link = held && this.lastKnown >= 0 ? Link.JOINED : this.link(i, seconds);
                 if (!held) this.lastKnown = i;
                 this.flags[i] = (held ? HELD : 0) | (link << LINK_SHIFT) |
                     (speedClass(data.speed[i]) << SPEED_SHIFT);
             }
-            for (let i = told; i < this.count; i += 1) if (!this.isUnknown(i)) this.lastKnown = i;
+            // Without any fix the places are still what was sent, and are drawn.
+            for (let i = this.count - 1; this.lastKnown < 0 && i >= 0; i -= 1) {
+                if (!this.isUnknown(i)) this.lastKnown = i;
+            }
         }
     }
 

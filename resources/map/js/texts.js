@@ -25,6 +25,9 @@
         locked: ['locked', '鎖定'],
         normal: ['normal', '一般'],
         fixLost: ['no fix', '無定位'],
+        utc: ['UTC', '世界時'],
+        camera: ['camera clock', '行車記錄器時間'],
+        creation: ['file date', '檔案時間'],
         speedLegend: ['Speed', '速度'],
     };
 

@@ -84,6 +84,40 @@
         check(document.querySelector('.car') !== null, 'the car does not come back');
     });
 
+    test('seconds_before_the_first_fix_show_no_car', () => {
+        routes.draw(7, DRIVE.map((place, i) => (i < 5 ? DRIVE[5] : place)));
+        const route = page.table.shown.get(7);
+        page.data.take(route, {
+            second: DRIVE.map((_, i) => i), speed: DRIVE.map(() => 50), fix: DRIVE.map((_, i) => (i < 5 ? 0 : 1)),
+        });
+        equal([0, 4, 5, 6].map((i) => route.hasFix(i)), [false, false, true, true], 'fixes');
+        const [x, y] = DRIVE[5].map((value) => value.toFixed(7));
+        MoveCar(`${x}|${y}|1|90`);
+        check(document.querySelector('.car') === null, 'a car before the first fix');
+        MoveCar(`${x}|${y}|6|90`);
+        check(document.querySelector('.car') !== null, 'no car at the first fix');
+    });
+
+    test('a_recording_without_any_fix_keeps_its_drawing', () => {
+        routes.draw(7, DRIVE);
+        const route = page.table.shown.get(7);
+        page.data.take(route, { second: DRIVE.map((_, i) => i), speed: DRIVE.map(() => 0), fix: DRIVE.map(() => 0) });
+        check(!route.isEmpty(), 'the route is taken for empty');
+    });
+
+    test('the_clock_time_says_what_it_rests_on', () => {
+        routes.draw(7, DRIVE);
+        const route = page.table.shown.get(7);
+        const answer = { utcStart: '2012-09-07T23:59:58Z', second: DRIVE.map((_, i) => i), speed: DRIVE.map(() => 50) };
+        const whenOf = (timeBase) => {
+            page.data.take(route, { ...answer, timeBase });
+            return page.hover.lines(route, 3)[1];
+        };
+        equal(whenOf('camera'), `2012/9/8 00:00:01 ${page.texts.get('camera')} (00:03)`, 'camera');
+        equal(whenOf(undefined), '2012/9/8 00:00:01 UTC (00:03)', 'UTC');
+        equal(whenOf('none'), '00:03', 'none');
+    });
+
     test('data_that_break_the_form_are_logged_and_left_out', () => {
         routes.draw(7, DRIVE);
         const route = page.table.shown.get(7);
