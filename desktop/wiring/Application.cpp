@@ -86,7 +86,7 @@ std::optional<std::string> Application::answerCommand(const std::string& name,
         return std::nullopt;
     const bool whole =
         QUrlQuery(QString::fromStdString(query)).queryItemValue("on") == QLatin1String("1");
-    m_panes->frame.enlarge(whole ? m_panes->map.skin : nullptr);
+    m_panes->frame.enlarge(whole ? &m_panes->map.browser.view() : nullptr);
     m_mapData->setWholeWindow(whole);
     return whole ? "{\"wholeWindow\": true}" : "{\"wholeWindow\": false}";
 }

@@ -35,10 +35,17 @@ void Application::connectPlayer() {
         [this](int width, int height) { m_rooms.child->ResizeBackground(width, height); });
     picture.onMouse([this, &gate](const PictureMouseEvent& event) {
         gate.runWhenFree([this, event] {
-            if (event.action == MouseAction::Press)
-                m_rooms.child->PictureMousePressed();
-            else if (event.action == MouseAction::Release)
-                m_rooms.child->PictureClicked();
+            switch (event.action) {
+            case MouseAction::Press:
+                m_rooms.clicks->pressed();
+                break;
+            case MouseAction::Release:
+                m_rooms.clicks->released();
+                break;
+            case MouseAction::DoubleClick:
+                m_rooms.clicks->doubleClicked();
+                break;
+            }
         });
     });
     picture.onWheel([this, &gate](int steps) {
@@ -46,7 +53,9 @@ void Application::connectPlayer() {
     });
     m_rooms.child->onPlayStateChanged = [this](PlayState state) {
         m_rooms.curve->PlayStateChanged(state);
+        m_rooms.moment->Show();
     };
+    m_rooms.child->onTicked = [this] { m_rooms.moment->Show(); };
 }
 
 // desktop -> playback: the control bar and the chart.
@@ -57,6 +66,12 @@ void Application::connectControlBar() {
         [this](const std::string& element) { m_rooms.curve->ButtonClicked(element); });
     control.skin->onSlider(
         [this](const std::string& element, double) { m_rooms.curve->SliderChanged(element); });
+    control.skin->onSliderPreview([this](const std::string& element, double value) {
+        if (element == "playprogress")
+            m_rooms.moment->Preview(value);
+    });
+    QObject::connect(control.skin, &SkinView::loaded, control.skin,
+                     [this] { nameKeys(*m_panes->control.skin); });
     control.chart.onMouseUp([this](int point) {
         m_host->gate.runWhenFree([this, point] { m_rooms.chart->Click(point); });
     });
@@ -70,6 +85,7 @@ void Application::connectControlBar() {
         m_rooms.child->Resize();
         const QSize size = m_panes->picture.widget->size();
         m_rooms.child->ResizeBackground(size.width(), size.height());
+        m_rooms.moment->ShowUnit();
     });
 }
 

@@ -4,7 +4,18 @@
 #include "desktop/wiring/Bridges.h"
 #include "desktop/wiring/programFacts.h"
 
+#include <QDateTime>
+
 namespace velmorant {
+
+namespace {
+
+/// Minutes from UTC to the system's zone at a moment.
+int zoneOffsetMinutes(std::int64_t utcSeconds) {
+    return QDateTime::fromSecsSinceEpoch(utcSeconds).offsetFromUtc() / 60;
+}
+
+} // namespace
 
 void Application::buildTrackRooms() {
     Bridges& bridges = *m_bridges;
@@ -42,7 +53,14 @@ void Application::buildPlaybackRooms() {
                        m_panes->picture.player.stepFrame(
                            direction == StepDirection::Back ? FrameStep::Back : FrameStep::Forward);
                    },
-                   [] {}});
+                   [this] { m_rooms.frameSaver->Save(); }});
+    m_rooms.frameSaver = std::make_unique<FrameSaver>(
+        FrameSaverNeeds{bridges.frameWriter, m_host->dialogs, m_host->messageBox, m_texts,
+                        m_host->paths, picture.player, *m_rooms.child, m_rooms.state});
+    m_rooms.moment = std::make_unique<MomentCard>(MomentCardNeeds{
+        picture.player, *m_rooms.child, m_panes->frame.skin(), *m_panes->control.skin,
+        m_host->paths, m_texts, m_rooms.state, zoneOffsetMinutes});
+    m_rooms.clicks = std::make_unique<PictureClicks>(*m_rooms.child, picture.view);
 }
 
 void Application::buildListRoom() {

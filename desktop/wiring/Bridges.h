@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/player/ExifFrameWriter.h"
 #include "desktop/wiring/Application.h"
 
 namespace velmorant {
@@ -23,6 +24,7 @@ struct Application::Bridges {
           startingWindows(rooms, panes),
           commandsOfFrame(rooms, panes, endProgram),
           settingsToProgram(rooms, host, endProgram),
+          frameWriter(panes.picture.player),
           tStart(host.gate),
           tGetMapLocal(host.gate),
           tPlayTime(host.gate),
@@ -45,6 +47,7 @@ struct Application::Bridges {
     StartingWindows startingWindows;
     CommandsOfFrame commandsOfFrame;
     SettingsToProgram settingsToProgram;
+    ExifFrameWriter frameWriter;
     QtTimer tStart;
     QtTimer tGetMapLocal;
     QtTimer tPlayTime;

@@ -16,13 +16,6 @@ QRect placeOrAll(const SkinView& skin, const char* id) {
 
 } // namespace
 
-void ListProgress::begin(int files) {
-    m_bar.setRange(0, files);
-    m_bar.setValue(0);
-    m_bar.show();
-    m_bar.raise();
-}
-
 PicturePane::PicturePane(VideoOutput output, QWidget* parent)
     : player(output, AudioOutput::System),
       hidden(VideoOutput::None, AudioOutput::None),
@@ -46,13 +39,11 @@ void ControlPane::layOut() {
 ListPane::ListPane(HandlerGate& gate, const Screen& screen)
     : skin(new SkinView(gate)),
       view(new RecordingListView(gate, screen)),
-      bar(new QProgressBar(skin)),
+      bar(new ProgressStrip(skin)),
       bands(*skin, screen),
       progress(*bar),
       status(*skin, "place.status") {
     bands.addWindow("LstMP4", *view);
-    bar->setTextVisible(false);
-    bar->hide();
     QObject::connect(skin, &SkinView::loaded, skin, [this] { layOut(); });
 }
 

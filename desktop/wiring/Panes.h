@@ -6,6 +6,7 @@
 #include "desktop/player/MpvPlayer.h"
 #include "desktop/player/VideoWidget.h"
 #include "desktop/widgets/ExtractionProgress.h"
+#include "desktop/widgets/ProgressStrip.h"
 #include "desktop/widgets/RecordingListView.h"
 #include "desktop/widgets/SkinStatusLine.h"
 #include "desktop/windows/MainWindow.h"
@@ -14,7 +15,6 @@
 #include "desktop/wiring/ListBridges.h"
 #include "library/AddingProgress.h"
 
-#include <QProgressBar>
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,13 +24,13 @@ namespace velmorant {
 /// Shows in the list's own progress line how far the adding of many files has come.
 class ListProgress : public AddingProgress {
   public:
-    explicit ListProgress(QProgressBar& bar) : m_bar(bar) {}
-    void begin(int files) override;
-    void step(int filesAdded) override { m_bar.setValue(filesAdded); }
-    void end() override { m_bar.hide(); }
+    explicit ListProgress(ProgressStrip& strip) : m_strip(strip) {}
+    void begin(int files) override { m_strip.begin(files); }
+    void step(int filesAdded) override { m_strip.setDone(filesAdded); }
+    void end() override { m_strip.end(); }
 
   private:
-    QProgressBar& m_bar;
+    ProgressStrip& m_strip;
 };
 
 /// The picture with its two players.
@@ -57,7 +57,7 @@ struct ListPane {
     void layOut();
     SkinView* skin; ///< a child of the frame
     RecordingListView* view;
-    QProgressBar* bar;
+    ProgressStrip* bar;
     QtBandContainer bands;
     ListProgress progress;
     SkinStatusLine status;

@@ -4,6 +4,9 @@
 #include "library/RecordingList.h"
 #include "library/frmMP4List.h"
 #include "playback/CurveChart.h"
+#include "playback/FrameSaver.h"
+#include "playback/MomentCard.h"
+#include "playback/PictureClicks.h"
 #include "playback/StillPicture.h"
 #include "playback/frmChild.h"
 #include "playback/frmCurve.h"
@@ -29,6 +32,9 @@ struct Rooms {
     std::unique_ptr<frmChild> child;
     std::unique_ptr<CurveChart> chart;
     std::unique_ptr<StillPicture> still;
+    std::unique_ptr<FrameSaver> frameSaver;
+    std::unique_ptr<MomentCard> moment;
+    std::unique_ptr<PictureClicks> clicks;
     std::unique_ptr<frmCurve> curve;
     std::unique_ptr<frmMP4List> list;
     std::unique_ptr<frmMediaCtrl> mediaCtrl;

@@ -78,7 +78,10 @@ class SettingsToProgram : public SetupTargets {
     bool writeConfiguration(const std::string& key, const std::string& value) override;
     void saveRecordingList() override { m_rooms.list->SaveRecordingList(); }
     void deriveKindsAgain() override { m_rooms.list->DeriveKindsAgain(); }
-    void redrawChart() override { m_rooms.chart->Draw(); }
+    void redrawChart() override {
+        m_rooms.chart->Draw();
+        m_rooms.moment->ShowUnit();
+    }
     void endProgram() override { m_endProgram(); }
 
   private:

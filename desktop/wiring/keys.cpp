@@ -73,4 +73,22 @@ bool useKey(const QKeyEvent& event, Rooms& rooms, Panes& panes) {
     }
 }
 
+void nameKeys(SkinView& controlBar) {
+    constexpr struct {
+        const char* element;
+        const char* keys;
+    } keyed[] = {{"cmdplay", "K"},
+                 {"pause", "K"},
+                 {"head", "P"},
+                 {"end", "N"},
+                 {"speaker", "M"},
+                 {"saveframe", "S"},
+                 {"playspeed", "1 - 5"},
+                 {"volume", "\u2191 \u2193"},
+                 {"playprogress", "\u2190 \u2192"}};
+    for (const auto& [element, keys] : keyed)
+        if (QWidget* widget = controlBar.elementWidget(element))
+            widget->setToolTip(widget->accessibleName() + " (" + QString::fromUtf8(keys) + ")");
+}
+
 } // namespace velmorant

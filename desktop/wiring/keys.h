@@ -13,4 +13,7 @@ namespace velmorant {
 ///   F  full screen                Esc  back    S  save the picture
 bool useKey(const QKeyEvent& event, Rooms& rooms, Panes& panes);
 
+/// Adds the keys to the tool tips of the control bar's elements.
+void nameKeys(SkinView& controlBar);
+
 } // namespace velmorant
