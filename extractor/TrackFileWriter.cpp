@@ -126,38 +126,48 @@ void appendPadded(std::string& out, std::int64_t value, int width) {
     appendInteger(out, value);
 }
 
-void timeRecorded(std::string& out, std::int64_t milliseconds) {
-    const CivilTime time = civilFromMilliseconds(milliseconds);
+void appendTimeRecorded(std::string& out, const Sample& sample) {
+    const CivilTime time = civilFromMilliseconds(sample.timeRecorded);
     const auto rest = std::llround(time.second * 1000);
-    element(out, "time_recorded", [&] {
-        appendPadded(out, time.year, 4);
-        out += '-';
-        appendPadded(out, time.month, 2);
-        out += '-';
-        appendPadded(out, time.day, 2);
-        out += 'T';
-        appendPadded(out, time.hour, 2);
-        out += ':';
-        appendPadded(out, time.minute, 2);
-        out += ':';
-        appendPadded(out, rest / 1000, 2);
-        out += '.';
-        appendPadded(out, rest % 1000, 3);
-    });
+    out += "<time_recorded base=\"";
+    out += name(sample.recordedBase);
+    out += "\">";
+    appendPadded(out, time.year, 4);
+    out += '-';
+    appendPadded(out, time.month, 2);
+    out += '-';
+    appendPadded(out, time.day, 2);
+    out += 'T';
+    appendPadded(out, time.hour, 2);
+    out += ':';
+    appendPadded(out, time.minute, 2);
+    out += ':';
+    appendPadded(out, rest / 1000, 2);
+    out += '.';
+    appendPadded(out, rest % 1000, 3);
+    out += "</time_recorded>\n";
 }
 
-// The date that all samples share and the seconds from its midnight to the first sample.
+// The beginning that all samples share, and the seconds from that date's midnight to the first.
 struct Start {
-    CivilTime date;
+    std::string opening;
     std::int64_t secondOfDay = 0;
 };
 
+Start startOf(std::int64_t firstTime) {
+    const CivilTime date = civilFromMilliseconds(firstTime * 1000);
+    Start start;
+    start.opening = "<gpsinfo>\n";
+    integer(start.opening, "utc_Year", date.year);
+    integer(start.opening, "utc_Month", date.month);
+    integer(start.opening, "utc_Day", date.day);
+    start.secondOfDay = ((firstTime % 86400) + 86400) % 86400;
+    return start;
+}
+
 void appendSample(std::string& out, const Sample& sample, const Start& start, std::int64_t second) {
     const std::int64_t time = start.secondOfDay + second;
-    out += "<gpsinfo>\n";
-    integer(out, "utc_Year", start.date.year);
-    integer(out, "utc_Month", start.date.month);
-    integer(out, "utc_Day", start.date.day);
+    out += start.opening;
     integer(out, "utc_Hour", time / 3600);
     integer(out, "utc_Minute", time / 60 % 60);
     integer(out, "utc_Second", time % 60);
@@ -180,8 +190,7 @@ void appendSample(std::string& out, const Sample& sample, const Start& start, st
         number(out, "G_max", sample.strongest, 4);
     }
     if (sample.timeRecorded != noTime) {
-        timeRecorded(out, sample.timeRecorded);
-        appendTextElement(out, "time_recorded_base", name(sample.recordedBase));
+        appendTimeRecorded(out, sample);
     }
     out += "</gpsinfo>\n";
 }
@@ -207,12 +216,7 @@ void appendTelemetry(Output& output, const Telemetry& telemetry) {
     for (const Error& notice : telemetry.notices) {
         appendTextElement(out, "notice", describe(notice));
     }
-    Start start;
-    if (!telemetry.samples.empty()) {
-        const std::int64_t first = telemetry.samples.front().time;
-        start.date = civilFromMilliseconds(first * 1000);
-        start.secondOfDay = ((first % 86400) + 86400) % 86400;
-    }
+    const Start start = startOf(telemetry.samples.empty() ? 0 : telemetry.samples.front().time);
     std::int64_t second = 0;
     for (const Sample& sample : telemetry.samples) {
         appendSample(out, sample, start, second++);

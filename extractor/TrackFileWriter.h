@@ -17,8 +17,8 @@
 //       [<altitude>]             metres
 //       [<G_max>]                greatest magnitude of the second's readings; without it the second
 //                                has no readings and its G values are 0
-//       [<time_recorded>]        the source's own time of this second, YYYY-MM-DDThh:mm:ss.sss
-//       [<time_recorded_base>]   the clock of time_recorded: "utc" or "camera"
+//       [<time_recorded base="BASE">]   the source's own time of this second,
+//                                YYYY-MM-DDThh:mm:ss.sss, by the clock BASE: "utc" or "camera"
 //     </gpsinfo>
 //   </track>
 //

@@ -41,7 +41,10 @@ class Bytes {
     }
     char character(std::size_t at) const { return static_cast<char>(u8(at)); }
 
-    std::uint16_t u16be(std::size_t at) const { return static_cast<std::uint16_t>(big(at, 2)); }
+    std::uint16_t u16be(std::size_t at) const {
+        return has(at, 2) ? static_cast<std::uint16_t>(data_[at] << 8 | data_[at + 1])
+                          : std::uint16_t{0};
+    }
     std::uint32_t u32be(std::size_t at) const { return static_cast<std::uint32_t>(big(at, 4)); }
     std::uint64_t u64be(std::size_t at) const { return big(at, 8); }
     std::int16_t i16be(std::size_t at) const { return static_cast<std::int16_t>(u16be(at)); }

@@ -101,29 +101,6 @@ void judge(Fix& fix) {
     }
 }
 
-void Collector::Mean::add(const Acceleration& acceleration) {
-    const double magnitude =
-        std::sqrt(acceleration.x * acceleration.x + acceleration.y * acceleration.y +
-                  acceleration.z * acceleration.z);
-    constexpr double mostG = 100; // beyond what any sensor in a car measures
-    if (!(magnitude <= mostG)) {
-        return;
-    }
-    x += static_cast<float>(acceleration.x);
-    y += static_cast<float>(acceleration.y);
-    z += static_cast<float>(acceleration.z);
-    strongest = std::max(strongest, static_cast<float>(magnitude));
-    ++count;
-}
-
-void Collector::Mean::add(const Mean& other) {
-    x += other.x;
-    y += other.y;
-    z += other.z;
-    count += other.count;
-    strongest = std::max(strongest, other.strongest);
-}
-
 Collector::Bin* Collector::bin(std::size_t second) {
     if (second >= mostSeconds) {
         return nullptr;
@@ -179,19 +156,26 @@ void Collector::add(const Fix& given) {
 }
 
 void Collector::add(double mediaTime, const Acceleration& acceleration) {
-    ++readings_;
-    if (!(mediaTime >= 0 && mediaTime < static_cast<double>(mostSeconds))) {
-        return;
+    if (const auto second = secondOf(mediaTime)) {
+        AccelerationMean reading;
+        reading.add(static_cast<float>(acceleration.x), static_cast<float>(acceleration.y),
+                    static_cast<float>(acceleration.z));
+        add(*second, reading);
     }
-    // A hair of rounding must not move the reading that opens a second into the one before.
-    if (Bin* target = bin(static_cast<std::size_t>(mediaTime + 1e-6))) {
-        target->acceleration.add(acceleration);
+}
+
+void Collector::add(std::size_t second, const AccelerationMean& readings) {
+    ++readings_;
+    if (Bin* target = bin(second)) {
+        target->acceleration.add(readings);
     }
 }
 
 void Collector::addToLast(const Acceleration& acceleration) {
     if (!sequence_.empty()) {
-        sequence_.back().acceleration.add(acceleration);
+        sequence_.back().acceleration.add(static_cast<float>(acceleration.x),
+                                          static_cast<float>(acceleration.y),
+                                          static_cast<float>(acceleration.z));
     }
 }
 
@@ -334,13 +318,10 @@ std::int64_t Collector::anchor(std::int64_t creation, TimeBase& base) const {
 }
 
 void Collector::fill(Sample& sample, const Bin& bin) {
-    if (bin.acceleration.count > 0) {
-        const double count = bin.acceleration.count;
+    if (!bin.acceleration.empty()) {
         sample.hasAcceleration = true;
-        sample.mean = {static_cast<double>(bin.acceleration.x) / count,
-                       static_cast<double>(bin.acceleration.y) / count,
-                       static_cast<double>(bin.acceleration.z) / count};
-        sample.strongest = static_cast<double>(bin.acceleration.strongest);
+        sample.mean = bin.acceleration.mean();
+        sample.strongest = bin.acceleration.strongest();
     }
     if (bin.distance < 2) {
         sample.state = bin.fix.state;

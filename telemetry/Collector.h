@@ -5,6 +5,7 @@
 // second by recorders that index their blocks, are kept in order and placed when all are known.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -13,11 +14,70 @@
 
 namespace velmorant::telemetry {
 
+// The readings of one second, summed up. Sensors deliver hundreds a second, so adding one is all
+// inline and takes no root.
+class AccelerationMean {
+  public:
+    void add(float x, float y, float z) {
+        const float square = x * x + y * y + z * z;
+        constexpr float mostG = 100; // beyond what any sensor in a car measures
+        if (!(square <= mostG * mostG)) {
+            return;
+        }
+        x_ += x;
+        y_ += y;
+        z_ += z;
+        strongestSquare_ = strongestSquare_ < square ? square : strongestSquare_;
+        ++count_;
+    }
+    void add(const AccelerationMean& other) {
+        x_ += other.x_;
+        y_ += other.y_;
+        z_ += other.z_;
+        strongestSquare_ =
+            strongestSquare_ < other.strongestSquare_ ? other.strongestSquare_ : strongestSquare_;
+        count_ += other.count_;
+    }
+    bool empty() const { return count_ == 0; }
+    // The same readings on other axes: x goes to axis number axes[0], and so on.
+    AccelerationMean reordered(const std::array<std::size_t, 3>& axes) const {
+        std::array<float, 3> values{};
+        values[axes[0]] = x_;
+        values[axes[1]] = y_;
+        values[axes[2]] = z_;
+        AccelerationMean other = *this;
+        other.x_ = values[0];
+        other.y_ = values[1];
+        other.z_ = values[2];
+        return other;
+    }
+    Acceleration mean() const {
+        const double count = count_ == 0 ? 1 : count_;
+        return {static_cast<double>(x_) / count, static_cast<double>(y_) / count,
+                static_cast<double>(z_) / count};
+    }
+    double strongest() const { return std::sqrt(static_cast<double>(strongestSquare_)); }
+
+  private:
+    float x_ = 0, y_ = 0, z_ = 0, strongestSquare_ = 0;
+    std::uint32_t count_ = 0;
+};
+
 class Collector {
   public:
     // A reading with a media time goes to its second; one without joins the sequence.
     void add(const Fix& fix);
     void add(double mediaTime, const Acceleration& acceleration);
+    // The sum of several readings of one second.
+    void add(std::size_t second, const AccelerationMean& readings);
+    // The second that a reading at this time belongs to; nothing outside the longest recording.
+    static std::optional<std::size_t> secondOf(double mediaTime) {
+        // A hair of rounding must not move the reading that opens a second into the one before.
+        const double time = mediaTime + 1e-6;
+        return time >= 0 && time < static_cast<double>(mostSeconds)
+                   ? std::optional(static_cast<std::size_t>(time))
+                   : std::nullopt;
+    }
     // Belongs to the reading added last to the sequence.
     void addToLast(const Acceleration& acceleration);
 
@@ -33,20 +93,14 @@ class Collector {
     static constexpr std::size_t mostSeconds = 36000;
 
   private:
-    struct Mean {
-        float x = 0, y = 0, z = 0, strongest = 0;
-        std::uint32_t count = 0;
-        void add(const Acceleration& acceleration);
-        void add(const Mean& other);
-    };
     struct Bin {
         Fix fix;
         float distance = 2; // seconds between the fix and the bin's own time; 2 is "none"
-        Mean acceleration;
+        AccelerationMean acceleration;
     };
     struct InOrder {
         Fix fix;
-        Mean acceleration;
+        AccelerationMean acceleration;
     };
 
     Bin* bin(std::size_t second);

@@ -22,6 +22,12 @@ struct Chain {
 bool believable(const std::vector<Sample>& samples, std::size_t from, std::size_t to) {
     constexpr double fastest = 90; // metres per second
     constexpr double scatter = 50; // metres
+    // A few metres apart, as nearly all neighbours are: no sphere is needed to see it.
+    constexpr double fewMetres = 0.0003; // degrees
+    if (std::abs(samples[from].rawLatitude - samples[to].rawLatitude) < fewMetres &&
+        std::abs(samples[from].rawLongitude - samples[to].rawLongitude) < fewMetres) {
+        return true;
+    }
     return between(samples[from], samples[to]) <=
            fastest * static_cast<double>(to - from) + scatter;
 }
@@ -67,14 +73,16 @@ void keepLongestChain(std::vector<Sample>& samples) {
 }
 
 void markParkedDrift(std::vector<Sample>& samples) {
-    constexpr double samePlace = 1;    // metres
-    constexpr double drivingFast = 20; // km/h
+    constexpr double samePlace = 1;           // metres
+    constexpr double drivingFast = 20;        // km/h
+    constexpr double samePlaceDegrees = 2e-5; // no place within a metre is further north or south
     std::size_t runStart = 0;
     for (std::size_t i = 1; i < samples.size(); ++i) {
-        const bool goesOn = samples[runStart].state == FixState::good &&
-                            samples[i].state == FixState::good &&
-                            samples[i].rawSpeed >= drivingFast &&
-                            between(samples[runStart], samples[i]) <= samePlace;
+        const bool goesOn =
+            samples[runStart].state == FixState::good && samples[i].state == FixState::good &&
+            samples[i].rawSpeed >= drivingFast &&
+            std::abs(samples[runStart].rawLatitude - samples[i].rawLatitude) < samePlaceDegrees &&
+            between(samples[runStart], samples[i]) <= samePlace;
         if (!goesOn) {
             runStart = i;
         } else if (i - runStart >= 2) {

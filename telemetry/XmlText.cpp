@@ -102,6 +102,13 @@ std::string percentEncoded(std::string_view bytes) {
 }
 
 void appendInteger(std::string& out, std::int64_t value) {
+    if (value >= 0 && value < 100) {
+        if (value >= 10) {
+            out += static_cast<char>('0' + value / 10);
+        }
+        out += static_cast<char>('0' + value % 10);
+        return;
+    }
     std::array<char, 24> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
     out.append(digits.data(), end);

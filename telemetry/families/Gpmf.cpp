@@ -109,6 +109,50 @@ std::string axesOfModel(std::string_view device) {
     return "ZXY";
 }
 
+// Where each of a row's three raw values goes and by what it is multiplied to be in g.
+class AccelerationAxes {
+  public:
+    AccelerationAxes(const std::string& axes, const std::vector<double>& scale) {
+        for (std::size_t i = 0; i < 3; ++i) {
+            const double divisor = scale.empty() ? 1 : scale[std::min(i, scale.size() - 1)];
+            const bool reversed = axes[i] >= 'a';
+            const char axis = reversed ? static_cast<char>(axes[i] - 'a' + 'A') : axes[i];
+            target_[i] = axis == 'X' ? 0 : axis == 'Y' ? 1 : 2;
+            factor_[i] = static_cast<float>((reversed ? -1 : 1) /
+                                            ((divisor == 0 ? 1 : divisor) * standardGravity));
+        }
+    }
+    // Of the rows first..last-1 of three i16 each.
+    AccelerationMean sumOf(Bytes rows, std::size_t first, std::size_t last) const {
+        // Two sums, so that one addition need not wait for the one before.
+        AccelerationMean even, odd;
+        const auto addRow = [&](std::size_t row, AccelerationMean& sum) {
+            sum.add(rows.i16be(6 * row) * factor_[0], rows.i16be(6 * row + 2) * factor_[1],
+                    rows.i16be(6 * row + 4) * factor_[2]);
+        };
+        for (; first + 1 < last; first += 2) {
+            addRow(first, even);
+            addRow(first + 1, odd);
+        }
+        if (first < last) {
+            addRow(first, even);
+        }
+        even.add(odd);
+        return even.reordered(target_);
+    }
+    AccelerationMean one(const std::vector<double>& values) const {
+        AccelerationMean sum;
+        sum.add(static_cast<float>(values[0]) * factor_[0],
+                static_cast<float>(values[1]) * factor_[1],
+                static_cast<float>(values[2]) * factor_[2]);
+        return sum.reordered(target_);
+    }
+
+  private:
+    std::array<std::size_t, 3> target_{};
+    std::array<float, 3> factor_{};
+};
+
 class PayloadReader {
   public:
     PayloadReader(Collector& collector, const SampleLocation& sample)
@@ -171,22 +215,44 @@ class PayloadReader {
     }
 
     void readAccelerations(const Stream& stream, std::string_view deviceName) {
-        const std::string axes = stream.axes.size() == 3 ? stream.axes : axesOfModel(deviceName);
+        const AccelerationAxes axes(stream.axes.size() == 3 ? stream.axes : axesOfModel(deviceName),
+                                    stream.scale);
         const std::size_t rows = stream.data.repeat;
-        for (std::size_t row = 0; row < rows; ++row) {
-            const auto values = gpmfRow(stream.data, row, stream.fields, stream.scale);
-            if (values.size() < 3) {
-                return;
+        const bool triples = stream.data.type == 's' && stream.data.structSize == 6;
+        for (std::size_t row = 0; row < rows;) {
+            const auto second = Collector::secondOf(timeOf(row, rows));
+            const std::size_t end = triples ? endOfSecond(row, rows, second) : row + 1;
+            if (second && triples) {
+                collector_.add(*second, axes.sumOf(stream.data.data, row, end));
+            } else if (second) {
+                const auto values = gpmfRow(stream.data, row, stream.fields, {});
+                if (values.size() >= 3) {
+                    collector_.add(*second, axes.one(values));
+                }
             }
-            Acceleration acceleration;
-            for (std::size_t i = 0; i < 3; ++i) {
-                const bool reversed = axes[i] >= 'a';
-                const double g = (reversed ? -values[i] : values[i]) / standardGravity;
-                const char axis = reversed ? static_cast<char>(axes[i] - 'a' + 'A') : axes[i];
-                (axis == 'X' ? acceleration.x : axis == 'Y' ? acceleration.y : acceleration.z) = g;
-            }
-            collector_.add(timeOf(row, rows), acceleration);
+            row = end;
         }
+    }
+
+    // The first row behind `row` that belongs to another second.
+    std::size_t endOfSecond(std::size_t row, std::size_t rows,
+                            std::optional<std::size_t> second) const {
+        if (!second || !(sample_.duration > 0)) {
+            return second ? rows : row + 1;
+        }
+        const double share = (static_cast<double>(*second + 1) - sample_.time) / sample_.duration;
+        std::size_t end = row + 1;
+        if (share * static_cast<double>(rows) > static_cast<double>(end)) {
+            end = static_cast<std::size_t>(std::min(share, 1.0) * static_cast<double>(rows));
+        }
+        end = std::clamp(end, row + 1, rows);
+        while (end > row + 1 && Collector::secondOf(timeOf(end - 1, rows)) != second) {
+            --end;
+        }
+        while (end < rows && Collector::secondOf(timeOf(end, rows)) == second) {
+            ++end;
+        }
+        return end;
     }
 
     void readPositions() {
