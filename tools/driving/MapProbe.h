@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QPoint>
+#include <QString>
+#include <QWebEngineView>
+
+#include <optional>
+#include <string>
+
+namespace velmorant {
+
+/// Asks the map page what it shows.
+class MapProbe {
+  public:
+    /// A place of a route where a click means that route and no other.
+    struct RoutePlace {
+        QPoint pixel;  ///< of the browser control
+        int index = 0; ///< the dot that the click means, from 1
+    };
+
+    explicit MapProbe(QWebEngineView& view) : m_view(view) {}
+
+    /// The value of an expression in the page as text; empty when the page does not answer.
+    QString evaluate(const QString& expression);
+    /// How many routes with at least one place are drawn.
+    int routeCount();
+    /// The dot at which the car stands, from 1; 0 while no car is shown.
+    int carIndex();
+    /// "longitude,latitude" of the car; empty while none is shown.
+    std::string carPlace();
+    /// The place nearest to `along` (0 start .. 1 end) of the route with that number; none when the
+    /// route is not drawn or other routes or buttons lie over all of it.
+    std::optional<RoutePlace> routePlace(long number, double along);
+    void click(const QPoint& pixel);
+
+  private:
+    QWebEngineView& m_view;
+};
+
+} // namespace velmorant
