@@ -29,13 +29,9 @@ SkinLoad frmAbout::Load() {
 }
 
 void frmAbout::showFacts() {
-    const auto line = [this](const std::string& place, const std::string& label,
-                             const std::string& fact) {
-        trapErrors(
-            [&] { m_needs.skin.setText(place, m_needs.texts.addition(label) + "  " + fact); });
-    };
-    line("place.version", "about.version", m_needs.facts.version);
-    line("place.licence", "about.licence", m_needs.facts.licence);
+    // The drawing labels the places.
+    m_needs.skin.setText("place.version", m_needs.facts.version);
+    m_needs.skin.setText("place.licence", m_needs.facts.licence);
     m_needs.skin.setText("place.components", m_needs.facts.components);
 }
 

@@ -50,6 +50,21 @@ bool asksYesOrNo(MessageStyle style) {
     return style == MessageStyle::Question || style == MessageStyle::InformationChoice;
 }
 
+/// The window over which the box appears. A desktop without a window manager names no active one;
+/// the box then belongs to the largest window that is shown.
+QWidget* windowBelow() {
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    if (QWidget* active = QApplication::activeWindow())
+        return active;
+    QWidget* largest = nullptr;
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->isVisible() && window->isWindow() && window->windowType() != Qt::Popup &&
+            (largest == nullptr || window->width() > largest->width()))
+            largest = window;
+    return largest;
+}
+
 } // namespace
 
 QtMessageBox::QtMessageBox(HandlerGate& gate, ButtonText buttonText)
@@ -57,7 +72,7 @@ QtMessageBox::QtMessageBox(HandlerGate& gate, ButtonText buttonText)
 
 MessageAnswer QtMessageBox::show(const std::string& text, const std::string& title,
                                  MessageStyle style) {
-    QMessageBox box(QApplication::activeWindow());
+    QMessageBox box(windowBelow());
     box.setIconPixmap(pictureOf(style, box.devicePixelRatioF()));
     box.setContentsMargins(16, 16, 16, 12);
     box.setWindowTitle(QString::fromStdString(title));

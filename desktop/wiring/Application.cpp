@@ -33,6 +33,7 @@ Application::Application(EnvironmentLookup environment, std::string programFolde
     m_rooms.rows = std::make_unique<RecordingList>(*m_panes->list.view);
     m_mapData = std::make_unique<MapData>(m_rooms.state, *m_rooms.rows, m_texts);
     m_bridges = std::make_unique<Bridges>(m_rooms, *m_panes, *m_host, [this] { endProgram(); });
+    m_listMenu = std::make_unique<ListMenu>(m_rooms, *m_panes, *m_host, m_texts);
     configureTiles();
 
     buildTrackRooms();

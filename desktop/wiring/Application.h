@@ -3,6 +3,7 @@
 #include "app/LanguageTable.h"
 #include "app/StartUp.h"
 #include "desktop/wiring/Host.h"
+#include "desktop/wiring/ListMenu.h"
 #include "desktop/wiring/MapData.h"
 #include "desktop/wiring/Panes.h"
 #include "desktop/wiring/PlaybackBridges.h"
@@ -59,6 +60,7 @@ class Application {
     std::unique_ptr<Panes> m_panes;
     std::unique_ptr<JournalledBrowser> m_browser;
     std::unique_ptr<Bridges> m_bridges;
+    std::unique_ptr<ListMenu> m_listMenu;
 };
 
 } // namespace velmorant

@@ -103,7 +103,16 @@ void Application::connectList() {
     listeners.activate = [this] { m_rooms.list->PlaySelected(); };
     listeners.remove = [this] { m_rooms.list->DeleteSelected(); };
     listeners.type = [this](const std::string& typed) { m_rooms.list->SelectByTime(typed); };
+    listeners.contextMenu = [this](int row, const QPoint& screenPlace) {
+        m_rooms.rows->select(row);
+        m_listMenu->show(row, screenPlace);
+    };
     pane.view->setListeners(std::move(listeners));
+    QObject::connect(pane.skin, &SkinView::loaded, pane.skin, [this] {
+        m_panes->list.view->setWords({m_texts.addition("list.word.marked"),
+                                      m_texts.addition("list.word.notMarked"),
+                                      m_texts.addition("list.word.playing")});
+    });
 }
 
 // desktop -> track: the map.

@@ -133,6 +133,9 @@
     });
     Controls.press(follow, view.follow);
 
+    // The program's list asks for one recording by its number; a number without a route does nothing.
+    velmorantMap.showRecording = (number) => view.fitRecording(number);
+
     function showButtons() {
         fitAll.disabled = table.shown.size === 0;
         fitActive.disabled = table.active === null;

@@ -54,6 +54,13 @@
             if (this.table.active !== null) this.fit([this.table.active]);
         }
 
+        fitRecording(number) {
+            const route = [...this.table.shown.values()].find((one) => Number(one.number) === number);
+            if (route === undefined) return;
+            this.automatic = false;
+            this.fit([route]);
+        }
+
         fit(routes) {
             const placed = routes.filter((route) => !route.isEmpty());
             if (placed.length === 0) return;

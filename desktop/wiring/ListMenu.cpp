@@ -1,0 +1,106 @@
+#include "desktop/wiring/ListMenu.h"
+
+#include "common/StepError.h"
+#include "common/textRules.h"
+#include "desktop/system/FileReplacement.h"
+#include "telemetry/Extract.h"
+#include "telemetry/export/TrackExporter.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMenu>
+#include <sstream>
+
+namespace velmorant {
+
+namespace {
+
+constexpr int warningTitle = 3011;
+
+/// The whole track file of one recording, in memory: a track is small beside its recording.
+std::string exportedTrack(const std::string& recording, telemetry::ExportFormat format,
+                          const std::string& title) {
+    const auto read = telemetry::extractFile(recording);
+    if (!read)
+        throw StepError(telemetry::describe(read.error()));
+    std::ostringstream out;
+    const auto exporter = telemetry::makeExporter(format, telemetry::Positions::trusted, out);
+    exporter->begin();
+    exporter->beginTrip(title);
+    exporter->recording(recording, read.value());
+    exporter->endTrip();
+    exporter->end();
+    return out.str();
+}
+
+} // namespace
+
+std::string ListMenu::path(int row) const {
+    return m_rooms.rows->text(row, SubItem::FullPath);
+}
+
+void ListMenu::show(int row, const QPoint& screenPlace) {
+    if (row < 1 || row > m_rooms.rows->count())
+        return;
+    QMenu menu(m_panes.list.view);
+    const auto add = [this](QMenu& to, const char* text, std::function<void()> command) {
+        to.addAction(QString::fromStdString(m_texts.addition(text)), m_panes.list.view,
+                     [this, command = std::move(command)] { m_host.gate.runWhenFree(command); });
+    };
+    add(menu, "list.menu.play", [this] { m_rooms.list->PlaySelected(); });
+    add(menu, "list.menu.mark", [this] { m_rooms.list->ToggleSelected(); });
+    add(menu, "list.menu.map", [this, row] { showOnMap(row); });
+    menu.addSeparator();
+    add(menu, "list.menu.folder", [this, row] { showInFolder(row); });
+    add(menu, "list.menu.copy",
+        [this, row] { QApplication::clipboard()->setText(QString::fromStdString(path(row))); });
+    QMenu* exports = menu.addMenu(QString::fromStdString(m_texts.addition("list.menu.export")));
+    for (const char* format : {"gpx", "kml", "csv"})
+        exports->addAction(QString::fromLatin1(format).toUpper(), m_panes.list.view,
+                           [this, row, name = std::string(format)] {
+                               m_host.gate.runWhenFree(
+                                   [this, row, name] { exportTrack(row, name); });
+                           });
+    menu.addSeparator();
+    add(menu, "list.menu.remove", [this] { m_rooms.list->DeleteSelected(); });
+    HandlerGate::ModalScope open(m_host.gate);
+    menu.exec(screenPlace);
+}
+
+void ListMenu::showOnMap(int row) {
+    if (!m_rooms.rows->marked(row))
+        m_rooms.list->ToggleMark(row);
+    // Marking may have removed the row: its extraction timed out.
+    if (row <= m_rooms.rows->count() && m_rooms.mediaCtrl->ready())
+        m_rooms.mediaCtrl->runScript("velmorantMap.showRecording(" +
+                                     m_rooms.rows->text(row, SubItem::SerialNumber) + ")");
+}
+
+void ListMenu::showInFolder(int row) {
+    m_host.shell.execute("open", folderOf(m_host.paths, path(row)), "", "", ShowWindow::Normal);
+}
+
+void ListMenu::exportTrack(int row, const std::string& format) {
+    const std::string recording = path(row);
+    const std::string name = fileNameOf(m_host.paths, recording);
+    const auto wanted = telemetry::exportFormatNamed(format);
+    if (!wanted)
+        return;
+    try {
+        const std::string base = withoutLastCharacters(name, 4);
+        const std::string target = m_host.dialogs.saveFile(
+            {m_texts.addition("list.menu.export"), upperCase(format) + "|*." + format,
+             base + telemetry::extensionOf(*wanted)});
+        if (target.empty())
+            return;
+        FileReplacement file(target);
+        file.write(QByteArray::fromStdString(exportedTrack(recording, *wanted, base)));
+        file.commit();
+        m_panes.list.status.show(fileNameOf(m_host.paths, target));
+    } catch (const StepError& failure) {
+        m_host.messageBox.show(name + "\n" + failure.what(), m_texts.byOffset(warningTitle),
+                               MessageStyle::Stop);
+    }
+}
+
+} // namespace velmorant
