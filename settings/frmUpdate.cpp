@@ -4,7 +4,9 @@
 #include "common/fillIn.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
-#include "update/catalogueSignature.h"
+#include "settings/updatePossible.h"
+#include "update/MainProgramUpdate.h"
+#include "update/readCatalogue.h"
 #include "update/updateFiles.h"
 
 #include <algorithm>
@@ -26,11 +28,6 @@ constexpr int notConnected = 3019;
 constexpr int updateTitle = 3026;
 constexpr int updateQuestion = 3042;
 constexpr int leastSuccess = 33;
-
-bool isWebAddress(const std::string& base) {
-    const std::string lower = lowerCase(base);
-    return lower.starts_with("http://") || lower.starts_with("https://");
-}
 
 } // namespace
 
@@ -121,9 +118,7 @@ void frmUpdate::guard(Step step) {
 std::string frmUpdate::whyNot() const {
     if (!isWebAddress(m_serverBase))
         return m_needs.texts.addition("update.noServer");
-    // Where the program folder belongs to the system, so does its update.
-    const std::string name = localCatalogue().text();
-    if (m_needs.paths.programFile(name) != m_needs.paths.writableProgramFile(name))
+    if (!programFolderIsOwn(m_needs.paths))
         return m_needs.texts.addition("update.packaged");
     return {};
 }
@@ -165,18 +160,8 @@ void frmUpdate::failed(const DownloadFailure& failure) {
     end(text, Telling::OnRequest);
 }
 
-std::string frmUpdate::readRemoteCatalogue() {
-    std::string bytes = m_tree.readFile(remoteCatalogue(), Catalogue::largestFile).value_or("");
-    if (m_needs.publicKey.empty())
-        return bytes;
-    const std::string signature = m_tree.readFile(remoteSignature(), largestSignature).value_or("");
-    if (checkSignature(m_needs.publicKey, bytes, signature) != SignatureVerdict::Valid)
-        throw StepError("the server's catalogue is not signed by the maker of this program");
-    return bytes;
-}
-
 void frmUpdate::startLoad() {
-    m_remoteBytes = readRemoteCatalogue();
+    m_remoteBytes = readRemoteCatalogue(m_tree, m_needs.publicKey);
     m_remote = Catalogue(m_remoteBytes);
     m_local = Catalogue(m_tree.readFile(localCatalogue(), Catalogue::largestFile).value_or(""));
     const std::string version = m_remote.mainVersion();
@@ -206,23 +191,19 @@ void frmUpdate::allLoad() {
 
 void frmUpdate::processEntry(int index) {
     const CatalogueEntry entry = m_remote.entry(index);
-    if (isMainProgram(entry) && !mainProgramIsPresent(entry)) {
+    const bool mainProgram = isMainProgram(entry, m_needs.mainProgram);
+    if (mainProgram && !mainProgramIsPresent(entry)) {
         offerMainProgram();
         return;
     }
     const bool skipped =
-        isMainProgram(entry) || equalsIgnoringCase(entry.version, m_local.entry(index).version);
+        mainProgram || equalsIgnoringCase(entry.version, m_local.entry(index).version);
     if (skipped)
         m_needs.tAllLoad.setEnabled(true);
     else
         fetchEntry(entry);
     ++m_sumValue;
     m_needs.progress.showSum(m_sumValue, m_sumMaximum);
-}
-
-bool frmUpdate::isMainProgram(const CatalogueEntry& entry) const {
-    return equalsIgnoringCase(entry.local, "QVMP4.EXE") ||
-           equalsIgnoringCase(entry.local, m_needs.mainProgram);
 }
 
 // A catalogue that changes other files alone names the main program too. When the digest shows that

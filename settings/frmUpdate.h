@@ -70,10 +70,8 @@ class frmUpdate {
     void downloaded();
     void failed(const DownloadFailure& failure);
     void startLoad();
-    std::string readRemoteCatalogue();
     void allLoad();
     void processEntry(int index);
-    bool isMainProgram(const CatalogueEntry& entry) const;
     bool mainProgramIsPresent(const CatalogueEntry& entry) const;
     void offerMainProgram();
     void startUpdater();

@@ -19,6 +19,7 @@ app: app track ports common resources os
 update: update ports common os openssl
 settings: settings update track ports common
 xml: xml ports common expat
+server: server update ports common os
 desktop: desktop update app library track playback settings ports common resources xml telemetry qt os expat
 resources: resources
 '

@@ -157,7 +157,7 @@ bool isReserved(const ProgramPath& path) {
     const bool hidden = std::any_of(components.begin(), components.end(),
                                     [](const std::string& part) { return part.starts_with('.'); });
     if (hidden || endsIgnoringCase(path.name(), besideEnding) ||
-        endsIgnoringCase(path.name(), keptEnding))
+        endsIgnoringCase(path.name(), keptEnding) || endsIgnoringCase(path.name(), nextEnding))
         return true;
     if (holds(ownFolders, components.front()))
         return true;

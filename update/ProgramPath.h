@@ -41,6 +41,8 @@ class ProgramPath {
 inline constexpr std::string_view besideEnding = ".part~";
 /// The ending of the main program's last version, kept beside the present one.
 inline constexpr std::string_view keptEnding = ".old";
+/// The ending of the main program's next version, until the present one has ended.
+inline constexpr std::string_view nextEnding = ".next";
 
 /// Whether a catalogue may not name this path: the update's own files, the configuration, the
 /// hand-over file of the list, hidden files, and recordings, pictures, lists and tracks anywhere

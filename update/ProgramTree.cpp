@@ -4,6 +4,7 @@
 #include "update/Sha256.h"
 #include "update/treeFiles.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -74,8 +75,14 @@ void ProgramTree::unlock() {
 }
 
 std::unique_ptr<PendingFile> ProgramTree::beginFile(const ProgramPath& path) {
+    const std::string where = pathIn(m_folder, path);
+    // A second one of that name would write the same file beside.
+    const bool waits = std::any_of(m_group.begin(), m_group.end(),
+                                   [&](const auto& file) { return file->m_where == where; });
+    if (waits)
+        publish();
     OwnedDescriptor folder = openParent(m_folder, path, MissingFolders::Make);
-    return std::make_unique<PendingFile>(folder.release(), path, pathIn(m_folder, path));
+    return std::make_unique<PendingFile>(folder.release(), path, where);
 }
 
 void ProgramTree::add(std::unique_ptr<PendingFile> file) {
@@ -158,6 +165,24 @@ void ProgramTree::keepBeside(const ProgramPath& path, const ProgramPath& kept) {
             0 ||
         ::fsync(keptFolder.get()) != 0)
         throwTreeError(pathIn(m_folder, kept));
+}
+
+void ProgramTree::copyRights(const ProgramPath& from, const ProgramPath& to) {
+    const auto open = [this](const ProgramPath& path) {
+        const OwnedDescriptor folder = openParent(m_folder, path, MissingFolders::Refuse);
+        OwnedDescriptor file(folder.valid()
+                                 ? openRegular(folder.get(), path.name(), pathIn(m_folder, path))
+                                 : OwnedDescriptor());
+        if (!file.valid())
+            throwTreeError(pathIn(m_folder, path), "there is no such file");
+        return file;
+    };
+    const OwnedDescriptor source = open(from);
+    const OwnedDescriptor target = open(to);
+    struct stat status {};
+    if (::fstat(source.get(), &status) != 0 || ::fchmod(target.get(), status.st_mode & 0777) != 0 ||
+        ::fsync(target.get()) != 0)
+        throwTreeError(pathIn(m_folder, to));
 }
 
 void ProgramTree::renameFile(const ProgramPath& from, const ProgramPath& to) {

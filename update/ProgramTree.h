@@ -51,6 +51,7 @@ class ProgramTree {
     std::optional<std::string> digestOf(const ProgramPath& path) const;
     /// Makes `kept` name the file that `path` names now; an older `kept` is replaced.
     void keepBeside(const ProgramPath& path, const ProgramPath& kept);
+    void copyRights(const ProgramPath& from, const ProgramPath& to);
     void renameFile(const ProgramPath& from, const ProgramPath& to);
 
     const std::string& folder() const { return m_folder; }

@@ -1,60 +1,41 @@
 #pragma once
 
-#include <cstdint>
+#include "tests/builders/TemporaryFolder.h"
+
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
-#include <stdexcept>
-#include <stdlib.h>
 #include <string>
 
 namespace velmorant::builders {
 
-/// A folder of this disk for one test, removed with it.
+/// A temporary folder that is looked at as a tree of files.
 class ScratchFolder {
   public:
-    ScratchFolder() {
-        std::string name = (std::filesystem::temp_directory_path() / "velmorant-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr)
-            throw std::runtime_error("no scratch folder");
-        m_path = name;
-    }
-    ~ScratchFolder() {
-        std::error_code error;
-        std::filesystem::remove_all(m_path, error);
-    }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-
     std::string path(const std::string& name = {}) const {
-        return name.empty() ? m_path.string() : (m_path / name).string();
+        return name.empty() ? m_folder.path() : m_folder.file(name);
     }
     void write(const std::string& name, const std::string& text) const {
-        std::filesystem::create_directories((m_path / name).parent_path());
-        std::ofstream(m_path / name, std::ios::binary) << text;
+        std::filesystem::create_directories(std::filesystem::path(path(name)).parent_path());
+        m_folder.write(name, text);
     }
     bool has(const std::string& name) const {
-        return std::filesystem::exists(std::filesystem::symlink_status(m_path / name));
+        return std::filesystem::exists(std::filesystem::symlink_status(path(name)));
     }
-    std::string read(const std::string& name) const {
-        std::ifstream file(m_path / name, std::ios::binary);
-        return file ? std::string(std::istreambuf_iterator<char>(file), {}) : "unreadable";
-    }
+    std::string read(const std::string& name) const { return m_folder.read(name); }
     /// Every regular file and link below: relative name -> content.
     std::map<std::string, std::string> contents() const {
         std::map<std::string, std::string> all;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(m_path)) {
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(path())) {
             if (entry.is_directory() && !entry.is_symlink())
                 continue;
-            const std::string name = entry.path().lexically_relative(m_path).string();
+            const std::string name = entry.path().lexically_relative(path()).string();
             all[name] = entry.is_symlink() ? "link" : read(name);
         }
         return all;
     }
 
   private:
-    std::filesystem::path m_path;
+    TemporaryFolder m_folder;
 };
 
 } // namespace velmorant::builders
