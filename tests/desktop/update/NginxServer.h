@@ -1,0 +1,84 @@
+#pragma once
+
+#include "tests/builders/ScratchFolder.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QThread>
+
+#include <string>
+#include <unistd.h>
+
+namespace velmorant {
+
+/// A real web server on a free port of loopback, with the project's own configuration: it serves
+/// "update/" of the folder `served`. Ends with the object.
+class NginxServer {
+  public:
+    NginxServer() {
+        QTcpServer probe;
+        probe.listen(QHostAddress::LocalHost);
+        port_ = probe.serverPort();
+        probe.close();
+        served_.write("map/DeskMap.asp", "map");
+        served_.write("update/none", "");
+        served_.write("nginx.conf", configuration());
+        QString program = QStandardPaths::findExecutable("nginx");
+        if (program.isEmpty())
+            program = "/usr/sbin/nginx";
+        nginx_.start(program, {"-c", QString::fromStdString(served_.path("nginx.conf")), "-e",
+                               QString::fromStdString(served_.path("error.log"))});
+    }
+    ~NginxServer() {
+        nginx_.terminate();
+        nginx_.waitForFinished(10000);
+    }
+    NginxServer(const NginxServer&) = delete;
+    NginxServer& operator=(const NginxServer&) = delete;
+
+    /// Waits until it answers; false when it does not.
+    bool ready() {
+        for (int i = 0; i < 200; ++i) {
+            QTcpSocket socket;
+            socket.connectToHost(QHostAddress::LocalHost, port_);
+            if (socket.waitForConnected(100))
+                return true;
+            if (nginx_.state() == QProcess::NotRunning)
+                return false;
+            QThread::msleep(25);
+        }
+        return false;
+    }
+    std::string base() const { return "http://127.0.0.1:" + std::to_string(port_) + "/"; }
+    const builders::ScratchFolder& served() const { return served_; }
+    std::string errors() const { return served_.read("error.log"); }
+
+  private:
+    std::string configuration() const {
+        QFile file(VELMORANT_SERVER_CONFIGURATION);
+        file.open(QIODevice::ReadOnly);
+        QByteArray site = file.readAll();
+        const QByteArray root = QByteArray::fromStdString(served_.path());
+        site.replace("listen 80;", "listen 127.0.0.1:" + QByteArray::number(port_) + ";");
+        site.replace("/srv/velmorant", root);
+        QByteArray temporary;
+        for (const char* kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
+            temporary += QByteArray(kind) + "_temp_path " + root + "/tmp_" + kind + ";\n";
+        // Its workers must be able to read the folder of the test, which is its user's alone.
+        const QByteArray user = ::geteuid() == 0 ? "user root;\n" : "";
+        const QByteArray text = user + "daemon off;\nworker_processes 1;\npid " + root +
+                                "/nginx.pid;\nevents {}\nhttp {\naccess_log off;\n" + temporary +
+                                site + "}\n";
+        return text.toStdString();
+    }
+
+    builders::ScratchFolder served_;
+    quint16 port_ = 0;
+    QProcess nginx_;
+};
+
+} // namespace velmorant
