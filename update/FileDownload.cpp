@@ -82,8 +82,10 @@ void FileDownload::stateChanged(TransferState state) {
     if (!m_request)
         return;
     if (state == TransferState::Error) {
-        fail(m_transfer.responseCode() == 0 ? DownloadFault::NotConnected : DownloadFault::Other,
-             m_transfer.responseText());
+        const int code = m_transfer.responseCode();
+        const std::string status = code >= 400 ? std::to_string(code) + " " : std::string();
+        fail(code == 0 ? DownloadFault::NotConnected : DownloadFault::Other,
+             status + m_transfer.responseText());
         return;
     }
     guard([this] { openFile(); });

@@ -51,6 +51,9 @@ void QtWindow::close() {
     closing_ = true;
     widget_->close();
     closing_ = false;
+    // While the user's own wish to close is delivered, the toolkit takes a second one for the same.
+    if (widget_ && widget_->isVisible())
+        widget_->hide();
 }
 
 void QtWindow::setForeground() {
