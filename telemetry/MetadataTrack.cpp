@@ -43,10 +43,17 @@ void readSamples(Input& input, const MediaTrack& track, std::size_t longest,
     }
     Window window(input);
     SampleLocation where;
+    std::size_t passedOver = 0;
     while (table.value().next(where)) {
         if (where.size > 0 && where.size <= longest) {
             reader(where, window.sample(where));
+        } else {
+            ++passedOver;
         }
+    }
+    if (passedOver > 0) {
+        input.note(input.error(track.path, 0,
+                               std::to_string(passedOver) + " samples are empty or too long"));
     }
 }
 

@@ -29,6 +29,17 @@ MediaHeader readMediaHeader(Input& input, const Box& box) {
     return header;
 }
 
+// Four letters; the copyright sign opens the types of annotations.
+bool isText(FourCharacterCode type) {
+    for (int shift = 24; shift >= 0; shift -= 8) {
+        const auto byte = static_cast<unsigned char>(type >> shift);
+        if ((byte < 0x20 || byte > 0x7e) && byte != 0xa9) {
+            return false;
+        }
+    }
+    return true;
+}
+
 // Calls `visit` for each child and notes a child that lies about its size.
 template <class Visit>
 void forEachChild(Input& input, const Box& parent, const std::string& path, Visit visit) {
@@ -41,6 +52,10 @@ void forEachChild(Input& input, const Box& parent, const std::string& path, Visi
         if (child->cut) {
             input.note(input.error(path + "/" + codeText(child->type), child->offset,
                                    "the box claims more bytes than the box around it has left"));
+        }
+        if (!isText(child->type)) {
+            input.note(input.error(path + "/" + codeText(child->type), child->offset,
+                                   "the box's type is no text: it is damaged"));
         }
         visit(*child);
     }
@@ -138,6 +153,10 @@ Result<Movie> readMovie(Input& input, const Box& moov) {
                     readMedia(input, inner, track);
                 }
             });
+            if (!isText(track.handler) || !isText(track.format)) {
+                input.note(
+                    input.error(track.path, box.offset, "the track does not tell what it holds"));
+            }
             movie.tracks.push_back(std::move(track));
         } else {
             movie.children.push_back(box);
@@ -151,6 +170,9 @@ Result<Movie> readMovie(Input& input, const Box& moov) {
         return input.error("moov", moov.offset, "the movie header holds no track");
     }
     movie.duration = lengthOf(movie, headerLength);
+    for (MediaTrack& track : movie.tracks) {
+        track.movieLength = movie.duration;
+    }
     return movie;
 }
 

@@ -21,6 +21,7 @@ struct MediaTrack {
     FourCharacterCode format = 0; // of the first sample entry
     std::uint32_t timescale = 0;  // units per second; 0 when the track does not say
     std::uint64_t duration = 0;   // in units of the timescale
+    double movieLength = 0;       // seconds of the whole recording; 0 when unknown
     std::optional<Box> timeToSample, sampleToChunk, sampleSizes, compactSizes, chunkOffsets,
         chunkOffsets64;
 };

@@ -1,5 +1,7 @@
 #include "telemetry/SampleTable.h"
 
+#include <cmath>
+
 namespace velmorant::telemetry {
 
 namespace {
@@ -152,6 +154,8 @@ void SampleTable::advanceTime(SampleLocation& sample) {
     }
     if (leftInTimeRun_ > 0) {
         --leftInTimeRun_;
+    } else {
+        timesMissing_ = true;
     }
     const double scale = track_->timescale == 0 ? 1 : track_->timescale;
     sample.time = static_cast<double>(time_) / scale;
@@ -178,7 +182,37 @@ bool SampleTable::next(SampleLocation& sample) {
                                            " lies beyond the file's end"));
         }
     }
+    noteContradictions();
     return false;
+}
+
+// Tables that were read to their ends and do not fit together: what was read may be misplaced.
+void SampleTable::noteContradictions() {
+    if (notedContradictions_ || input_->stopped()) {
+        return;
+    }
+    notedContradictions_ = true;
+    const auto note = [&](const char* reason) {
+        input_->note(input_->error(track_->path + "/mdia/minf/stbl", 0, reason));
+    };
+    if (sampleCount_ == 0) {
+        note("the track has no samples");
+    } else if (sample_ < sampleCount_) {
+        note("the chunks hold fewer samples than there are sizes");
+    } else if (leftInChunk_ > 0 || chunk_ < chunks_.count()) {
+        note("the chunks hold more samples than there are sizes");
+    }
+    const double length = static_cast<double>(track_->duration);
+    const double scale = track_->timescale == 0 ? 1 : track_->timescale;
+    const double most = 2.0 * scale;
+    if (track_->movieLength > 0 &&
+        std::abs(length / scale - track_->movieLength) > 5 + 0.1 * track_->movieLength) {
+        note("the track is not as long as the recording");
+    }
+    if (timesMissing_ || leftInTimeRun_ > 0 || timeRun_ < timeRuns_.count() ||
+        std::abs(static_cast<double>(time_) - length) > most) {
+        note("the times of the samples do not add up to the track's length");
+    }
 }
 
 } // namespace velmorant::telemetry

@@ -62,6 +62,7 @@ class SampleTable {
     std::uint32_t sizeOf(std::uint64_t index);
     bool enterChunk();
     void advanceTime(SampleLocation& sample);
+    void noteContradictions();
 
     Input* input_;
     const MediaTrack* track_;
@@ -72,6 +73,8 @@ class SampleTable {
     std::uint64_t sampleCount_ = 0;
 
     bool notedMissing_ = false;
+    bool notedContradictions_ = false;
+    bool timesMissing_ = false;
     std::uint64_t sample_ = 0;
     std::uint64_t chunk_ = 0; // number of chunks entered
     std::uint64_t leftInChunk_ = 0;

@@ -98,14 +98,17 @@ TableWindow openIndex(Input& input, const Box& index) {
 std::uint64_t readIndexed(Input& input, const Box& index, BlockReader& reader) {
     TableWindow entries = openIndex(input, index);
     std::uint64_t good = 0;
+    std::uint64_t last = 0;
     bool noted = false;
     for (std::uint64_t i = 0; i < entries.count() && !input.stopped(); ++i) {
         const std::uint64_t offset = entries.entry(i).u32be(0);
-        if (reader.take(offset)) {
+        if (offset > last && reader.take(offset)) {
             ++good;
+            last = offset;
         } else if (!noted) {
             noted = true;
-            input.note(input.error("moov/gps ", offset, "the index names a place without a block"));
+            input.note(input.error("moov/gps ", offset,
+                                   "the index names a place without a block, or one block twice"));
         }
     }
     return good;

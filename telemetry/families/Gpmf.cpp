@@ -158,7 +158,8 @@ class PayloadReader {
     PayloadReader(Collector& collector, const SampleLocation& sample)
         : collector_(collector), sample_(sample) {}
 
-    void read(Bytes payload) {
+    // False where the payload ends before its records do.
+    bool read(Bytes payload) {
         GpmfWalker devices(payload);
         GpmfRecord device;
         while (devices.next(device)) {
@@ -167,6 +168,7 @@ class PayloadReader {
             }
         }
         readPositions();
+        return !devices.cut();
     }
 
   private:
@@ -333,21 +335,30 @@ bool readTrack(Input& input, const MediaTrack& track, Collector& collector) {
         return false;
     }
     SampleLocation sample;
-    bool found = false;
+    std::size_t read = 0;
+    std::size_t damaged = 0;
+    std::uint64_t damagedAt = 0;
     std::vector<std::uint8_t> buffer;
     while (table.value().next(sample)) {
-        if (sample.size < 8 || sample.size > longestPayload) {
-            continue;
+        bool whole = false;
+        if (sample.size >= 8 && sample.size <= longestPayload) {
+            buffer.resize(sample.size);
+            const std::size_t got = input.source().readAt(sample.offset, buffer);
+            const Bytes payload(std::span<const std::uint8_t>(buffer.data(), got));
+            if (payload.holds(0, "DEVC")) {
+                ++read;
+                whole = PayloadReader(collector, sample).read(payload);
+            }
         }
-        buffer.resize(sample.size);
-        const std::size_t got = input.source().readAt(sample.offset, buffer);
-        const Bytes payload(std::span<const std::uint8_t>(buffer.data(), got));
-        if (payload.holds(0, "DEVC")) {
-            found = true;
-            PayloadReader(collector, sample).read(payload);
+        if (!whole && damaged++ == 0) {
+            damagedAt = sample.offset;
         }
     }
-    return found;
+    if (read > 0 && damaged > 0) {
+        input.note(input.error(track.path, damagedAt,
+                               std::to_string(damaged) + " samples hold no whole GPMF record"));
+    }
+    return read > 0;
 }
 
 } // namespace

@@ -74,6 +74,7 @@ bool GpmfWalker::next(GpmfRecord& record) {
         return false; // padding behind the last record
     }
     record.data = bytes_.from(at_ + 8, length);
+    cut_ = cut_ || record.data.size() < length;
     at_ += 8 + (length + 3) / 4 * 4;
     if (record.data.size() < length && record.type != 0) {
         // Rows before the cut are whole.

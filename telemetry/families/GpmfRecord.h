@@ -22,8 +22,11 @@ class GpmfWalker {
     explicit GpmfWalker(Bytes bytes) : bytes_(bytes) {}
     // False at the end, or at a record that claims more than is left.
     bool next(GpmfRecord& record);
+    // Whether a record claimed more than there was.
+    bool cut() const { return cut_; }
 
   private:
+    bool cut_ = false;
     Bytes bytes_;
     std::size_t at_ = 0;
 };

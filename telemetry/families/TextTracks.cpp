@@ -76,6 +76,30 @@ bool readSentencesAt(std::string_view text, double time, double duration, Collec
     return count > 0;
 }
 
+// Reads the samples of a track; where some hold telemetry, those that hold none are noted, and
+// where some begin with their own length, those whose length is another.
+template <class ReadOne>
+bool readTrack(Input& input, const MediaTrack& track, ReadOne readOne) {
+    std::size_t good = 0;
+    std::size_t empty = 0;
+    std::size_t fitting = 0;
+    std::size_t misfitting = 0;
+    readSamples(input, track, longestText, [&](const SampleLocation& where, Bytes sample) {
+        ++(readOne(where, sample) ? good : empty);
+        ++(std::size_t{sample.u16be(0)} + 2 == sample.size() ? fitting : misfitting);
+    });
+    if (good > 0 && empty > 0) {
+        input.note(
+            input.error(track.path, 0, std::to_string(empty) + " samples hold no telemetry"));
+    }
+    if (good > 0 && fitting > 0 && misfitting > 0) {
+        input.note(input.error(track.path, 0,
+                               std::to_string(misfitting) +
+                                   " samples are not as long as they say themselves"));
+    }
+    return good > 0;
+}
+
 bool textTrack(const MediaTrack& track) {
     return track.handler == code("text") || track.handler == code("sbtl") ||
            track.handler == code("subt") || track.format == code("tx3g") ||
@@ -94,16 +118,15 @@ bool readTelemetryText(Bytes text, double time, double duration, Collector& coll
 
 bool readTextTracks(Recording& recording, Collector& collector) {
     bool found = false;
-    if (recording.movie) {
-        for (const MediaTrack& track : recording.movie->tracks) {
-            if (textTrack(track)) {
-                readSamples(recording.input, track, longestText,
-                            [&](const SampleLocation& where, Bytes sample) {
-                                found = readTelemetryText(sample, where.time, where.duration,
-                                                          collector) ||
-                                        found;
-                            });
-            }
+    for (const MediaTrack& track :
+         recording.movie ? recording.movie->tracks : std::vector<MediaTrack>{}) {
+        if (textTrack(track)) {
+            found = readTrack(recording.input, track,
+                              [&](const SampleLocation& where, Bytes sample) {
+                                  return readTelemetryText(sample, where.time, where.duration,
+                                                           collector);
+                              }) ||
+                    found;
         }
     }
     return found;
@@ -111,16 +134,15 @@ bool readTextTracks(Recording& recording, Collector& collector) {
 
 bool readSentenceTracks(Recording& recording, Collector& collector) {
     bool found = false;
-    if (recording.movie) {
-        for (const MediaTrack& track : recording.movie->tracks) {
-            if (track.format == code("nbmt")) {
-                readSamples(recording.input, track, longestText,
-                            [&](const SampleLocation& where, Bytes sample) {
-                                found = readSentencesAt(sample.text(0), where.time, where.duration,
-                                                        collector) ||
-                                        found;
-                            });
-            }
+    for (const MediaTrack& track :
+         recording.movie ? recording.movie->tracks : std::vector<MediaTrack>{}) {
+        if (track.format == code("nbmt")) {
+            found = readTrack(recording.input, track,
+                              [&](const SampleLocation& where, Bytes sample) {
+                                  return readSentencesAt(sample.text(0), where.time, where.duration,
+                                                         collector);
+                              }) ||
+                    found;
         }
     }
     return found;
