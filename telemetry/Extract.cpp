@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "telemetry/FamilyTable.h"
 #include "telemetry/UtcTime.h"
 #include "telemetry/families/TransportStream.h"
 
@@ -104,6 +103,11 @@ Result<Telemetry> withoutTelemetry(const Recording& recording) {
 } // namespace
 
 Result<Telemetry> extract(ByteSource& source, const ReadOptions& options, Siblings* siblings) {
+    return extractWith(families(), source, options, siblings);
+}
+
+Result<Telemetry> extractWith(std::span<const Family> asked, ByteSource& source,
+                              const ReadOptions& options, Siblings* siblings) {
     Input input(source, options);
     if (source.size() == 0) {
         return input.error({}, 0, "the file is empty");
@@ -116,7 +120,7 @@ Result<Telemetry> extract(ByteSource& source, const ReadOptions& options, Siblin
     }
     // A source with positions beats one that has accelerations alone.
     std::optional<Telemetry> best;
-    for (const Family& family : families()) {
+    for (const Family& family : asked) {
         Collector collector;
         if (!family.read(recording, collector) || collector.empty()) {
             continue;

@@ -1,8 +1,10 @@
 // From a recording to its telemetry.
 #pragma once
 
+#include <span>
 #include <string>
 
+#include "telemetry/FamilyTable.h"
 #include "telemetry/Input.h"
 #include "telemetry/Samples.h"
 #include "telemetry/Siblings.h"
@@ -14,6 +16,9 @@ namespace velmorant::telemetry {
 // `siblings` are asked where the recording itself holds nothing; they may be null.
 Result<Telemetry> extract(ByteSource& source, const ReadOptions& options = {},
                           Siblings* siblings = nullptr);
+// The same, asking only the given families.
+Result<Telemetry> extractWith(std::span<const Family> asked, ByteSource& source,
+                              const ReadOptions& options, Siblings* siblings);
 Result<Telemetry> extractFile(const std::string& path, const ReadOptions& options = {});
 
 } // namespace velmorant::telemetry

@@ -63,14 +63,14 @@ const Row& nearest(const std::vector<Row>& rows, double time) {
     });
 }
 
-struct Recording {
+struct RealFile {
     const char* name;
     std::size_t seconds;
     std::int64_t firstSecond;
     bool speeds;
 };
 
-class RealRecording : public testing::TestWithParam<Recording> {};
+class RealRecording : public testing::TestWithParam<RealFile> {};
 
 } // namespace
 
@@ -112,9 +112,9 @@ TEST_P(RealRecording, measures_about_one_g_at_rest) {
 }
 
 INSTANTIATE_TEST_SUITE_P(gpmf, RealRecording,
-                         testing::Values(Recording{"hero7", 12, 1557166507, true},
-                                         Recording{"max-heromode", 11, 1574120714, true},
-                                         Recording{"karma", 12, 1492457278, false}),
+                         testing::Values(RealFile{"hero7", 12, 1557166507, true},
+                                         RealFile{"max-heromode", 11, 1574120714, true},
+                                         RealFile{"karma", 12, 1492457278, false}),
                          [](const auto& row) {
                              std::string name = row.param.name;
                              std::replace(name.begin(), name.end(), '-', '_');
