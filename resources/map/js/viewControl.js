@@ -8,7 +8,10 @@
     const COST_SHARE = 20;
     const FIT_ZOOM = 17;
     const USER_PAUSE_MS = 8000;
-    const INNER = 0.2;
+    // Free of the buttons at the sides and of the legend below. The car is kept a little less far
+    // from the edges than routes are shown, so that following does not undo the fit.
+    const FIT_MARGIN = { side: 48, top: 28, bottom: 60 };
+    const CAR_MARGIN = { side: 40, top: 20, bottom: 50 };
 
     class ViewControl {
         // pictureCost() tells how long a new picture of the routes takes, in milliseconds.
@@ -77,7 +80,8 @@
             const corner = (x, y) => [mercator.latitude(y), mercator.longitude(x)];
             const bounds = L.latLngBounds(corner(box.left, box.bottom), corner(box.right, box.top));
             this.map.fitBounds(bounds, {
-                paddingTopLeft: [44, 24], paddingBottomRight: [44, 32], maxZoom: FIT_ZOOM, animate: false,
+                paddingTopLeft: [FIT_MARGIN.side, FIT_MARGIN.top],
+                paddingBottomRight: [FIT_MARGIN.side, FIT_MARGIN.bottom], maxZoom: FIT_ZOOM, animate: false,
             });
         }
 
@@ -93,9 +97,8 @@
             const copy = Math.round((this.map.getCenter().lng - latLng.lng) / 360) * 360;
             const place = [latLng.lat, latLng.lng + copy];
             const point = this.map.latLngToContainerPoint(place);
-            const margin = size.multiplyBy(INNER);
-            if (point.x > margin.x && point.x < size.x - margin.x &&
-                point.y > margin.y && point.y < size.y - margin.y) return;
+            const { side, top, bottom } = CAR_MARGIN;
+            if (point.x > side && point.x < size.x - side && point.y > top && point.y < size.y - bottom) return;
             this.map.panTo(place, { animate: size.contains(point), duration: 0.4 });
         }
     }
