@@ -155,7 +155,10 @@ class TripWriter {
 class Progress {
   public:
     Progress(std::ostream& errors, bool shown, std::size_t total)
-        : errors_(errors), shown_(shown && total > 1), total_(total) {}
+        : errors_(errors),
+          shown_(shown && total > 1),
+          searchShown_(shown && total == 1),
+          total_(total) {}
     void done(std::size_t count) {
         if (!shown_) {
             return;
@@ -165,15 +168,25 @@ class Progress {
         errors_ << "\r[" << std::string(filled, '#') << std::string(width - filled, ' ') << "] "
                 << count << '/' << total_ << std::flush;
     }
+    // While one recording is searched from end to end.
+    void scanned(std::uint64_t bytes, std::uint64_t all) {
+        if (searchShown_ && all > 0) {
+            errors_ << "\rsearching " << bytes * 100 / all << " %   " << std::flush;
+            cleared_ = false;
+        }
+    }
     void clear() {
-        if (shown_) {
+        if (shown_ || !cleared_) {
+            cleared_ = true;
             errors_ << '\r' << std::string(70, ' ') << '\r' << std::flush;
         }
     }
 
   private:
     std::ostream& errors_;
-    bool shown_;
+    bool shown_;       // of several recordings
+    bool searchShown_; // of a single one
+    bool cleared_ = true;
     std::size_t total_;
 };
 
@@ -189,13 +202,24 @@ unsigned jobsOf(const DvrTrackOptions& options) {
                             : std::max(1U, std::thread::hardware_concurrency());
 }
 
+// Reads one recording; only a single one reports how far its search is, since several are read at
+// once.
+Result<Telemetry> readOne(const std::string& path, Progress& progress) {
+    ReadOptions options;
+    options.progress = [&progress](std::uint64_t done, std::uint64_t total) {
+        progress.scanned(done, total);
+    };
+    return extractFile(path, options);
+}
+
 int exportAll(const DvrTrackOptions& options, const std::vector<std::string>& recordings,
               std::ostream& out, std::ostream& errors, Progress& progress) {
     TripWriter trips(options, out);
     int code = done;
     bool writable = true;
     readInOrder(
-        recordings, jobsOf(options), [](const std::string& path) { return extractFile(path); },
+        recordings, jobsOf(options),
+        [&](const std::string& path) { return readOne(path, progress); },
         [&](std::size_t index, const Result<Telemetry>& outcome) {
             const int own = codeOf(outcome);
             code = std::max(code, own);
@@ -235,7 +259,8 @@ int listAll(const DvrTrackOptions& options, const std::vector<std::string>& reco
     int code = done;
     table.begin();
     readInOrder(
-        recordings, jobsOf(options), [](const std::string& path) { return extractFile(path); },
+        recordings, jobsOf(options),
+        [&](const std::string& path) { return readOne(path, progress); },
         [&](std::size_t index, const Result<Telemetry>& outcome) {
             code = std::max(code, codeOf(outcome));
             progress.clear();
