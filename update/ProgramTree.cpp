@@ -20,7 +20,10 @@ namespace velmorant {
 
 namespace {
 
-constexpr std::size_t largestGroup = 64;
+// Each file of a group holds two descriptors.
+constexpr std::size_t largestGroup = 200;
+// From here on one sync of the whole disk costs less than one for every file.
+constexpr std::size_t manyFiles = 8;
 constexpr std::uint64_t largestGroupBytes = std::uint64_t{64} << 20;
 
 std::string pathIn(const std::string& folder, const ProgramPath& path) {
@@ -40,6 +43,13 @@ void readPieces(int file, const std::string& where,
             return;
         take(std::span(buffer).first(static_cast<std::size_t>(count)));
     }
+}
+
+struct stat statusOf(int descriptor, const std::string& where) {
+    struct stat status {};
+    if (::fstat(descriptor, &status) != 0)
+        throwTreeError(where);
+    return status;
 }
 
 } // namespace
@@ -101,17 +111,25 @@ void ProgramTree::publish() {
     m_groupBytes = 0;
     for (const auto& file : group)
         file->startFlush();
-    for (const auto& file : group)
-        file->sync();
+    syncFiles(group);
     for (const auto& file : group)
         file->rename();
     std::set<std::pair<dev_t, ino_t>> synced;
     for (const auto& file : group) {
-        struct stat status {};
-        if (::fstat(file->m_folder, &status) != 0)
-            throwTreeError(file->m_where);
+        const struct stat status = statusOf(file->m_folder, file->m_where);
         if (synced.emplace(status.st_dev, status.st_ino).second)
             file->syncFolder();
+    }
+}
+
+void ProgramTree::syncFiles(const std::vector<std::unique_ptr<PendingFile>>& group) {
+    std::set<dev_t> disks;
+    for (const auto& file : group) {
+        if (group.size() < manyFiles)
+            file->sync();
+        else if (disks.insert(statusOf(file->m_file, file->m_where).st_dev).second &&
+                 ::syncfs(file->m_file) != 0)
+            throwTreeError(file->m_where);
     }
 }
 

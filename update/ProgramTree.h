@@ -57,6 +57,8 @@ class ProgramTree {
     const std::string& folder() const { return m_folder; }
 
   private:
+    static void syncFiles(const std::vector<std::unique_ptr<PendingFile>>& group);
+
     std::string m_folder;
     std::vector<std::unique_ptr<PendingFile>> m_group;
     std::uint64_t m_groupBytes = 0;

@@ -1,7 +1,9 @@
+#include "desktop/widgets/Theme.h"
 #include "server/catalogue/ServedTree.h"
 #include "tests/desktop/update/DesktopUpdate.h"
 #include "tests/desktop/update/NginxServer.h"
 
+#include <QApplication>
 #include <QDir>
 #include <QProgressBar>
 #include <QPushButton>
@@ -36,6 +38,7 @@ class UpdateWindowTest : public testing::Test {
 };
 
 TEST_F(UpdateWindowTest, brings_a_program_folder_up_to_date_from_a_real_server) {
+    applyTheme(*qApp);
     publishFiles("R1", "one");
     DesktopUpdate desktop(nginx.base());
     desktop.folder.write("Velmorant DVR Tools", "program");
