@@ -61,5 +61,7 @@ function(velmorant_test name)
     add_executable(${name} ${sources})
     target_link_libraries(${name} PRIVATE velmorant_settings ${ARGN} GTest::gmock GTest::gtest_main)
     target_compile_definitions(${name} PRIVATE VELMORANT_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data")
+    # The tests' own code need not be fast, and compiles in half the time.
+    target_compile_options(${name} PRIVATE -O0)
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
