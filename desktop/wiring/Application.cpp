@@ -33,6 +33,8 @@ Application::Application(EnvironmentLookup environment, std::string programFolde
     m_rooms.rows = std::make_unique<RecordingList>(*m_panes->list.view);
     m_mapData = std::make_unique<MapData>(m_rooms.state, *m_rooms.rows, m_texts);
     m_bridges = std::make_unique<Bridges>(m_rooms, *m_panes, *m_host, [this] { endProgram(); });
+    m_titleMenu = std::make_unique<TitleMenu>(
+        *m_panes, *m_host, m_texts, [this] { m_rooms.update->Open(UpdateOpening::OnRequest); });
     m_listMenu = std::make_unique<ListMenu>(m_rooms, *m_panes, *m_host, m_texts);
     configureTiles();
 
@@ -40,6 +42,7 @@ Application::Application(EnvironmentLookup environment, std::string programFolde
     buildPlaybackRooms();
     buildListRoom();
     buildWindowRooms();
+    buildUpdateRoom();
 
     connectPlayer();
     connectControlBar();
@@ -55,7 +58,10 @@ StartUpResult Application::start(const std::string& commandLine) {
     StartUp startUp({m_rooms.state.settings, m_host->files, m_host->paths, m_host->profile, m_texts,
                      m_host->messageBox, m_host->shellObject, m_host->screen,
                      m_bridges->playerBands, m_bridges->frameBands, m_bridges->startingWindows});
-    return startUp.run(commandLine);
+    const StartUpResult result = startUp.run(commandLine);
+    if (result == StartUpResult::Running)
+        m_rooms.updateSchedule->Start();
+    return result;
 }
 
 void Application::endProgram() {

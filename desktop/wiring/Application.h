@@ -8,6 +8,7 @@
 #include "desktop/wiring/Panes.h"
 #include "desktop/wiring/PlaybackBridges.h"
 #include "desktop/wiring/Rooms.h"
+#include "desktop/wiring/TitleMenu.h"
 #include "desktop/wiring/WindowBridges.h"
 
 #include <functional>
@@ -40,6 +41,7 @@ class Application {
     void buildPlaybackRooms();
     void buildListRoom();
     void buildWindowRooms();
+    void buildUpdateRoom();
     void connectPlayer();
     void connectControlBar();
     void connectList();
@@ -61,6 +63,7 @@ class Application {
     std::unique_ptr<JournalledBrowser> m_browser;
     std::unique_ptr<Bridges> m_bridges;
     std::unique_ptr<ListMenu> m_listMenu;
+    std::unique_ptr<TitleMenu> m_titleMenu;
 };
 
 } // namespace velmorant

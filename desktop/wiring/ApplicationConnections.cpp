@@ -30,6 +30,8 @@ void Application::connectPlayer() {
         });
     };
     player.onOpenFailed(failed);
+    // It has played as far as it goes; the end that follows finds the next row requested already.
+    player.onEndedEarly(failed);
     VideoWidget& picture = *m_panes->picture.widget;
     picture.onResize(
         [this](int width, int height) { m_rooms.child->ResizeBackground(width, height); });
@@ -146,6 +148,9 @@ void Application::connectFrame() {
     frame.onDrop([this](const std::vector<std::string>& paths) { m_rooms.list->AddPaths(paths); });
     frame.onKey([this](const QKeyEvent& event) { return useKey(event, m_rooms, *m_panes); });
     frame.qtWindow().onResize([this] { m_rooms.main->Resize(); });
+    frame.setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(&frame, &QWidget::customContextMenuRequested, &frame,
+                     [this](const QPoint& place) { m_titleMenu->show(place); });
     frame.qtWindow().onCloseRequest([this] {
         if (m_rooms.main->CloseRequest() != CloseDecision::Close)
             return;

@@ -3,6 +3,7 @@
 
 #include "desktop/wiring/Bridges.h"
 #include "desktop/wiring/programFacts.h"
+#include "update/builtIn.h"
 
 #include <QDateTime>
 
@@ -107,6 +108,18 @@ void Application::buildWindowRooms() {
     m_rooms.about = std::make_unique<frmAbout>(frmAboutNeeds{
         m_panes->about.qtWindow(), m_panes->about.skin(), m_host->screen, m_host->files,
         m_host->paths, m_texts, m_host->messageBox, m_host->shell, programFacts()});
+}
+
+void Application::buildUpdateRoom() {
+    Bridges& bridges = *m_bridges;
+    m_rooms.update = std::make_unique<frmUpdate>(
+        frmUpdateNeeds{m_panes->updateWindow, m_panes->update, bridges.transfer, bridges.tStartLoad,
+                       bridges.tAllLoad, bridges.tClose, m_texts, m_host->messageBox, m_host->shell,
+                       m_host->paths, mainProgramName, builtInUpdateKey()});
+    m_rooms.updateSchedule = std::make_unique<UpdateSchedule>(UpdateScheduleNeeds{
+        bridges.updateTimer, m_host->clock, m_texts, m_host->profile, m_host->paths,
+        [this] { m_rooms.update->Open(UpdateOpening::Automatic); }});
+    m_panes->updateWindow.onCloseRequest([this] { m_rooms.update->Close(); });
 }
 
 } // namespace velmorant

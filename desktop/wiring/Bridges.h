@@ -1,6 +1,7 @@
 #pragma once
 
 #include "desktop/player/ExifFrameWriter.h"
+#include "desktop/transfer/QtHttpTransfer.h"
 #include "desktop/wiring/Application.h"
 
 namespace velmorant {
@@ -30,7 +31,13 @@ struct Application::Bridges {
           tPlayTime(host.gate),
           tFast(host.gate),
           tContinue(host.gate),
-          splashTimer(host.gate) {}
+          splashTimer(host.gate),
+          tStartLoad(host.gate),
+          tAllLoad(host.gate),
+          tClose(host.gate),
+          updateTimer(host.gate),
+          transfer(
+              [&host](std::function<void()> step) { host.gate.runWhenFree(std::move(step)); }) {}
 
     ListToMap listToMap;
     ListToExtraction listToExtraction;
@@ -54,6 +61,11 @@ struct Application::Bridges {
     QtTimer tFast;
     QtTimer tContinue;
     QtTimer splashTimer;
+    QtTimer tStartLoad;
+    QtTimer tAllLoad;
+    QtTimer tClose;
+    QtTimer updateTimer;
+    QtHttpTransfer transfer;
 };
 
 } // namespace velmorant

@@ -82,7 +82,9 @@ Panes::Panes(Host& host, const Texts& texts, VideoOutput output,
       extraction(host.gate, host.waits, [&texts] { return texts.addition("button.cancel"); }),
       splash(host.gate, host.screen),
       setup(host.gate, host.screen, &frame),
-      about(host.gate, host.screen, &frame) {
+      about(host.gate, host.screen, &frame),
+      update(texts, &frame),
+      updateWindow(update, host.gate, host.screen) {
     frame.host(MainWindow::Pane::Picture, *picture.widget);
     frame.host(MainWindow::Pane::List, *list.skin);
     frame.bands().addWindow("frmCurve", *control.skin);

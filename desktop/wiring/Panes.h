@@ -11,6 +11,7 @@
 #include "desktop/widgets/SkinStatusLine.h"
 #include "desktop/windows/MainWindow.h"
 #include "desktop/windows/SkinDialog.h"
+#include "desktop/windows/UpdateWindow.h"
 #include "desktop/wiring/Host.h"
 #include "desktop/wiring/ListBridges.h"
 #include "library/AddingProgress.h"
@@ -84,6 +85,8 @@ struct Panes {
     SplashWindow splash;
     SetupDialog setup;
     AboutDialog about;
+    UpdateWindow update;
+    QtWindow updateWindow;
 };
 
 } // namespace velmorant

@@ -10,9 +10,11 @@
 #include "playback/StillPicture.h"
 #include "playback/frmChild.h"
 #include "playback/frmCurve.h"
+#include "settings/UpdateSchedule.h"
 #include "settings/frmAbout.h"
 #include "settings/frmSetupInfo.h"
 #include "settings/frmTip.h"
+#include "settings/frmUpdate.h"
 #include "track/PositionFollow.h"
 #include "track/ProgramState.h"
 #include "track/frmMediaCtrl.h"
@@ -42,6 +44,8 @@ struct Rooms {
     std::unique_ptr<PositionFollow> follow;
     std::unique_ptr<frmSetupInfo> setup;
     std::unique_ptr<frmAbout> about;
+    std::unique_ptr<frmUpdate> update;
+    std::unique_ptr<UpdateSchedule> updateSchedule;
 };
 
 } // namespace velmorant

@@ -65,6 +65,9 @@ constexpr Row rows[] = {
      {"The new program is fetched now. Close this one when you like: the new one then starts by "
       "itself.",
       "正在下載新程式。您可隨時關閉目前的程式，新程式隨後會自動啟動。"}},
+    {"title.menu.close", {"Close", "關閉"}},
+    {"title.menu.minimise", {"Minimise", "最小化"}},
+    {"title.menu.update", {"Check for updates", "檢查更新"}},
 };
 // clang-format on
 
