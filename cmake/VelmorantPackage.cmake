@@ -4,11 +4,9 @@ set(folder "lib/velmorant-dvr-tools")
 
 install(TARGETS velmorant_desktop velmorant_setup DESTINATION ${folder})
 install(TARGETS Parse DESTINATION ${folder}/movsupport)
+install(TARGETS dvr-track DESTINATION bin)
 install(DIRECTORY ${VELMORANT_PROGRAM_FOLDER}/skin ${VELMORANT_PROGRAM_FOLDER}/system
                   ${VELMORANT_PROGRAM_FOLDER}/map DESTINATION ${folder})
-if(TARGET dvr-track)
-    install(TARGETS dvr-track DESTINATION bin)
-endif()
 
 configure_file(packaging/velmorant-dvr-tools.in packaging/velmorant-dvr-tools @ONLY)
 install(PROGRAMS "${CMAKE_BINARY_DIR}/packaging/velmorant-dvr-tools" DESTINATION bin)
@@ -40,9 +38,9 @@ set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_CONTACT "Velmorant DVR Tools developers <maintainers@velmorant.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "player for the recordings of a car video recorder")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Plays the recordings of a car video recorder while a car moves along their routes on a map,
-with the speed and the acceleration of every second in a chart. Also reads the tracks out of the
-recordings for other programs.")
+    "Plays the recordings of a car video recorder while a car moves along
+their routes on a map, with the speed and the acceleration of every second
+in a chart. Also reads the tracks out of the recordings for other programs.")
 set(CPACK_PACKAGING_INSTALL_PREFIX "/usr")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
