@@ -1,0 +1,164 @@
+#!/bin/bash
+# What takes longer than the daily tests; ./test.sh --long calls it after its build. Prints a line a
+# test and ends with 1 when one failed.
+#   VELMORANT_STARTS         how often the program is started (default 100)
+#   VELMORANT_KILLS          how often it is killed (default 30)
+#   VELMORANT_FUZZ_SECONDS   how long each fuzzer runs (default 120)
+#   tools/long_tests.sh NAME...   only these: road kills starts fuzz clean
+set -u
+cd "$(dirname "$0")/.." || exit 1
+tests=${*:-road kills starts fuzz clean}
+starts=${VELMORANT_STARTS:-100}
+kills=${VELMORANT_KILLS:-30}
+fuzz_seconds=${VELMORANT_FUZZ_SECONDS:-120}
+failed=0
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+program="$PWD/build/default/program"
+
+result() { # NAME EXIT-CODE
+    if [ "$2" -eq 0 ]; then
+        echo "passed: $1"
+    else
+        echo "FAILED: $1"
+        failed=1
+    fi
+}
+
+# A home of its own with a language and a card's recordings in the list.
+prepare_home() {
+    export HOME="$work/home" XDG_CONFIG_HOME="$work/home/config" XDG_DATA_HOME="$work/home/data"
+    export XDG_CACHE_HOME="$work/home/cache" XDG_RUNTIME_DIR="$work/home/run"
+    mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME"
+    mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+    "$program/velmorant-setup"
+    [ -d "$work/card" ] ||
+        build/default/tools/make_card "$work/card" --one-picture --seconds 5 >/dev/null
+    "$program/velmorant-list" "$work/card" >/dev/null
+}
+
+sums() { find "$work/card" "$XDG_CONFIG_HOME" -type f -name '*.[mM][pP]4' -print0 | sort -z |
+    xargs -0 sha256sum; }
+
+# Waits for a line of the journal while the program lives.
+journal_has() { # JOURNAL PATTERN PROCESS SECONDS
+    local tries=$(($4 * 10))
+    while ! grep -q "$2" "$1" 2>/dev/null; do
+        tries=$((tries - 1))
+        [ $tries -gt 0 ] && kill -0 "$3" 2>/dev/null || return 1
+        sleep 0.1
+    done
+}
+
+# The real program and, by turns, the driven one, which is caught while it extracts and plays.
+kill_at_random_moments() {
+    local before i moment process
+    before=$(sums)
+    for ((i = 1; i <= kills; i++)); do
+        "$program/velmorant-list" "$work/card" >/dev/null || return 1
+        if [ $((i % 2)) -eq 0 ]; then
+            setsid "$program/Velmorant DVR Tools" >"$work/log" 2>&1 &
+        else
+            setsid build/default/tools/drive_road "$program" "$work/pictures" >"$work/log" 2>&1 &
+        fi
+        process=$!
+        moment=$((RANDOM % 20)).$((RANDOM % 10))
+        sleep "$moment"
+        kill -KILL -- "-$process" 2>/dev/null
+        wait "$process" 2>/dev/null
+        if [ "$(sums)" != "$before" ]; then
+            echo "  after a kill at $moment s a file of the card or the configuration differs"
+            return 1
+        fi
+    done
+    echo "  killed $kills times; configuration and card are whole"
+}
+
+# With an empty sound configuration there is no card to be found, whatever the machine has.
+start_without_sound() {
+    local i process
+    for ((i = 1; i <= starts; i++)); do
+        "$program/velmorant-list" "$work/card" >/dev/null || return 1
+        rm -f "$work/journal"
+        ALSA_CONFIG_PATH=/dev/null PULSE_SERVER=/nowhere VELMORANT_JOURNAL="$work/journal" setsid \
+            "$program/Velmorant DVR Tools" >"$work/log" 2>&1 &
+        process=$!
+        if ! journal_has "$work/journal" '^page velmorant:' "$process" 60; then
+            echo "  start $i shows no map page within 60 s"
+            tail -n 5 "$work/log"
+            kill -KILL -- "-$process" 2>/dev/null
+            return 1
+        fi
+        kill -TERM -- "-$process" 2>/dev/null
+        wait "$process" 2>/dev/null
+    done
+    echo "  started $starts times"
+}
+
+fuzz() {
+    cmake --preset fuzz >/dev/null && cmake --build --preset fuzz >/dev/null || return 1
+    local fuzzer bad=0
+    for fuzzer in build/fuzz/fuzz/*Fuzzer*; do
+        [ -f "$fuzzer" ] && [ -x "$fuzzer" ] || continue
+        mkdir -p "$work/corpus/$(basename "$fuzzer")"
+        if "$fuzzer" -max_total_time="$fuzz_seconds" -timeout=25 -rss_limit_mb=2048 \
+            -artifact_prefix="build/fuzz/" "$work/corpus/$(basename "$fuzzer")" \
+            >"$work/fuzz.log" 2>&1; then
+            echo "  $(basename "$fuzzer"): $(grep -c . "$work/fuzz.log") lines," \
+                "$(tail -n 1 "$work/fuzz.log")"
+        else
+            tail -n 20 "$work/fuzz.log"
+            bad=1
+        fi
+    done
+    return $bad
+}
+
+# Under a display of its own this script calls itself for the parts that need one.
+if [ "${VELMORANT_LONG_PART:-}" = kills ]; then
+    prepare_home && kill_at_random_moments
+    exit
+elif [ "${VELMORANT_LONG_PART:-}" = starts ]; then
+    prepare_home && start_without_sound
+    exit
+fi
+
+on_display() { tools/on_virtual_display.sh 1024x708 "$@"; }
+
+for test in $tests; do
+    case $test in
+    road)
+        for name in the_window_repaints_while_300_recordings_are_added_and_extracted \
+            cancel_answers_at_once the_queue_plays_through_50_ends; do
+            on_display build/default/tests/gui/long_road --gtest_filter="*.$name" \
+                >"$work/road.log" 2>&1
+            code=$?
+            grep -E '^(longest|the run|memory)|Failure|does not|Expected|actual' "$work/road.log"
+            result "$name" $code
+        done
+        ;;
+    kills)
+        VELMORANT_LONG_PART=kills on_display tools/long_tests.sh
+        result "killed at random moments" $?
+        ;;
+    starts)
+        VELMORANT_LONG_PART=starts on_display tools/long_tests.sh
+        result "repeated starts without a sound card" $?
+        ;;
+    fuzz)
+        fuzz
+        result "fuzzers" $?
+        ;;
+    clean)
+        for command in ./run.sh ./test.sh; do
+            tools/clean_system_test.sh $command
+            result "clean system: $command" $?
+        done
+        ;;
+    *)
+        echo "no such test: $test" >&2
+        exit 2
+        ;;
+    esac
+done
+exit $failed
