@@ -3,10 +3,11 @@
 #include <QtGlobal>
 #include <gtest/gtest.h>
 
+// The tests draw off the screen, wherever they run; VELMORANT_TEST_PLATFORM names another platform.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QByteArray platform = qgetenv("VELMORANT_TEST_PLATFORM");
+    qputenv("QT_QPA_PLATFORM", platform.isEmpty() ? "offscreen" : platform);
     QApplication application(argc, argv);
     // Windows come and go in these tests; the last one must not end the event loops of the next.
     QApplication::setQuitOnLastWindowClosed(false);
