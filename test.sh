@@ -81,12 +81,22 @@ for preset in default sanitizers; do
     check "build: $preset" true
 done
 
-check "static analysis" tools/check_tidy.sh
+# The tests of the whole program mostly wait; the analysis uses that time.
+nice -n 19 tools/check_tidy.sh >build/tidy.out 2>&1 &
+tidy=$!
+analysed() {
+    wait "$tidy"
+    local code=$?
+    cat build/tidy.out
+    return $code
+}
 
 export ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1
 tests_of "unit tests under ASan and UBSan" build/sanitizers ctest -j2 --output-on-failure
 tests_of "unit, adapter and end-to-end tests" build/default \
     ../../tools/on_virtual_display.sh 1024x708 ctest -j2 --output-on-failure
+
+check "static analysis" analysed
 
 if [ "$long" = yes ]; then
     tools/long_tests.sh || failed=$((failed + 1))
