@@ -97,9 +97,10 @@ start_without_sound() {
 
 fuzz() {
     cmake --preset fuzz >/dev/null && cmake --build --preset fuzz >/dev/null || return 1
-    local fuzzer bad=0
+    local fuzzer bad=0 ran=0
     for fuzzer in build/fuzz/fuzz/*Fuzzer*; do
         [ -f "$fuzzer" ] && [ -x "$fuzzer" ] || continue
+        ran=$((ran + 1))
         mkdir -p "$work/corpus/$(basename "$fuzzer")"
         if "$fuzzer" -max_total_time="$fuzz_seconds" -timeout=25 -rss_limit_mb=2048 \
             -artifact_prefix="build/fuzz/" "$work/corpus/$(basename "$fuzzer")" \
@@ -111,6 +112,10 @@ fuzz() {
             bad=1
         fi
     done
+    [ $ran -gt 0 ] || {
+        echo "  no fuzzer was built"
+        return 1
+    }
     return $bad
 }
 
