@@ -16,20 +16,20 @@ endif()
 # The program folder, assembled as it is installed.
 set(VELMORANT_PROGRAM_FOLDER "${CMAKE_BINARY_DIR}/program")
 
-add_library(velmorant_settings INTERFACE)
-target_include_directories(velmorant_settings INTERFACE "${CMAKE_SOURCE_DIR}")
-target_compile_options(velmorant_settings INTERFACE
+add_library(velmorant_compile_options INTERFACE)
+target_include_directories(velmorant_compile_options INTERFACE "${CMAKE_SOURCE_DIR}")
+target_compile_options(velmorant_compile_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
 # GCC 12 reports "literal" + std::string as an overlapping copy when it optimises (GCC PR105651).
-target_compile_options(velmorant_settings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+target_compile_options(velmorant_compile_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 if(VELMORANT_SANITIZE)
-    target_compile_options(velmorant_settings INTERFACE
+    target_compile_options(velmorant_compile_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    target_link_options(velmorant_settings INTERFACE -fsanitize=address,undefined)
+    target_link_options(velmorant_compile_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(VELMORANT_FUZZERS)
     # Without it the fuzzers would not see which paths of the libraries they reach.
-    target_compile_options(velmorant_settings INTERFACE -fsanitize=fuzzer-no-link)
+    target_compile_options(velmorant_compile_options INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
 # velmorant_room(NAME [libraries...]): a static library of every .cpp file of the folder, or an
@@ -38,7 +38,7 @@ function(velmorant_room name)
     file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
     if(sources)
         add_library(${name} STATIC ${sources})
-        target_link_libraries(${name} PUBLIC velmorant_settings ${ARGN})
+        target_link_libraries(${name} PUBLIC velmorant_compile_options ${ARGN})
         # moc looks at the headers again when a list file changes, so a source file that is added
         # must change one.
         file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/${name}-sources.cmake"
@@ -46,7 +46,7 @@ function(velmorant_room name)
         include("${CMAKE_CURRENT_BINARY_DIR}/${name}-sources.cmake")
     else()
         add_library(${name} INTERFACE)
-        target_link_libraries(${name} INTERFACE velmorant_settings ${ARGN})
+        target_link_libraries(${name} INTERFACE velmorant_compile_options ${ARGN})
     endif()
 endfunction()
 
@@ -59,7 +59,7 @@ function(velmorant_test name)
         return()
     endif()
     add_executable(${name} ${sources})
-    target_link_libraries(${name} PRIVATE velmorant_settings ${ARGN} GTest::gmock GTest::gtest_main)
+    target_link_libraries(${name} PRIVATE velmorant_compile_options ${ARGN} GTest::gmock GTest::gtest_main)
     target_compile_definitions(${name} PRIVATE VELMORANT_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data")
     # The tests' own code need not be fast, and compiles in half the time.
     target_compile_options(${name} PRIVATE -O0)

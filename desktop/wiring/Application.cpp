@@ -45,6 +45,7 @@ Application::Application(EnvironmentLookup environment, std::string programFolde
     buildUpdateRoom();
 
     connectPlayer();
+    connectPicture();
     connectControlBar();
     connectList();
     connectMap();

@@ -43,6 +43,7 @@ class Application {
     void buildWindowRooms();
     void buildUpdateRoom();
     void connectPlayer();
+    void connectPicture();
     void connectControlBar();
     void connectList();
     void connectMap();

@@ -32,6 +32,17 @@ void Application::connectPlayer() {
     player.onOpenFailed(failed);
     // It has played as far as it goes; the end that follows finds the next row requested already.
     player.onEndedEarly(failed);
+    m_rooms.child->onPlayStateChanged = [this](PlayState state) {
+        m_rooms.curve->PlayStateChanged(state);
+        m_rooms.moment->Show();
+    };
+    m_rooms.child->onTicked = [this] { m_rooms.moment->Show(); };
+}
+
+// desktop -> playback: the picture.
+
+void Application::connectPicture() {
+    HandlerGate& gate = m_host->gate;
     VideoWidget& picture = *m_panes->picture.widget;
     picture.onResize(
         [this](int width, int height) { m_rooms.child->ResizeBackground(width, height); });
@@ -53,11 +64,6 @@ void Application::connectPlayer() {
     picture.onWheel([this, &gate](int steps) {
         gate.runWhenFree([this, steps] { m_rooms.curve->ChangeVolume(steps * 5); });
     });
-    m_rooms.child->onPlayStateChanged = [this](PlayState state) {
-        m_rooms.curve->PlayStateChanged(state);
-        m_rooms.moment->Show();
-    };
-    m_rooms.child->onTicked = [this] { m_rooms.moment->Show(); };
 }
 
 // desktop -> playback: the control bar and the chart.

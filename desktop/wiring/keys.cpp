@@ -14,62 +14,56 @@ double stepOf(const QKeyEvent& event) {
     return (event.modifiers() & Qt::ShiftModifier) != 0 ? nearStep : farStep;
 }
 
+/// What a key does with the control bar.
+struct BarKey {
+    int key;
+    void (*use)(frmCurve& bar, const QKeyEvent& event);
+};
+
+constexpr BarKey barKeys[] = {
+    {Qt::Key_Space, [](frmCurve& bar, const QKeyEvent&) { bar.TogglePlay(); }},
+    {Qt::Key_K, [](frmCurve& bar, const QKeyEvent&) { bar.TogglePlay(); }},
+    {Qt::Key_Left, [](frmCurve& bar, const QKeyEvent& event) { bar.StepSeconds(-stepOf(event)); }},
+    {Qt::Key_Right, [](frmCurve& bar, const QKeyEvent& event) { bar.StepSeconds(stepOf(event)); }},
+    {Qt::Key_Comma, [](frmCurve& bar, const QKeyEvent&) { bar.StepFrame(StepDirection::Back); }},
+    {Qt::Key_Period,
+     [](frmCurve& bar, const QKeyEvent&) { bar.StepFrame(StepDirection::Forward); }},
+    {Qt::Key_Up, [](frmCurve& bar, const QKeyEvent&) { bar.ChangeVolume(volumeStep); }},
+    {Qt::Key_Down, [](frmCurve& bar, const QKeyEvent&) { bar.ChangeVolume(-volumeStep); }},
+    {Qt::Key_M, [](frmCurve& bar, const QKeyEvent&) { bar.ButtonClicked("SPEAKER"); }},
+    {Qt::Key_N, [](frmCurve& bar, const QKeyEvent&) { bar.ButtonClicked("END"); }},
+    {Qt::Key_P, [](frmCurve& bar, const QKeyEvent&) { bar.ButtonClicked("HEAD"); }},
+    {Qt::Key_S, [](frmCurve& bar, const QKeyEvent&) { bar.ButtonClicked("SAVEFRAME"); }},
+};
+
+bool useBarKey(const QKeyEvent& event, frmCurve& bar) {
+    if (event.key() >= Qt::Key_1 && event.key() <= Qt::Key_5) {
+        bar.ChooseRate(event.key() - Qt::Key_0);
+        return true;
+    }
+    for (const BarKey& known : barKeys)
+        if (known.key == event.key()) {
+            known.use(bar, event);
+            return true;
+        }
+    return false;
+}
+
 } // namespace
 
 bool useKey(const QKeyEvent& event, Rooms& rooms, Panes& panes) {
     if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0)
         return false;
-    frmCurve& curve = *rooms.curve;
+    VideoWidgetView& picture = panes.picture.view;
     switch (event.key()) {
-    case Qt::Key_Space:
-    case Qt::Key_K:
-        curve.TogglePlay();
-        return true;
-    case Qt::Key_Left:
-        curve.StepSeconds(-stepOf(event));
-        return true;
-    case Qt::Key_Right:
-        curve.StepSeconds(stepOf(event));
-        return true;
-    case Qt::Key_Comma:
-        curve.StepFrame(StepDirection::Back);
-        return true;
-    case Qt::Key_Period:
-        curve.StepFrame(StepDirection::Forward);
-        return true;
-    case Qt::Key_Up:
-        curve.ChangeVolume(volumeStep);
-        return true;
-    case Qt::Key_Down:
-        curve.ChangeVolume(-volumeStep);
-        return true;
-    case Qt::Key_M:
-        curve.ButtonClicked("SPEAKER");
-        return true;
-    case Qt::Key_N:
-        curve.ButtonClicked("END");
-        return true;
-    case Qt::Key_P:
-        curve.ButtonClicked("HEAD");
-        return true;
-    case Qt::Key_S:
-        curve.ButtonClicked("SAVEFRAME");
-        return true;
-    case Qt::Key_1:
-    case Qt::Key_2:
-    case Qt::Key_3:
-    case Qt::Key_4:
-    case Qt::Key_5:
-        curve.ChooseRate(event.key() - Qt::Key_0);
-        return true;
     case Qt::Key_F:
-        panes.picture.view.setFullScreen(!panes.picture.view.fullScreen());
+        picture.setFullScreen(!picture.fullScreen());
         return true;
     case Qt::Key_Escape:
-        panes.picture.view.setFullScreen(false);
+        picture.setFullScreen(false);
         return true;
     default:
-        return false;
+        return useBarKey(event, *rooms.curve);
     }
 }
 

@@ -48,6 +48,28 @@ std::string isoTime(std::int64_t seconds) {
     return text;
 }
 
+/// A moving test picture with the text of `clock` in it, and a tone that beeps.
+std::vector<std::string> encoding(const PicturePlan& plan, const std::string& clock,
+                                  const std::string& path) {
+    const std::string length = std::to_string(plan.seconds);
+    const std::string picture = "testsrc2=size=" + plan.size + ":rate=15:duration=" + length;
+    const std::string sound =
+        "sine=frequency=220:beep_factor=4:sample_rate=44100:duration=" + length;
+    const std::string text = "drawtext=textfile=" + clock +
+                             ":fontsize=h/14:fontcolor=white:box=1:boxcolor=black@0.7:"
+                             "boxborderw=8:x=(w-tw)/2:y=h-th-20";
+    const std::string created = "creation_time=" + isoTime(plan.start);
+    std::vector<std::string> command;
+    for (const auto& words : std::vector<std::vector<std::string>>{
+             {"ffmpeg", "-nostdin", "-v", "error", "-y"},
+             {"-f", "lavfi", "-i", picture, "-f", "lavfi", "-i", sound},
+             {"-vf", text, "-c:v", "libx264", "-preset", "ultrafast", "-crf", "30", "-g", "25"},
+             {"-pix_fmt", "yuv420p", "-c:a", "aac", "-b:a", "64k"},
+             {"-metadata", created, "-f", "mp4", path}})
+        command.insert(command.end(), words.begin(), words.end());
+    return command;
+}
+
 } // namespace
 
 std::optional<std::string> encodePicture(const PicturePlan& plan, const std::string& path) {
@@ -55,44 +77,7 @@ std::optional<std::string> encodePicture(const PicturePlan& plan, const std::str
     // escapes.
     const std::string clock = path + ".clock";
     std::ofstream(clock) << "%{pts:gmtime:" << plan.start << ":%Y-%m-%d %H\\:%M\\:%S} UTC";
-    const std::string length = std::to_string(plan.seconds);
-    const auto problem =
-        run({"ffmpeg",
-             "-nostdin",
-             "-v",
-             "error",
-             "-y",
-             "-f",
-             "lavfi",
-             "-i",
-             "testsrc2=size=" + plan.size + ":rate=15:duration=" + length,
-             "-f",
-             "lavfi",
-             "-i",
-             "sine=frequency=220:beep_factor=4:sample_rate=44100:duration=" + length,
-             "-vf",
-             "drawtext=textfile=" + clock +
-                 ":fontsize=h/14:fontcolor=white:box=1:boxcolor=black@0.7:boxborderw=8:"
-                 "x=(w-tw)/2:y=h-th-20",
-             "-c:v",
-             "libx264",
-             "-preset",
-             "ultrafast",
-             "-crf",
-             "30",
-             "-g",
-             "25",
-             "-pix_fmt",
-             "yuv420p",
-             "-c:a",
-             "aac",
-             "-b:a",
-             "64k",
-             "-metadata",
-             "creation_time=" + isoTime(plan.start),
-             "-f",
-             "mp4",
-             path});
+    const auto problem = run(encoding(plan, clock, path));
     std::remove(clock.c_str());
     return problem;
 }
