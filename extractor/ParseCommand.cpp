@@ -23,6 +23,10 @@ std::string joined(const std::vector<std::string>& arguments) {
     return path;
 }
 
+void report(std::string& errors, const std::string& what) {
+    errors += "Parse: " + what + '\n';
+}
+
 std::string absolute(const std::string& path) {
     std::error_code error;
     const auto whole = std::filesystem::absolute(path, error);
@@ -32,10 +36,10 @@ std::string absolute(const std::string& path) {
 } // namespace
 
 int runParse(const std::vector<std::string>& arguments, const Environment& environment,
-             std::ostream& errors) {
+             std::string& errors) {
     const std::string path = joined(arguments);
     if (path.empty()) {
-        errors << "usage: Parse RECORDING\n";
+        errors += "usage: Parse RECORDING\n";
         return wrongUse;
     }
     const auto folder = temporaryFolder(environment);
@@ -44,9 +48,8 @@ int runParse(const std::vector<std::string>& arguments, const Environment& envir
         std::filesystem::create_directories(*folder, folderError);
     }
     if (!folder || folderError) {
-        errors << "Parse: no temporary folder: "
-               << (folder ? *folder + ": " + folderError.message() : std::string("HOME is not set"))
-               << '\n';
+        report(errors, "no temporary folder: " + (folder ? *folder + ": " + folderError.message()
+                                                         : std::string("HOME is not set")));
         return noAccess;
     }
     const auto deadline = std::chrono::steady_clock::now() + timeToRead;
@@ -54,15 +57,15 @@ int runParse(const std::vector<std::string>& arguments, const Environment& envir
     options.shouldStop = [deadline] { return std::chrono::steady_clock::now() >= deadline; };
     const Result<Telemetry> outcome = extractFile(path, options);
     if (!outcome) {
-        errors << "Parse: " << describe(outcome.error()) << '\n';
+        report(errors, describe(outcome.error()));
     } else {
         for (const Error& notice : outcome.value().notices) {
-            errors << "Parse: note: " << describe(notice) << '\n';
+            report(errors, "note: " + describe(notice));
         }
     }
     const auto problem = writeTrackFile(*folder + "/output.kml", absolute(path), outcome);
     if (problem) {
-        errors << "Parse: " << *problem << '\n';
+        report(errors, *problem);
         return noAccess;
     }
     if (!outcome) {

@@ -9,7 +9,6 @@
 //   3  the recording cannot be read, or the track file cannot be written
 #pragma once
 
-#include <ostream>
 #include <string>
 #include <vector>
 
@@ -17,7 +16,9 @@
 
 namespace velmorant::telemetry {
 
+// What belongs on the error output is appended to `errors`, one line each: setting up the standard
+// streams would take a part of the time that a recording takes.
 int runParse(const std::vector<std::string>& arguments, const Environment& environment,
-             std::ostream& errors);
+             std::string& errors);
 
 } // namespace velmorant::telemetry

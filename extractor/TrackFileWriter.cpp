@@ -6,7 +6,9 @@
 #include <cstring>
 #include <filesystem>
 #include <random>
+#include <vector>
 
+#include "extractor/DigitCursor.h"
 #include "telemetry/UtcTime.h"
 #include "telemetry/XmlText.h"
 
@@ -14,17 +16,18 @@ namespace velmorant::telemetry {
 
 namespace {
 
+// The longest sample, with the greatest numbers that DigitCursor writes, has some 700 bytes.
+constexpr std::size_t longestSample = 2048;
+
 // A file that keeps what is appended in one small buffer; the first failure is remembered.
 class Output {
   public:
     explicit Output(const std::string& path) : file_(std::fopen(path.c_str(), "wb")) {
-        failed_ = file_ == nullptr;
-        if (failed_) {
-            reason_ = std::strerror(errno);
+        if (file_ == nullptr) {
+            failed();
         } else {
             std::setvbuf(file_, nullptr, _IONBF, 0);
         }
-        text_.reserve(flushAt + 2048);
     }
     ~Output() {
         if (file_ != nullptr) {
@@ -34,37 +37,50 @@ class Output {
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
 
-    std::string& text() { return text_; }
-    void flushWhenFull() {
-        if (text_.size() >= flushAt) {
+    // Where up to `length` bytes can be put, no more than the buffer has.
+    char* room(std::size_t length) {
+        if (buffer_.size() - used_ < length) {
             flush();
+        }
+        return buffer_.data() + used_;
+    }
+    void filledTo(const char* end) { used_ = static_cast<std::size_t>(end - buffer_.data()); }
+    void append(std::string_view text) {
+        while (!text.empty()) {
+            const std::string_view part = text.substr(0, longestSample);
+            char* at = room(part.size());
+            std::memcpy(at, part.data(), part.size());
+            filledTo(at + part.size());
+            text.remove_prefix(part.size());
         }
     }
     // Returns what went wrong, if anything did.
     std::optional<std::string> close() {
         flush();
-        if (file_ != nullptr && std::fclose(file_) != 0 && !failed_) {
-            failed_ = true;
-            reason_ = std::strerror(errno);
+        if (file_ != nullptr && std::fclose(file_) != 0) {
+            failed();
         }
         file_ = nullptr;
-        return failed_ ? std::optional(reason_) : std::nullopt;
+        return problem_;
     }
 
   private:
-    static constexpr std::size_t flushAt = 65536;
-    void flush() {
-        if (!failed_ && std::fwrite(text_.data(), 1, text_.size(), file_) != text_.size()) {
-            failed_ = true;
-            reason_ = std::strerror(errno);
+    void failed() {
+        if (!problem_) {
+            problem_ = std::strerror(errno);
         }
-        text_.clear();
+    }
+    void flush() {
+        if (!problem_ && std::fwrite(buffer_.data(), 1, used_, file_) != used_) {
+            failed();
+        }
+        used_ = 0;
     }
 
     std::FILE* file_;
-    std::string text_;
-    bool failed_ = false;
-    std::string reason_;
+    std::vector<char> buffer_ = std::vector<char>(65536);
+    std::size_t used_ = 0;
+    std::optional<std::string> problem_;
 };
 
 void appendAttribute(std::string& out, const char* attribute, std::string_view value) {
@@ -85,69 +101,6 @@ void appendTextElement(std::string& out, const char* element, std::string_view v
     out += ">\n";
 }
 
-template <class Append>
-void element(std::string& out, std::string_view tag, Append append) {
-    out += '<';
-    out += tag;
-    out += '>';
-    append();
-    out += "</";
-    out += tag;
-    out += ">\n";
-}
-
-void number(std::string& out, std::string_view tag, double value, int decimals) {
-    element(out, tag, [&] { appendFixed(out, value, decimals); });
-}
-
-void integer(std::string& out, std::string_view tag, std::int64_t value) {
-    element(out, tag, [&] { appendInteger(out, value); });
-}
-
-void coordinate(std::string& out, std::string_view tag, double value) {
-    element(out, tag, [&] {
-        // A page tells a longitude from a recording's number by its sign.
-        if (!(value <= -5e-8)) {
-            out += '+';
-            value = value < 0 ? 0 : value;
-        }
-        appendFixed(out, value, 7);
-    });
-}
-
-void appendPadded(std::string& out, std::int64_t value, int width) {
-    std::int64_t bound = 1;
-    for (int i = 1; i < width; ++i) {
-        bound *= 10;
-        if (value < bound) {
-            out += '0';
-        }
-    }
-    appendInteger(out, value);
-}
-
-void appendTimeRecorded(std::string& out, const Sample& sample) {
-    const CivilTime time = civilFromMilliseconds(sample.timeRecorded);
-    const auto rest = std::llround(time.second * 1000);
-    out += "<time_recorded base=\"";
-    out += name(sample.recordedBase);
-    out += "\">";
-    appendPadded(out, time.year, 4);
-    out += '-';
-    appendPadded(out, time.month, 2);
-    out += '-';
-    appendPadded(out, time.day, 2);
-    out += 'T';
-    appendPadded(out, time.hour, 2);
-    out += ':';
-    appendPadded(out, time.minute, 2);
-    out += ':';
-    appendPadded(out, rest / 1000, 2);
-    out += '.';
-    appendPadded(out, rest % 1000, 3);
-    out += "</time_recorded>\n";
-}
-
 // The beginning that all samples share, and the seconds from that date's midnight to the first.
 struct Start {
     std::string opening;
@@ -157,42 +110,97 @@ struct Start {
 Start startOf(std::int64_t firstTime) {
     const CivilTime date = civilFromMilliseconds(firstTime * 1000);
     Start start;
-    start.opening = "<gpsinfo>\n";
-    integer(start.opening, "utc_Year", date.year);
-    integer(start.opening, "utc_Month", date.month);
-    integer(start.opening, "utc_Day", date.day);
+    start.opening = "<gpsinfo>\n<utc_Year>" + std::to_string(date.year) +
+                    "</utc_Year>\n<utc_Month>" + std::to_string(date.month) +
+                    "</utc_Month>\n<utc_Day>" + std::to_string(date.day) + "</utc_Day>\n<utc_Hour>";
     start.secondOfDay = ((firstTime % 86400) + 86400) % 86400;
     return start;
 }
 
-void appendSample(std::string& out, const Sample& sample, const Start& start, std::int64_t second) {
-    const std::int64_t time = start.secondOfDay + second;
-    out += start.opening;
-    integer(out, "utc_Hour", time / 3600);
-    integer(out, "utc_Minute", time / 60 % 60);
-    integer(out, "utc_Second", time % 60);
-    coordinate(out, "Latitude", sample.latitude);
-    coordinate(out, "Longitude", sample.longitude);
-    number(out, "Angle", sample.heading >= 359.995 ? 0 : sample.heading, 2);
-    number(out, "Speed", sample.speed, 2);
-    number(out, "G_sum", sample.magnitude(), 4);
-    number(out, "G_x", sample.mean.x, 4);
-    number(out, "G_y", sample.mean.y, 4);
-    number(out, "G_z", sample.mean.z, 4);
-    const bool fixed = sample.state == FixState::good;
-    out += fixed ? "<fix>yes</fix>\n" : "<fix>no</fix>\n";
-    if (!fixed) {
-        appendTextElement(out, "fix_reason", name(sample.state));
-    } else if (known(sample.altitude)) {
-        number(out, "altitude", sample.altitude, 1);
+void writeCoordinate(DigitCursor& out, double value) {
+    // A page tells a longitude from a recording's number by its sign.
+    if (!(value <= -5e-8)) {
+        out.character('+');
+        value = value < 0 ? 0 : value;
+    }
+    out.fixed<7>(value);
+}
+
+void writeTimeRecorded(DigitCursor& out, const Sample& sample) {
+    const CivilTime time = civilFromMilliseconds(sample.timeRecorded);
+    const auto part = [](int number) { return static_cast<std::uint64_t>(number); };
+    out.text("<time_recorded base=\"");
+    out.text(name(sample.recordedBase));
+    out.text("\">");
+    out.padded<4>(part(time.year));
+    out.character('-');
+    out.padded<2>(part(time.month));
+    out.character('-');
+    out.padded<2>(part(time.day));
+    out.character('T');
+    out.padded<2>(part(time.hour));
+    out.character(':');
+    out.padded<2>(part(time.minute));
+    out.character(':');
+    const auto milliseconds = static_cast<std::uint64_t>(std::llround(time.second * 1000));
+    out.padded<2>(milliseconds / 1000);
+    out.character('.');
+    out.padded<3>(milliseconds % 1000);
+    out.text("</time_recorded>\n");
+}
+
+void writeMovement(DigitCursor& out, const Sample& sample) {
+    out.text("</utc_Second>\n<Latitude>");
+    writeCoordinate(out, sample.latitude);
+    out.text("</Latitude>\n<Longitude>");
+    writeCoordinate(out, sample.longitude);
+    out.text("</Longitude>\n<Angle>");
+    out.fixed<2>(sample.heading >= 359.995 ? 0 : sample.heading);
+    out.text("</Angle>\n<Speed>");
+    out.fixed<2>(sample.speed);
+    out.text("</Speed>\n<G_sum>");
+    out.fixed<4>(sample.magnitude());
+    out.text("</G_sum>\n<G_x>");
+    out.fixed<4>(sample.mean.x);
+    out.text("</G_x>\n<G_y>");
+    out.fixed<4>(sample.mean.y);
+    out.text("</G_y>\n<G_z>");
+    out.fixed<4>(sample.mean.z);
+    out.text("</G_z>\n");
+}
+
+char* writeSample(char* at, const Sample& sample, const Start& start, std::int64_t second) {
+    DigitCursor out(at);
+    const auto time = static_cast<std::uint64_t>(start.secondOfDay + second);
+    out.text(std::string_view(start.opening));
+    out.integer(time / 3600);
+    out.text("</utc_Hour>\n<utc_Minute>");
+    out.integer(time / 60 % 60);
+    out.text("</utc_Minute>\n<utc_Second>");
+    out.integer(time % 60);
+    writeMovement(out, sample);
+    if (sample.state == FixState::good) {
+        out.text("<fix>yes</fix>\n");
+        if (known(sample.altitude)) {
+            out.text("<altitude>");
+            out.fixed<1>(sample.altitude);
+            out.text("</altitude>\n");
+        }
+    } else {
+        out.text("<fix>no</fix>\n<fix_reason>");
+        out.text(name(sample.state));
+        out.text("</fix_reason>\n");
     }
     if (sample.hasAcceleration) {
-        number(out, "G_max", sample.strongest, 4);
+        out.text("<G_max>");
+        out.fixed<4>(sample.strongest);
+        out.text("</G_max>\n");
     }
     if (sample.timeRecorded != noTime) {
-        appendTimeRecorded(out, sample);
+        writeTimeRecorded(out, sample);
     }
-    out += "</gpsinfo>\n";
+    out.text("</gpsinfo>\n");
+    return out.end();
 }
 
 void appendRecording(std::string& out, const std::string& recording) {
@@ -204,8 +212,7 @@ void appendRecording(std::string& out, const std::string& recording) {
     }
 }
 
-void appendTelemetry(Output& output, const Telemetry& telemetry) {
-    std::string& out = output.text();
+void appendHead(std::string& out, const Telemetry& telemetry) {
     appendAttribute(out, "family", telemetry.family);
     appendAttribute(out, "time_base", name(telemetry.base));
     out += " duration=\"";
@@ -216,11 +223,13 @@ void appendTelemetry(Output& output, const Telemetry& telemetry) {
     for (const Error& notice : telemetry.notices) {
         appendTextElement(out, "notice", describe(notice));
     }
+}
+
+void writeSamples(Output& output, const Telemetry& telemetry) {
     const Start start = startOf(telemetry.samples.empty() ? 0 : telemetry.samples.front().time);
     std::int64_t second = 0;
     for (const Sample& sample : telemetry.samples) {
-        appendSample(out, sample, start, second++);
-        output.flushWhenFull();
+        output.filledTo(writeSample(output.room(longestSample), sample, start, second++));
     }
 }
 
@@ -235,17 +244,20 @@ std::optional<std::string> writeTrackFile(const std::string& trackFile,
                                           const std::string& recording,
                                           const Result<Telemetry>& outcome) {
     const std::string beside = besideName(trackFile);
-    Output output(beside);
-    std::string& out = output.text();
-    out += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<track";
-    appendRecording(out, recording);
+    std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<track";
+    appendRecording(head, recording);
     if (outcome) {
-        appendTelemetry(output, outcome.value());
+        appendHead(head, outcome.value());
     } else {
-        out += ">\n";
-        appendTextElement(out, "error", outcome.error().reason);
+        head += ">\n";
+        appendTextElement(head, "error", outcome.error().reason);
     }
-    out += "</track>\n";
+    Output output(beside);
+    output.append(head);
+    if (outcome) {
+        writeSamples(output, outcome.value());
+    }
+    output.append("</track>\n");
     std::error_code renameError;
     auto problem = output.close();
     if (!problem) {

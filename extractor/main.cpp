@@ -1,5 +1,5 @@
+#include <cstdio>
 #include <cstdlib>
-#include <iostream>
 
 #include "extractor/ParseCommand.h"
 
@@ -9,5 +9,8 @@ int main(int count, char** values) {
         const char* value = std::getenv(name.c_str());
         return value == nullptr ? std::nullopt : std::optional<std::string>(value);
     };
-    return velmorant::telemetry::runParse(arguments, environment, std::cerr);
+    std::string errors;
+    const int exitCode = velmorant::telemetry::runParse(arguments, environment, errors);
+    std::fputs(errors.c_str(), stderr);
+    return exitCode;
 }

@@ -101,11 +101,20 @@ void judge(Fix& fix) {
     }
 }
 
+void Collector::expect(double seconds) {
+    if (seconds > 0) {
+        expected_ = wholeLength(seconds) + 2;
+    }
+}
+
 Collector::Bin* Collector::bin(std::size_t second) {
     if (second >= mostSeconds) {
         return nullptr;
     }
     if (second >= bins_.size()) {
+        if (second >= bins_.capacity()) {
+            bins_.reserve(std::max(2 * second, expected_));
+        }
         bins_.resize(second + 1);
     }
     return &bins_[second];
@@ -140,6 +149,9 @@ void Collector::add(const Fix& given) {
         ++fixes_;
     }
     if (!known(fix.mediaTime)) {
+        if (sequence_.empty()) {
+            sequence_.reserve(expected_);
+        }
         if (sequence_.size() < mostSeconds) {
             sequence_.push_back({fix, {}});
         }

@@ -18,9 +18,10 @@ namespace velmorant::telemetry {
 // inline and takes no root.
 class AccelerationMean {
   public:
+    static constexpr float mostG = 100; // beyond what any sensor in a car measures
+
     void add(float x, float y, float z) {
         const float square = x * x + y * y + z * z;
-        constexpr float mostG = 100; // beyond what any sensor in a car measures
         if (!(square <= mostG * mostG)) {
             return;
         }
@@ -29,6 +30,14 @@ class AccelerationMean {
         z_ += z;
         strongestSquare_ = strongestSquare_ < square ? square : strongestSquare_;
         ++count_;
+    }
+    // Of several readings, none beyond mostG: their sums and the square of the strongest.
+    void addSums(float x, float y, float z, float strongestSquare, std::uint32_t count) {
+        x_ += x;
+        y_ += y;
+        z_ += z;
+        strongestSquare_ = strongestSquare_ < strongestSquare ? strongestSquare : strongestSquare_;
+        count_ += count;
     }
     void add(const AccelerationMean& other) {
         x_ += other.x_;
@@ -65,6 +74,8 @@ class AccelerationMean {
 
 class Collector {
   public:
+    // So many seconds are likely to come: their room is taken at once.
+    void expect(double seconds);
     // A reading with a media time goes to its second; one without joins the sequence.
     void add(const Fix& fix);
     void add(double mediaTime, const Acceleration& acceleration);
@@ -116,6 +127,7 @@ class Collector {
 
     std::vector<Bin> bins_;
     std::vector<InOrder> sequence_;
+    std::size_t expected_ = 0;
     std::size_t fixes_ = 0;
     std::size_t readings_ = 0;
 };

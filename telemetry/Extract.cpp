@@ -122,6 +122,7 @@ Result<Telemetry> extractWith(std::span<const Family> asked, ByteSource& source,
     std::optional<Telemetry> best;
     for (const Family& family : asked) {
         Collector collector;
+        collector.expect(recording.movie ? recording.movie->duration : 0);
         if (!family.read(recording, collector) || collector.empty()) {
             continue;
         }

@@ -13,6 +13,10 @@ double between(const Sample& a, const Sample& b) {
     return distance(a.rawLatitude, a.rawLongitude, b.rawLatitude, b.rawLongitude);
 }
 
+Movement movement(const Sample& a, const Sample& b) {
+    return movementBetween(a.rawLatitude, a.rawLongitude, b.rawLatitude, b.rawLongitude);
+}
+
 struct Chain {
     std::size_t first = 0;
     std::size_t last = 0;
@@ -108,15 +112,14 @@ void deriveMovement(std::vector<Sample>& samples, std::size_t i, double& lastHea
             to = i + step;
         }
     }
-    const double moved = from == to ? 0 : between(samples[from], samples[to]);
+    const Movement moved = movement(samples[from], samples[to]);
     if (!known(sample.rawSpeed)) {
-        sample.speed = from == to ? 0 : moved / static_cast<double>(to - from) * 3.6;
+        sample.speed = from == to ? 0 : moved.metres() / static_cast<double>(to - from) * 3.6;
     }
     if (!known(sample.heading)) {
         constexpr double enoughForDirection = 2; // metres; below, scatter turns the car around
-        if (moved >= enoughForDirection) {
-            lastHeading = bearing(samples[from].rawLatitude, samples[from].rawLongitude,
-                                  samples[to].rawLatitude, samples[to].rawLongitude);
+        if (moved.metres() >= enoughForDirection) {
+            lastHeading = moved.heading();
         }
         sample.heading = lastHeading;
     }

@@ -61,7 +61,15 @@ class FileSource final : public ByteSource {
 
 Result<std::unique_ptr<ByteSource>> openFile(const std::string& path) {
     // Without O_NONBLOCK a named pipe would hold the program until somebody writes to it.
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
+    int descriptor = -1;
+#ifdef O_NOATIME
+    // Reading should write nothing to a memory card; the system allows that to the file's owner.
+    descriptor = ::open(path.c_str(), flags | O_NOATIME);
+#endif
+    if (descriptor < 0) {
+        descriptor = ::open(path.c_str(), flags);
+    }
     if (descriptor < 0) {
         return unreadable(path, std::string("cannot be opened: ") + std::strerror(errno));
     }

@@ -23,14 +23,21 @@ double distance(double latitude1, double longitude1, double latitude2, double lo
     return 2 * earthRadius * std::asin(std::sqrt(h < 1 ? h : 1));
 }
 
-double bearing(double latitude1, double longitude1, double latitude2, double longitude2) {
-    const double difference = radians(longitude2 - longitude1);
-    const double y = std::sin(difference) * std::cos(radians(latitude2));
-    const double x =
-        std::cos(radians(latitude1)) * std::sin(radians(latitude2)) -
-        std::sin(radians(latitude1)) * std::cos(radians(latitude2)) * std::cos(difference);
-    const double degrees = std::atan2(y, x) * 180 / pi;
+double Movement::metres() const {
+    return std::sqrt(north * north + east * east);
+}
+
+double Movement::heading() const {
+    const double degrees = std::atan2(east, north) * 180 / pi;
     return degrees < 0 ? degrees + 360 : degrees;
+}
+
+Movement movementBetween(double latitude1, double longitude1, double latitude2, double longitude2) {
+    double turn = longitude2 - longitude1;
+    turn -= turn > 180 ? 360 : turn < -180 ? -360 : 0; // over the date line
+    const double metresPerDegree = radians(1) * earthRadius;
+    return {(latitude2 - latitude1) * metresPerDegree,
+            turn * metresPerDegree * std::cos(radians((latitude1 + latitude2) / 2))};
 }
 
 double fromDegreesMinutes(double value) {

@@ -83,7 +83,7 @@ double median(std::vector<double> values) {
 }
 
 // Alternates the two, so that both see the same machine.
-void compare(const char* name, const std::string& recording, bool cold) {
+void compare(const char* name, const std::string& recording, bool cold, const fs::path& trackFile) {
     const std::vector<std::string> floor = {FLOOR_READER, recording, recording + ".ranges"};
     const std::vector<std::string> parse = {PARSE, recording};
     std::vector<double> floorTimes, parseTimes;
@@ -95,6 +95,8 @@ void compare(const char* name, const std::string& recording, bool cold) {
             if (cold) {
                 makeCold(recording);
             }
+            // As the player does before each extraction.
+            fs::remove(trackFile);
             const Run result = run(*command);
             failures += result.exitCode != 0 ? 1 : 0;
             (command == &floor ? floorTimes : parseTimes).push_back(result.milliseconds);
@@ -170,14 +172,16 @@ int main() {
         fs::temp_directory_path() / ("extractor-benchmark-" + std::to_string(::getpid()));
     fs::create_directories(folder / "thousand");
     ::setenv("XDG_CACHE_HOME", folder.c_str(), 1);
+    const fs::path trackFile =
+        folder / "velmorant-dvr-tools" / "VelmorantDVRtempFile" / "output.kml";
     for (const auto& [kind, name] :
          {std::pair{LargeKind::freeGps, "freeGPS"}, std::pair{LargeKind::gpmf, "GPMF"}}) {
         const std::string recording = (folder / name).string() + ".MP4";
         apart([&, chosen = kind] { writeLargeRecording(chosen, recording); });
         std::printf("%s: %.2f GB, 3600 seconds\n", name,
                     static_cast<double>(fs::file_size(recording)) / 1e9);
-        compare(name, recording, false);
-        compare(name, recording, true);
+        compare(name, recording, false, trackFile);
+        compare(name, recording, true, trackFile);
         compareWithDecoder(name, recording);
         std::fflush(stdout);
     }

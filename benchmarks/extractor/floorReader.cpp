@@ -1,6 +1,7 @@
 // floorReader RECORDING RANGES: reads the byte ranges of the recording that the list names, one by
 // one, and nothing else: no extractor can read less. The list holds pairs of u64, offset and
 // length.
+#include <algorithm>
 #include <cstdint>
 #include <fcntl.h>
 #include <unistd.h>
@@ -19,7 +20,11 @@ int main(int count, char** values) {
     if (::pread(list, ranges.data(), ranges.size() * 8, 0) < 0) {
         return 3;
     }
-    std::vector<char> buffer(1 << 20);
+    std::uint64_t longest = 0;
+    for (std::size_t i = 1; i < ranges.size(); i += 2) {
+        longest = std::max(longest, ranges[i]);
+    }
+    std::vector<char> buffer(longest);
     std::uint64_t sum = 0;
     for (std::size_t i = 0; i + 1 < ranges.size(); i += 2) {
         const auto got =

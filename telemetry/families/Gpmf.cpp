@@ -6,6 +6,7 @@
 #include "telemetry/Geometry.h"
 #include "telemetry/SampleTable.h"
 #include "telemetry/UtcTime.h"
+#include "telemetry/families/GpmfAcceleration.h"
 #include "telemetry/families/GpmfRecord.h"
 
 namespace velmorant::telemetry {
@@ -14,11 +15,11 @@ namespace {
 
 constexpr std::size_t longestPayload = 1 << 20;
 
-// What the records of one STRM say about the data that ends it.
+// What the records of one STRM say about the data that ends it; a view of the payload's bytes.
 struct Stream {
-    std::vector<double> scale;
-    std::string fields;
-    std::string axes;
+    GpmfRow scale;
+    GpmfRecord type;
+    std::string_view axes;
     std::int64_t utc = noTime;
     bool fixed = true;
     GpmfRecord data;
@@ -50,10 +51,10 @@ std::int64_t parseUtc(std::string_view text) {
     return toMilliseconds(time).value_or(noTime);
 }
 
-bool carriesData(FourCharacterCode key) {
-    constexpr std::array keys = {code("GPS5"), code("GPS9"), code("GPRI"),
-                                 code("GLPI"), code("SYST"), code("ACCL")};
-    return std::find(keys.begin(), keys.end(), key) != keys.end();
+GpmfRecord asOneRow(GpmfRecord record) {
+    record.structSize *= record.repeat;
+    record.repeat = 1;
+    return record;
 }
 
 Stream readStream(Bytes bytes) {
@@ -62,18 +63,11 @@ Stream readStream(Bytes bytes) {
     GpmfRecord record;
     while (walker.next(record)) {
         switch (record.key) {
-        case code("SCAL"): {
-            stream.scale.clear();
-            const std::size_t rows = std::min<std::size_t>(record.repeat, 64);
-            for (std::size_t i = 0; i < rows; ++i) {
-                for (const double value : gpmfRow(record, i, {}, {})) {
-                    stream.scale.push_back(value);
-                }
-            }
+        case code("SCAL"):
+            stream.scale = gpmfRow(asOneRow(record), 0, {}, {});
             break;
-        }
         case code("TYPE"):
-            stream.fields = gpmfFields(record);
+            stream.type = record;
             break;
         case code("ORIN"):
             stream.axes = record.data.text(0, 3);
@@ -84,74 +78,20 @@ Stream readStream(Bytes bytes) {
         case code("GPSF"):
             stream.fixed = record.data.u32be(0) >= 2;
             break;
+        case code("GPS5"):
+        case code("GPS9"):
+        case code("GPRI"):
+        case code("GLPI"):
+        case code("SYST"):
+        case code("ACCL"):
+            stream.data = record;
+            break;
         default:
-            if (carriesData(record.key)) {
-                stream.data = record;
-            }
+            break;
         }
     }
     return stream;
 }
-
-// The axes of the three values where the recording does not say, by the device's name.
-std::string axesOfModel(std::string_view device) {
-    const auto has = [&](std::string_view part) {
-        return device.find(part) != std::string_view::npos;
-    };
-    if (has("Fusion")) {
-        return "yXZ";
-    }
-    for (const std::string_view model : {"Hero6", "Hero7", "Hero8", "HERO6", "HERO7", "HERO8"}) {
-        if (has(model)) {
-            return "YxZ";
-        }
-    }
-    return "ZXY";
-}
-
-// Where each of a row's three raw values goes and by what it is multiplied to be in g.
-class AccelerationAxes {
-  public:
-    AccelerationAxes(const std::string& axes, const std::vector<double>& scale) {
-        for (std::size_t i = 0; i < 3; ++i) {
-            const double divisor = scale.empty() ? 1 : scale[std::min(i, scale.size() - 1)];
-            const bool reversed = axes[i] >= 'a';
-            const char axis = reversed ? static_cast<char>(axes[i] - 'a' + 'A') : axes[i];
-            target_[i] = axis == 'X' ? 0 : axis == 'Y' ? 1 : 2;
-            factor_[i] = static_cast<float>((reversed ? -1 : 1) /
-                                            ((divisor == 0 ? 1 : divisor) * standardGravity));
-        }
-    }
-    // Of the rows first..last-1 of three i16 each.
-    AccelerationMean sumOf(Bytes rows, std::size_t first, std::size_t last) const {
-        // Two sums, so that one addition need not wait for the one before.
-        AccelerationMean even, odd;
-        const auto addRow = [&](std::size_t row, AccelerationMean& sum) {
-            sum.add(rows.i16be(6 * row) * factor_[0], rows.i16be(6 * row + 2) * factor_[1],
-                    rows.i16be(6 * row + 4) * factor_[2]);
-        };
-        for (; first + 1 < last; first += 2) {
-            addRow(first, even);
-            addRow(first + 1, odd);
-        }
-        if (first < last) {
-            addRow(first, even);
-        }
-        even.add(odd);
-        return even.reordered(target_);
-    }
-    AccelerationMean one(const std::vector<double>& values) const {
-        AccelerationMean sum;
-        sum.add(static_cast<float>(values[0]) * factor_[0],
-                static_cast<float>(values[1]) * factor_[1],
-                static_cast<float>(values[2]) * factor_[2]);
-        return sum.reordered(target_);
-    }
-
-  private:
-    std::array<std::size_t, 3> target_{};
-    std::array<float, 3> factor_{};
-};
 
 class PayloadReader {
   public:
@@ -180,16 +120,16 @@ class PayloadReader {
             if (record.key == code("DVNM")) {
                 deviceName = record.data.text(0);
             } else if (record.key == code("STRM")) {
-                Stream stream = readStream(record.data);
+                const Stream stream = readStream(record.data);
                 if (stream.data.key == code("ACCL")) {
                     readAccelerations(stream, deviceName);
                 } else if (stream.data.key == code("SYST")) {
-                    const auto row = gpmfRow(stream.data, 0, stream.fields, stream.scale);
+                    const auto row = gpmfRow(stream.data, 0, gpmfFields(stream.type), stream.scale);
                     if (row.size() >= 2) {
                         deviceToUtc_ = row[1] - row[0];
                     }
                 } else if (preference(stream.data.key) > preference(positions_.data.key)) {
-                    positions_ = std::move(stream);
+                    positions_ = stream;
                 }
             }
         }
@@ -220,6 +160,7 @@ class PayloadReader {
         const AccelerationAxes axes(stream.axes.size() == 3 ? stream.axes : axesOfModel(deviceName),
                                     stream.scale);
         const std::size_t rows = stream.data.repeat;
+        const std::string fields = gpmfFields(stream.type);
         const bool triples = stream.data.type == 's' && stream.data.structSize == 6;
         for (std::size_t row = 0; row < rows;) {
             const auto second = Collector::secondOf(timeOf(row, rows));
@@ -227,7 +168,7 @@ class PayloadReader {
             if (second && triples) {
                 collector_.add(*second, axes.sumOf(stream.data.data, row, end));
             } else if (second) {
-                const auto values = gpmfRow(stream.data, row, stream.fields, {});
+                const auto values = gpmfRow(stream.data, row, fields, {});
                 if (values.size() >= 3) {
                     collector_.add(*second, axes.one(values));
                 }
@@ -259,8 +200,9 @@ class PayloadReader {
 
     void readPositions() {
         const std::size_t rows = positions_.data.repeat;
+        const std::string fields = gpmfFields(positions_.type);
         for (std::size_t row = 0; row < rows && preference(positions_.data.key) > 0; ++row) {
-            const auto values = gpmfRow(positions_.data, row, positions_.fields, positions_.scale);
+            const auto values = gpmfRow(positions_.data, row, fields, positions_.scale);
             Fix fix;
             fix.mediaTime = timeOf(row, rows);
             fix.base = TimeBase::utc;
@@ -274,7 +216,7 @@ class PayloadReader {
         }
     }
 
-    bool readRow(const std::vector<double>& values, std::size_t row, Fix& fix) const {
+    bool readRow(const GpmfRow& values, std::size_t row, Fix& fix) const {
         const FourCharacterCode key = positions_.data.key;
         const bool direct = key == code("GPS5") || key == code("GPS9");
         if (values.size() < (key == code("GPS5") ? 5U : 9U)) {

@@ -103,16 +103,16 @@ std::string gpmfFields(const GpmfRecord& type) {
     return fields;
 }
 
-std::vector<double> gpmfRow(const GpmfRecord& record, std::size_t row, const std::string& fields,
-                            const std::vector<double>& scale) {
-    std::vector<double> values;
+GpmfRow gpmfRow(const GpmfRecord& record, std::size_t row, std::string_view fields,
+                const GpmfRow& scale) {
+    GpmfRow values;
     if (row >= record.repeat) {
         return values;
     }
     const bool structured = record.type == '?';
     std::size_t at = row * record.structSize;
     const std::size_t end = at + record.structSize;
-    for (std::size_t i = 0; at < end; ++i) {
+    for (std::size_t i = 0; at < end && !values.full(); ++i) {
         if (structured && i >= fields.size()) {
             break;
         }

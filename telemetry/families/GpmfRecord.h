@@ -1,8 +1,8 @@
 // One key-length-value record of GPMF and the numbers in it.
 #pragma once
 
+#include <array>
 #include <string>
-#include <vector>
 
 #include "telemetry/Box.h"
 
@@ -34,10 +34,29 @@ class GpmfWalker {
 // The letters of a structure; "f[3]" in TYPE repeats a letter.
 std::string gpmfFields(const GpmfRecord& type);
 
-// All the numbers of the record's row, each divided by its scale. `fields` is used where the type
-// is
+// The first numbers of a row, in place: a recording has many rows and no row that is read has more.
+class GpmfRow {
+  public:
+    std::size_t size() const { return size_; }
+    bool empty() const { return size_ == 0; }
+    bool full() const { return size_ == values_.size(); }
+    double operator[](std::size_t i) const { return values_[i]; }
+    // Numbers beyond the room are left out.
+    void push_back(double value) {
+        if (size_ < values_.size()) {
+            values_[size_++] = value;
+        }
+    }
+    void clear() { size_ = 0; }
+
+  private:
+    std::array<double, 10> values_{};
+    std::size_t size_ = 0;
+};
+
+// The numbers of the record's row, each divided by its scale. `fields` is used where the type is
 // '?'; empty on a row that does not exist.
-std::vector<double> gpmfRow(const GpmfRecord& record, std::size_t row, const std::string& fields,
-                            const std::vector<double>& scale);
+GpmfRow gpmfRow(const GpmfRecord& record, std::size_t row, std::string_view fields,
+                const GpmfRow& scale);
 
 } // namespace velmorant::telemetry

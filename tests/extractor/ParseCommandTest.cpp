@@ -42,7 +42,7 @@ class ParseCommand : public testing::Test {
     }
 
     int parse(const std::vector<std::string>& arguments) {
-        errors_.str({});
+        errors_.clear();
         return runParse(
             arguments,
             [this](const std::string& name) -> std::optional<std::string> {
@@ -81,7 +81,7 @@ class ParseCommand : public testing::Test {
     }
 
     fs::path folder_;
-    std::ostringstream errors_;
+    std::string errors_;
 };
 
 constexpr std::int64_t beforeMidnight = 1718236790; // 2024-06-12 23:59:50
@@ -91,7 +91,7 @@ constexpr std::int64_t beforeMidnight = 1718236790; // 2024-06-12 23:59:50
 TEST_F(ParseCommand, writes_one_sample_per_second_whose_hour_goes_on_past_midnight) {
     const auto drive = Driver({}, 70, 5).drive(beforeMidnight, 20);
     EXPECT_EQ(parse({write("235950.MP4", recording(drive))}), 0);
-    EXPECT_EQ(errors_.str(), "");
+    EXPECT_EQ(errors_, "");
     const auto hours = values("utc_Hour");
     const auto minutes = values("utc_Minute");
     const auto seconds = values("utc_Second");
@@ -128,7 +128,7 @@ TEST_F(ParseCommand, names_the_recording_whatever_its_path_holds) {
                                std::string(120, 'x') + "/" + std::string(120, 'y') + ".MP4"};
     for (const std::string& name : odd) {
         const std::string path = write(name, bytes);
-        EXPECT_EQ(parse({path}), 0) << errors_.str();
+        EXPECT_EQ(parse({path}), 0) << errors_;
         std::string escaped = std::regex_replace(path, std::regex("&"), "&amp;");
         escaped = std::regex_replace(escaped, std::regex("<"), "&lt;");
         escaped = std::regex_replace(escaped, std::regex(">"), "&gt;");
@@ -143,7 +143,7 @@ TEST_F(ParseCommand, names_the_recording_whatever_its_path_holds) {
 
 TEST_F(ParseCommand, joins_a_path_that_arrives_in_several_arguments) {
     write("my card/one two.MP4", recording(Driver({}, 70, 5).drive(beforeMidnight, 5)));
-    EXPECT_EQ(parse({folder_.string() + "/my", "card/one", "two.MP4"}), 0) << errors_.str();
+    EXPECT_EQ(parse({folder_.string() + "/my", "card/one", "two.MP4"}), 0) << errors_;
     EXPECT_THAT(track(), HasSubstr("/my card/one two.MP4\""));
 }
 
@@ -153,7 +153,7 @@ TEST_F(ParseCommand, leaves_the_reason_in_a_track_file_without_samples) {
     EXPECT_THAT(track(), HasSubstr("<error>the recording has no movie header"));
     EXPECT_THAT(track(), Not(HasSubstr("gpsinfo")));
     EXPECT_THAT(track(), HasSubstr("recording=\"" + path + "\""));
-    EXPECT_EQ(errors_.str(), "Parse: " + path +
+    EXPECT_EQ(errors_, "Parse: " + path +
                                  ": moov at byte 8: the recording has no movie header: it was cut "
                                  "off\n");
 }
@@ -161,12 +161,12 @@ TEST_F(ParseCommand, leaves_the_reason_in_a_track_file_without_samples) {
 TEST_F(ParseCommand, tells_a_missing_file_from_a_damaged_one) {
     EXPECT_EQ(parse({folder_.string() + "/none.MP4"}), 3);
     EXPECT_THAT(track(), HasSubstr("<error>cannot be opened: No such file or directory</error>"));
-    EXPECT_THAT(errors_.str(), HasSubstr("/none.MP4: cannot be opened"));
+    EXPECT_THAT(errors_, HasSubstr("/none.MP4: cannot be opened"));
 }
 
 TEST_F(ParseCommand, explains_its_use_without_a_path) {
     EXPECT_EQ(parse({}), 2);
-    EXPECT_THAT(errors_.str(), HasSubstr("usage"));
+    EXPECT_THAT(errors_, HasSubstr("usage"));
     EXPECT_FALSE(fs::exists(trackFile()));
 }
 
@@ -182,7 +182,7 @@ TEST_F(ParseCommand, replaces_an_old_track_file_and_leaves_nothing_else_behind) 
 TEST_F(ParseCommand, says_when_the_track_file_cannot_be_written) {
     fs::create_directories(trackFile() / "in the way");
     EXPECT_EQ(parse({write("a.MP4", recording(Driver({}, 70, 5).drive(beforeMidnight, 5)))}), 3);
-    EXPECT_THAT(errors_.str(), HasSubstr("cannot be written"));
+    EXPECT_THAT(errors_, HasSubstr("cannot be written"));
     const auto entries = fs::directory_iterator(trackFile().parent_path());
     EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
 }
