@@ -1,6 +1,9 @@
-// One family of formats alone: built once for each row of the table, FAMILY is its number. Files
-// beside the recording hold the same bytes as the recording.
+// One family of formats alone: --family=N chooses it by its number in the table, from 0;
+// --families prints how many there are. Files beside the recording hold the same bytes as the
+// recording.
+#include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include "telemetry/Extract.h"
 
@@ -24,13 +27,36 @@ class SameBytes final : public Siblings {
     std::vector<std::uint8_t> bytes_;
 };
 
+std::span<const Family> chosen;
+
 } // namespace
+
+extern "C" int LLVMFuzzerInitialize(int* count, char*** values) {
+    constexpr std::string_view option = "--family=";
+    for (int i = 1; i < *count; ++i) {
+        const std::string_view argument = (*values)[i];
+        if (argument == "--families") {
+            std::printf("%zu\n", families().size());
+            std::exit(0);
+        }
+        if (argument.starts_with(option)) {
+            const auto number = static_cast<std::size_t>(std::atoi((*values)[i] + option.size()));
+            chosen = families().subspan(std::min(number, families().size()));
+            chosen = chosen.first(std::min<std::size_t>(chosen.size(), 1));
+        }
+    }
+    if (chosen.empty()) {
+        std::fputs("FamilyFuzzer: --family=N with N below the number of families\n", stderr);
+        std::exit(2);
+    }
+    return 0;
+}
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::vector<std::uint8_t> bytes(data, data + size);
     MemorySource source("fuzz.MP4", bytes);
     SameBytes siblings(bytes);
-    const auto read = extractWith(families().subspan(FAMILY, 1), source, {}, &siblings);
+    const auto read = extractWith(chosen, source, {}, &siblings);
     if (read && read.value().samples.empty()) {
         std::abort();
     }

@@ -95,30 +95,6 @@ start_without_sound() {
     echo "  started $starts times"
 }
 
-fuzz() {
-    cmake --preset fuzz >/dev/null && cmake --build --preset fuzz >/dev/null || return 1
-    local fuzzer bad=0 ran=0
-    for fuzzer in build/fuzz/fuzz/*Fuzzer*; do
-        [ -f "$fuzzer" ] && [ -x "$fuzzer" ] || continue
-        ran=$((ran + 1))
-        mkdir -p "$work/corpus/$(basename "$fuzzer")"
-        if "$fuzzer" -max_total_time="$fuzz_seconds" -timeout=25 -rss_limit_mb=2048 \
-            -artifact_prefix="build/fuzz/" "$work/corpus/$(basename "$fuzzer")" \
-            >"$work/fuzz.log" 2>&1; then
-            echo "  $(basename "$fuzzer"): $(grep -c . "$work/fuzz.log") lines," \
-                "$(tail -n 1 "$work/fuzz.log")"
-        else
-            tail -n 20 "$work/fuzz.log"
-            bad=1
-        fi
-    done
-    [ $ran -gt 0 ] || {
-        echo "  no fuzzer was built"
-        return 1
-    }
-    return $bad
-}
-
 # Under a display of its own this script calls itself for the parts that need one.
 if [ "${VELMORANT_LONG_PART:-}" = kills ]; then
     prepare_home && kill_at_random_moments
@@ -151,7 +127,7 @@ for test in $tests; do
         result "repeated starts without a sound card" $?
         ;;
     fuzz)
-        fuzz
+        tools/short_fuzz.sh "$fuzz_seconds"
         result "fuzzers" $?
         ;;
     clean)
