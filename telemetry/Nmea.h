@@ -41,8 +41,11 @@ void readSentences(std::string_view text, Found found) {
             if (tag != "RMC," && tag != "GGA,") {
                 continue;
             }
-            const std::size_t end = text.find_first_of("\r\n", at);
-            const std::string_view sentence = text.substr(at, end - at);
+            // The standard allows 82 characters; a text full of names would else be searched to its
+            // end for each of them.
+            constexpr std::size_t longestSentence = 256;
+            const std::string_view rest = text.substr(at, longestSentence);
+            const std::string_view sentence = rest.substr(0, rest.find_first_of("\r\n"));
             if (tag == "GGA,") {
                 const auto fix = readGga(sentence);
                 if (fix && pass == 0) {

@@ -51,7 +51,9 @@ bool readGsensori(std::string_view text, double time, Collector& collector) {
     bool found = false;
     for (std::size_t at = text.find(name); at != std::string_view::npos;
          at = text.find(name, at + 1)) {
-        const std::string_view fields = text.substr(at, text.find(';', at) - at);
+        constexpr std::size_t longestEntry = 256;
+        std::string_view fields = text.substr(at, longestEntry);
+        fields = fields.substr(0, fields.find(';'));
         const double perCount = decimal(field(fields, 1)) / decimal(field(fields, 2));
         const Acceleration acceleration{decimal(field(fields, 3)) * perCount,
                                         decimal(field(fields, 4)) * perCount,
