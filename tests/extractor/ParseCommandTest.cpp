@@ -154,8 +154,8 @@ TEST_F(ParseCommand, leaves_the_reason_in_a_track_file_without_samples) {
     EXPECT_THAT(track(), Not(HasSubstr("gpsinfo")));
     EXPECT_THAT(track(), HasSubstr("recording=\"" + path + "\""));
     EXPECT_EQ(errors_, "Parse: " + path +
-                                 ": moov at byte 8: the recording has no movie header: it was cut "
-                                 "off\n");
+                           ": moov at byte 8: the recording has no movie header: it was cut "
+                           "off\n");
 }
 
 TEST_F(ParseCommand, tells_a_missing_file_from_a_damaged_one) {
