@@ -154,8 +154,12 @@ bool frmSendData::complete(const std::string& trackFile, const std::string& reco
     if (whole && belongsToAnother())
         return false;
     m_needs.waits.sleep(settling);
-    // A file that names its recording was renamed when complete; any other may have grown.
-    if (!whole || m_reader.recording().empty())
+    // A file that names its recording was renamed when complete; any other may have grown, and
+    // has not had its time when a "Cancel" cut the wait short.
+    const bool mayHaveGrown = !whole || m_reader.recording().empty();
+    if (mayHaveGrown && m_cancelled)
+        return false;
+    if (mayHaveGrown)
         m_reader.load(trackFile);
     return !belongsToAnother();
 }

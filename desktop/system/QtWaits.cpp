@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <QWindow>
 #include <algorithm>
+#include <utility>
 
 namespace velmorant {
 namespace {
@@ -65,15 +66,22 @@ void runGuarded(const QWidget* answering, Run run) {
 } // namespace
 
 void QtWaits::sleep(std::chrono::milliseconds duration) {
-    runGuarded(answering_, [duration](QEventLoop::ProcessEventsFlags flags) {
+    runGuarded(answering_, [this, duration](QEventLoop::ProcessEventsFlags flags) {
         QEventLoop loop;
+        const QPointer<QEventLoop> outer = std::exchange(sleeping_, &loop);
         QTimer end;
         end.setTimerType(Qt::PreciseTimer);
         end.setSingleShot(true);
         QObject::connect(&end, &QTimer::timeout, &loop, &QEventLoop::quit);
         end.start(std::max(duration, std::chrono::milliseconds(0)));
         loop.exec(flags);
+        sleeping_ = outer;
     });
+}
+
+void QtWaits::endSleep() {
+    if (sleeping_)
+        sleeping_->quit();
 }
 
 void QtWaits::letEventsRun() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/Waits.h"
+#include <QEventLoop>
 #include <QPointer>
 #include <QWidget>
 
@@ -13,6 +14,9 @@ class QtWaits : public Waits {
     void sleep(std::chrono::milliseconds duration) override;
     void letEventsRun() override;
 
+    /// Ends the sleep that runs, if one does: its user asked the waiting handler to end.
+    void endSleep();
+
     /// The window that keeps answering the user during waits, for its "Cancel"; null: none.
     /// Not owned.
     void setAnsweringWindow(QWidget* window);
@@ -20,6 +24,7 @@ class QtWaits : public Waits {
 
   private:
     QPointer<QWidget> answering_;
+    QPointer<QEventLoop> sleeping_;
 };
 
 } // namespace velmorant

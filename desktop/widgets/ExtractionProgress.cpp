@@ -47,6 +47,7 @@ ExtractionProgress::ExtractionProgress(HandlerGate& gate, QtWaits& waits, Button
         button_->setEnabled(false);
         if (cancel_)
             cancel_();
+        waits_.endSleep();
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "desktop/system/QtTimer.h"
 #include "tests/desktop_windows/WaitUntil.h"
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -60,6 +61,17 @@ TEST_F(ExtractionProgressTest, cancel_answers_while_the_run_waits) {
         EXPECT_FALSE(cancelButton().isEnabled());
     });
     EXPECT_EQ(cancelsInside, 1);
+}
+
+TEST_F(ExtractionProgressTest, cancel_ends_the_wait_of_the_run) {
+    QElapsedTimer sinceCancel;
+    progress.onCancel([&] { sinceCancel.start(); });
+    runWhileShown([&] {
+        QTimer::singleShot(10, [&] { QTest::mouseClick(&cancelButton(), Qt::LeftButton); });
+        waits.sleep(60s);
+    });
+    ASSERT_TRUE(sinceCancel.isValid());
+    EXPECT_LT(sinceCancel.elapsed(), 30000);
 }
 
 TEST_F(ExtractionProgressTest, escape_and_the_close_button_ask_and_do_not_close) {

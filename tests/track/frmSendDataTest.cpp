@@ -496,6 +496,18 @@ TEST_F(frmSendDataTest, cancel_ends_a_wait_at_once_and_leaves_the_row_as_it_was)
     EXPECT_EQ(window.closed, 1);
 }
 
+TEST_F(frmSendDataTest, cancel_while_a_file_is_still_being_written_reads_none_of_it) {
+    shell.whenStarted = [this](const fakes::ShellCall&) { files.files[trackFile] = "<tr"; };
+    waits.whenWaiting = [this] {
+        if (waits.sleeps.back() == 500)
+            window.cancel();
+    };
+    extractOne();
+    EXPECT_EQ(shell.programsStopped, 1);
+    EXPECT_FALSE(list.at(1).extractedAndShown);
+    EXPECT_THAT(messages.shown, IsEmpty());
+}
+
 TEST_F(frmSendDataTest, cancel_while_a_route_is_streamed_sends_the_rest_without_pauses) {
     written[list.at(1).path] = trackFileContent(100);
     addRow("/card/2.MP4", "8");
