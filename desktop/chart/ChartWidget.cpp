@@ -2,7 +2,10 @@
 
 #include "desktop/widgets/Theme.h"
 
+#include <qcustomplot.h>
+
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace velmorant {
@@ -19,6 +22,7 @@ constexpr int textPixels = 11;
 constexpr qsizetype mostFilledPoints = 600;
 /// How far from a lonely point the mouse may be.
 constexpr double reachPixels = 5;
+constexpr double besidePixels = 12;
 
 QColor colourOf(std::int32_t colour) {
     return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
@@ -36,6 +40,13 @@ QFont smallFont(QFont font) {
 
 } // namespace
 
+struct ChartWidget::Series {
+    QVector<QCPGraphData> points;
+    std::vector<std::string> labels;
+    std::int32_t colour = automaticColour; ///< of the last point
+    bool changed = false;
+};
+
 /// Tells the chart that the mouse left the widget; the plot itself does not.
 class ChartWidget::LeaveFilter : public QObject {
   public:
@@ -50,7 +61,7 @@ class ChartWidget::LeaveFilter : public QObject {
     ChartWidget& chart_;
 };
 
-ChartWidget::ChartWidget(QWidget* parent) : plot_(new QCustomPlot(parent)) {
+ChartWidget::ChartWidget(QWidget* parent) : plot_(new QCustomPlot(parent)), series_(seriesCount) {
     plot_->setNotAntialiasedElements(QCP::aeAll);
     plot_->setBackground(QBrush(palette::well));
     plot_->axisRect()->setAutoMargins(QCP::msAll);
@@ -94,6 +105,10 @@ ChartWidget::ChartWidget(QWidget* parent) : plot_(new QCustomPlot(parent)) {
 
 ChartWidget::~ChartWidget() {
     delete plot_;
+}
+
+QWidget& ChartWidget::widget() {
+    return *plot_;
 }
 
 void ChartWidget::styleAxis(QCPAxis& axis) const {
@@ -147,13 +162,9 @@ void ChartWidget::onHover(IndexListener listener) {
 }
 
 void ChartWidget::mouseMoved(const QPointF& place) {
-    hoverText_->setPositionAlignment(
-        Qt::AlignVCenter | (place.x() < plot_->width() / 2.0 ? Qt::AlignLeft : Qt::AlignRight));
-    const double beside = place.x() < plot_->width() / 2.0 ? 12 : -12;
-    hoverText_->position->setCoords(place.x() + beside, plot_->axisRect()->center().y());
+    hoverPlace_ = place;
     setHovered(indexAt(place));
-    if (hoverText_->visible())
-        plot_->layer("moving")->replot();
+    placeHoverText();
 }
 
 void ChartWidget::setHovered(int index) {
@@ -169,6 +180,27 @@ void ChartWidget::setHovered(int index) {
 void ChartWidget::setHoverText(const std::string& text) {
     hoverText_->setText(QString::fromStdString(text));
     hoverText_->setVisible(!text.empty());
+    if (text.empty())
+        plot_->layer("moving")->replot();
+    else
+        placeHoverText();
+}
+
+/// Beside the mouse, on the side where it fits, and never out of the plot.
+void ChartWidget::placeHoverText() {
+    if (!hoverText_->visible())
+        return;
+    const QMargins padding = hoverText_->padding();
+    const double width = QFontMetrics(hoverText_->font())
+                             .boundingRect(QRect(), Qt::AlignLeft, hoverText_->text())
+                             .width() +
+                         padding.left() + padding.right();
+    const double right = hoverPlace_.x() + besidePixels;
+    const double left = hoverPlace_.x() - besidePixels - width;
+    const double wanted = right + width <= plot_->width() ? right : left;
+    hoverText_->setPositionAlignment(Qt::AlignVCenter | Qt::AlignLeft);
+    hoverText_->position->setCoords(std::clamp(wanted, 0.0, std::max(0.0, plot_->width() - width)),
+                                    plot_->axisRect()->center().y());
     plot_->layer("moving")->replot();
 }
 
@@ -286,7 +318,7 @@ void ChartWidget::placeMarker() {
         thin(series_[3].colour == automaticColour ? QColor(Qt::red) : colourOf(series_[3].colour)));
 }
 
-QCPRange ChartWidget::rangeOf(ChartAxis axis, const Bounds& bounds) const {
+std::pair<double, double> ChartWidget::rangeOf(ChartAxis axis, const Bounds& bounds) const {
     double lowest = HUGE_VAL;
     double highest = -HUGE_VAL;
     for (const Series& series : series_) {
@@ -302,7 +334,7 @@ QCPRange ChartWidget::rangeOf(ChartAxis axis, const Bounds& bounds) const {
     }
     const double lower = bounds.minimum.value_or(lowest <= highest ? lowest : 0);
     const double upper = bounds.maximum.value_or(lowest <= highest ? highest : 1);
-    return upper > lower ? QCPRange(lower, upper) : QCPRange(lower, lower + 1);
+    return {lower, upper > lower ? upper : lower + 1};
 }
 
 void ChartWidget::redraw() {
@@ -320,8 +352,10 @@ void ChartWidget::redraw() {
     }
     colourSeries();
     placeMarker();
-    plot_->xAxis->setRange(rangeOf(ChartAxis::Bottom, bottom_));
-    plot_->yAxis->setRange(rangeOf(ChartAxis::Left, left_));
+    const auto [left, right] = rangeOf(ChartAxis::Bottom, bottom_);
+    plot_->xAxis->setRange(left, right);
+    const auto [low, high] = rangeOf(ChartAxis::Left, left_);
+    plot_->yAxis->setRange(low, high);
     plot_->setAccessibleDescription(plot_->yAxis->label() + " / " + plot_->xAxis->label());
     plot_->replot(QCustomPlot::rpQueuedReplot);
 }

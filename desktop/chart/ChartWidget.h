@@ -2,15 +2,22 @@
 
 #include "ports/Chart.h"
 
+#include <QPointF>
 #include <QPointer>
-#include <QVector>
+#include <QString>
 
-#include <qcustomplot.h>
-
-#include <array>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
+
+// The plot's own header takes longer to compile than all else of a window together.
+class QColor;
+class QCPAxis;
+class QCPItemLine;
+class QCPItemText;
+class QCustomPlot;
+class QWidget;
 
 namespace velmorant {
 
@@ -32,7 +39,7 @@ class ChartWidget : public Chart {
     ChartWidget& operator=(const ChartWidget&) = delete;
 
     /// For the window that lays it out, which may also delete it before the chart ends.
-    QWidget& widget() { return *plot_; }
+    QWidget& widget();
 
     /// The left button was released over the point with that index of its series, from 0; -1: over
     /// none. A place counts for the point whose x is nearest, at any height within the axes.
@@ -59,12 +66,7 @@ class ChartWidget : public Chart {
     void redraw() override;
 
   private:
-    struct Series {
-        QVector<QCPGraphData> points;
-        std::vector<std::string> labels;
-        std::int32_t colour = automaticColour; ///< of the last point
-        bool changed = false;
-    };
+    struct Series;
     struct Bounds {
         std::optional<double> minimum;
         std::optional<double> maximum;
@@ -77,19 +79,21 @@ class ChartWidget : public Chart {
     const Series& pointedSeries() const;
     void colourSeries();
     void placeMarker();
-    QCPRange rangeOf(ChartAxis axis, const Bounds& bounds) const;
+    std::pair<double, double> rangeOf(ChartAxis axis, const Bounds& bounds) const;
     void mouseMoved(const QPointF& place);
     void setHovered(int index);
+    void placeHoverText();
     class LeaveFilter;
 
     QPointer<QCustomPlot> plot_;
     QCPItemLine* cursor_;
     QCPItemLine* marker_;
     QCPItemText* hoverText_;
-    std::array<Series, seriesCount> series_;
+    std::vector<Series> series_;
     Bounds left_;
     Bounds bottom_;
     int hovered_ = -1;
+    QPointF hoverPlace_;
     IndexListener mouseUpListener_;
     IndexListener hoverListener_;
 };

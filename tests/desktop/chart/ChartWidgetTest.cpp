@@ -5,6 +5,8 @@
 #include <QCoreApplication>
 #include <QMouseEvent>
 
+#include <qcustomplot.h>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -140,6 +142,26 @@ TEST_F(ChartWidgetTest, reports_the_point_under_the_mouse_once_for_each) {
     EXPECT_EQ(chart_.label(11), "11");
     EXPECT_EQ(chart_.label(60), "");
     EXPECT_EQ(chart_.label(-1), "");
+}
+
+TEST_F(ChartWidgetTest, the_text_at_the_mouse_stays_inside_the_plot) {
+    addSpeeds(80);
+    drawn();
+    const QCPItemText* text = nullptr;
+    for (int i = 0; i < plot().itemCount(); ++i)
+        if (const auto* found = qobject_cast<QCPItemText*>(plot().item(i)))
+            text = found;
+    ASSERT_NE(text, nullptr);
+    chart_.onHover([this](int index) {
+        chart_.setHoverText(index < 0 ? ""
+                                      : "10:30:45  x 0.123  y -0.456  z 1.023  strongest 1.500");
+    });
+    for (int point = 0; point < 80; point += 3) {
+        mouse(QEvent::MouseMove, chart_.placeOf(point, 50));
+        ASSERT_TRUE(text->visible());
+        EXPECT_GE(text->left->pixelPosition().x(), 0) << point;
+        EXPECT_LE(text->right->pixelPosition().x(), plot().width()) << point;
+    }
 }
 
 TEST_F(ChartWidgetTest, draws_the_marker_as_a_red_line_over_the_whole_height) {
