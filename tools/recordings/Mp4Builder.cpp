@@ -9,6 +9,10 @@ namespace {
 
 constexpr std::int64_t from1904 = 2082844800;
 
+std::uint64_t secondsSince1904(const Mp4Plan& plan) {
+    return static_cast<std::uint64_t>(plan.creation + from1904);
+}
+
 struct PlacedTrack {
     const TrackPlan* plan = nullptr;
     std::vector<std::uint64_t> chunks;
@@ -160,7 +164,7 @@ ByteVector trackBox(const Mp4Plan& plan, const PlacedTrack& placed, std::size_t 
     ByteWriter header;
     header.u32be(7).u32be(0).u32be(0).u32be(number).u32be(0).u32be(milliseconds(plan)).zeros(60);
     ByteWriter media;
-    media.u32be(0).u32be(plan.creation + from1904).u32be(plan.creation + from1904);
+    media.u32be(0).u32be(secondsSince1904(plan)).u32be(secondsSince1904(plan));
     media.u32be(track.timescale).u32be(duration).u16be(0x55c4).u16be(0);
     ByteWriter handler;
     handler.u32be(0).u32be(0).text(track.handler).zeros(12).text("made").u8(0);
@@ -189,7 +193,7 @@ ByteVector indexBox(const Mp4Plan& plan, const Media& media) {
 
 ByteVector movieBox(const Mp4Plan& plan, const Media& media) {
     ByteWriter header;
-    header.u32be(0).u32be(plan.creation + from1904).u32be(plan.creation + from1904).u32be(1000);
+    header.u32be(0).u32be(secondsSince1904(plan)).u32be(secondsSince1904(plan)).u32be(1000);
     header.u32be(milliseconds(plan)).zeros(80);
     ByteWriter out;
     out.append(box("mvhd", header.take()));
