@@ -17,7 +17,10 @@ std::optional<std::string> environment(const std::string& name) {
 } // namespace
 
 int main(int count, char** arguments) {
-    velmorant::prepareWebEngine();
+    velmorant::prepareWebEngine(velmorant::videoOutput(environment) ==
+                                        velmorant::VideoOutput::OpenGl
+                                    ? velmorant::OpenGlUse::Picture
+                                    : velmorant::OpenGlUse::None);
     QApplication application(count, arguments);
     // libmpv reads numbers by the locale of the process.
     std::setlocale(LC_NUMERIC, "C");

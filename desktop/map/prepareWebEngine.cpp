@@ -3,6 +3,8 @@
 #include <QCoreApplication>
 #include <QWebEngineUrlScheme>
 
+#include <cstdio>
+
 #ifdef Q_OS_UNIX
 #include <unistd.h>
 #endif
@@ -16,12 +18,28 @@ void setUnlessSet(const char* name, const char* value) {
         qputenv(name, value);
 }
 
+/// Passes the toolkit's messages on without those that only tell that there is no OpenGL.
+void withoutOpenGlNotices(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+    if (qstrcmp(context.category, "qt.webenginecontext") == 0)
+        return;
+    for (const char* notice :
+         {"QXcbIntegration: Cannot create platform OpenGL context", "No suitable graphics backend"})
+        if (text.startsWith(QLatin1String(notice)))
+            return;
+    std::fprintf(stderr, "%s\n", qFormatLogMessage(type, context, text).toUtf8().constData());
+}
+
 } // namespace
 
-void prepareWebEngine() {
+void prepareWebEngine(OpenGlUse use) {
     // Composed by OpenGL the whole window would be, which makes every repaint of the picture
     // dearer.
     setUnlessSet("QT_QUICK_BACKEND", "software");
+    // To load OpenGL takes longer than all else before the first window.
+    if (use == OpenGlUse::None && qgetenv("QT_QUICK_BACKEND") == "software") {
+        setUnlessSet("QT_XCB_GL_INTEGRATION", "none");
+        qInstallMessageHandler(withoutOpenGlNotices);
+    }
     // Routes come as texts by the 100,000, which the engine would keep for hundreds of megabytes.
     setUnlessSet("QTWEBENGINE_CHROMIUM_FLAGS", "--js-flags=--max-old-space-size=160");
 #ifdef Q_OS_UNIX

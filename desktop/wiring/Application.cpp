@@ -13,18 +13,24 @@ namespace {
 
 constexpr qint64 tileCacheLimit = 200ll * 1024 * 1024;
 
+} // namespace
+
 VideoOutput videoOutput(const EnvironmentLookup& environment) {
     return equalsIgnoringCase(environment("VELMORANT_VIDEO").value_or(""), "opengl")
                ? VideoOutput::OpenGl
                : VideoOutput::Software;
 }
 
-} // namespace
-
 Application::Application(EnvironmentLookup environment, std::string programFolder)
     : m_environment(std::move(environment)),
       m_texts(m_rooms.state.settings, m_environment("VELMORANT_SERVER").value_or("")) {
     m_host = std::make_unique<Host>(m_environment, programFolder, m_texts);
+    buildSplash();
+    m_startingWindows = std::make_unique<StartingWindows>(
+        m_rooms, *m_splash, m_panes, m_host->journal, [this] { buildWindows(); });
+}
+
+void Application::buildWindows() {
     m_tiles = std::make_unique<TileCache>(
         QString::fromStdString(folderOf(m_host->paths, m_host->paths.temporaryFolder())) + "/tiles",
         tileCacheLimit);
@@ -57,8 +63,8 @@ Application::~Application() = default;
 
 StartUpResult Application::start(const std::string& commandLine) {
     StartUp startUp({m_rooms.state.settings, m_host->files, m_host->paths, m_host->profile, m_texts,
-                     m_host->messageBox, m_host->shellObject, m_host->screen,
-                     m_bridges->playerBands, m_bridges->frameBands, m_bridges->startingWindows});
+                     m_host->messageBox, m_host->shellObject, m_host->screen, m_playerBands,
+                     m_frameBands, *m_startingWindows});
     const StartUpResult result = startUp.run(commandLine);
     if (result == StartUpResult::Running)
         m_rooms.updateSchedule->Start();

@@ -8,6 +8,7 @@
 #include "desktop/wiring/Panes.h"
 #include "desktop/wiring/PlaybackBridges.h"
 #include "desktop/wiring/Rooms.h"
+#include "desktop/wiring/StartingWindows.h"
 #include "desktop/wiring/TitleMenu.h"
 #include "desktop/wiring/WindowBridges.h"
 
@@ -16,6 +17,9 @@
 #include <string>
 
 namespace velmorant {
+
+/// How the picture is drawn: as VELMORANT_VIDEO says.
+VideoOutput videoOutput(const EnvironmentLookup& environment);
 
 /// The whole program: machine, widgets, rooms and what connects them.
 ///
@@ -30,13 +34,15 @@ class Application {
     /// Start-up, without the event loop.
     StartUpResult start(const std::string& commandLine);
 
-    // For whoever drives the program from within.
+    // For whoever drives the program from within; there once it is running.
     Rooms& rooms() { return m_rooms; }
     Panes& panes() { return *m_panes; }
     Host& host() { return *m_host; }
 
   private:
     struct Bridges;
+    void buildSplash();
+    void buildWindows(); ///< every window behind the splash, with its rooms and connections
     void buildTrackRooms();
     void buildPlaybackRooms();
     void buildListRoom();
@@ -58,6 +64,8 @@ class Application {
     Rooms m_rooms;
     LanguageTable m_texts;
     std::unique_ptr<Host> m_host;
+    std::unique_ptr<SplashWindow> m_splash;
+    std::unique_ptr<QtTimer> m_splashTimer;
     std::unique_ptr<TileCache> m_tiles;
     std::unique_ptr<MapData> m_mapData;
     std::unique_ptr<Panes> m_panes;
@@ -65,6 +73,9 @@ class Application {
     std::unique_ptr<Bridges> m_bridges;
     std::unique_ptr<ListMenu> m_listMenu;
     std::unique_ptr<TitleMenu> m_titleMenu;
+    LoadingBands m_playerBands{m_panes};
+    LoadingBands m_frameBands{m_panes};
+    std::unique_ptr<StartingWindows> m_startingWindows;
 };
 
 } // namespace velmorant

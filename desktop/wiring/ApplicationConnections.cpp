@@ -87,7 +87,7 @@ void Application::connectControlBar() {
         m_panes->control.chart.setHoverText(m_rooms.chart->PointText(point));
     });
     // app -> playback: the player window and the bar are loaded when they get their band.
-    m_bridges->playerBands.onChild("frmCurve", [this] {
+    m_playerBands.onChild("frmCurve", [this] {
         m_rooms.curve->Load();
         m_rooms.child->Load();
         m_rooms.child->Resize();
@@ -139,7 +139,7 @@ void Application::connectMap() {
     browser.onPageMessage(
         [this](const std::string& text) { m_host->journal.write("page says " + text); });
     // app -> track: the pane is loaded when it gets its band.
-    m_bridges->frameBands.onChild("frmMediaCtrl", [this] {
+    m_frameBands.onChild("frmMediaCtrl", [this] {
         m_panes->map.browser.setLanguage(m_rooms.state.settings.languageIndex == 2 ? "zh-TW"
                                                                                    : "en");
         m_rooms.mediaCtrl->Load();
@@ -177,7 +177,6 @@ void Application::connectDialogs() {
     });
     m_panes->about.skin().onClick(
         [this](const std::string& element) { m_rooms.about->SkinClick(element); });
-    m_panes->splash.qtWindow().onResize([this] { m_rooms.tip->Resize(); });
 }
 
 } // namespace velmorant

@@ -18,6 +18,15 @@ int zoneOffsetMinutes(std::int64_t utcSeconds) {
 
 } // namespace
 
+void Application::buildSplash() {
+    m_splash = std::make_unique<SplashWindow>(m_host->gate, m_host->screen);
+    m_splashTimer = std::make_unique<QtTimer>(m_host->gate);
+    m_rooms.tip = std::make_unique<frmTip>(
+        frmTipNeeds{m_rooms.state.settings, m_splash->qtWindow(), m_splash->skin(), *m_splashTimer,
+                    m_host->screen, m_host->files, m_host->paths, m_texts, m_host->messageBox});
+    m_splash->qtWindow().onResize([this] { m_rooms.tip->Resize(); });
+}
+
 void Application::buildTrackRooms() {
     Bridges& bridges = *m_bridges;
     m_rooms.mediaCtrl = std::make_unique<frmMediaCtrl>(
@@ -95,12 +104,9 @@ void Application::buildListRoom() {
 void Application::buildWindowRooms() {
     Bridges& bridges = *m_bridges;
     SettingsState& settings = m_rooms.state.settings;
-    m_rooms.tip = std::make_unique<frmTip>(frmTipNeeds{
-        settings, m_panes->splash.qtWindow(), m_panes->splash.skin(), bridges.splashTimer,
-        m_host->screen, m_host->files, m_host->paths, m_texts, m_host->messageBox});
     m_rooms.main = std::make_unique<frmMain>(frmMainNeeds{
         settings, m_panes->frame.qtWindow(), m_panes->frame.nativeWindow(), m_panes->frame.skin(),
-        m_panes->splash.qtWindow(), m_host->files, m_host->paths, m_host->screen, m_texts,
+        m_splash->qtWindow(), m_host->files, m_host->paths, m_host->screen, m_texts,
         m_host->messageBox, m_host->waits, bridges.commandsOfFrame});
     m_rooms.setup = std::make_unique<frmSetupInfo>(frmSetupInfoNeeds{
         settings, m_panes->setup.qtWindow(), m_panes->setup.skin(), m_host->screen, m_host->files,

@@ -20,9 +20,6 @@ struct Application::Bridges {
           playbackToFollow(rooms),
           followToChart(rooms),
           mapToPlayer(rooms, panes.picture.player),
-          playerBands(panes.frame.bands()),
-          frameBands(panes.frame.bands()),
-          startingWindows(rooms, panes),
           commandsOfFrame(rooms, panes, endProgram),
           settingsToProgram(rooms, host, endProgram),
           frameWriter(panes.picture.player),
@@ -31,7 +28,6 @@ struct Application::Bridges {
           tPlayTime(host.gate),
           tFast(host.gate),
           tContinue(host.gate),
-          splashTimer(host.gate),
           tStartLoad(host.gate),
           tAllLoad(host.gate),
           tClose(host.gate),
@@ -49,9 +45,6 @@ struct Application::Bridges {
     PlaybackToFollow playbackToFollow;
     FollowToChart followToChart;
     MapToPlayer mapToPlayer;
-    LoadingBands playerBands;
-    LoadingBands frameBands;
-    StartingWindows startingWindows;
     CommandsOfFrame commandsOfFrame;
     SettingsToProgram settingsToProgram;
     ExifFrameWriter frameWriter;
@@ -60,7 +53,6 @@ struct Application::Bridges {
     QtTimer tPlayTime;
     QtTimer tFast;
     QtTimer tContinue;
-    QtTimer splashTimer;
     QtTimer tStartLoad;
     QtTimer tAllLoad;
     QtTimer tClose;

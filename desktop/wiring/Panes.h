@@ -73,7 +73,7 @@ struct MapPane {
     WebEngineBrowser browser;
 };
 
-/// Every widget of the frame.
+/// Every window but the splash, and the widgets in them.
 struct Panes {
     Panes(Host& host, const Texts& texts, VideoOutput output, WebEngineBrowserSettings mapSettings);
     MainWindow frame;
@@ -82,7 +82,6 @@ struct Panes {
     ListPane list;
     MapPane map;
     ExtractionProgress extraction;
-    SplashWindow splash;
     SetupDialog setup;
     AboutDialog about;
     UpdateWindow update;

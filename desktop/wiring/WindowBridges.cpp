@@ -2,22 +2,6 @@
 
 namespace velmorant {
 
-void StartingWindows::showSplash() {
-    if (m_rooms.tip->Load() == SkinLoad::Loaded)
-        m_panes.splash.qtWindow().show();
-}
-
-void StartingWindows::loadMainWindow() {
-    m_loaded = m_rooms.main->Load() == SkinLoad::Loaded;
-    if (m_loaded)
-        m_rooms.list->Load();
-}
-
-void StartingWindows::showMainWindow() {
-    if (m_loaded)
-        m_panes.frame.qtWindow().show();
-}
-
 void CommandsOfFrame::showSettings() {
     if (m_rooms.setup->Load() == SkinLoad::Loaded)
         m_panes.setup.qtWindow().showModal();

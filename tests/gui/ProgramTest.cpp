@@ -85,8 +85,8 @@ void ProgramTest::start(const std::string& language) {
     fs::create_directories(configuration.parent_path());
     std::ofstream(configuration) << "[config]\nmainv=" << language << "\nArea=2021\nUnit=1001\n";
     m_program = std::make_unique<Application>(environment, program);
-    m_driver = std::make_unique<ProgramDriver>(*m_program);
     ASSERT_EQ(m_program->start(""), StartUpResult::Running);
+    m_driver = std::make_unique<ProgramDriver>(*m_program);
     ASSERT_TRUE(waitUntil([this] { return m_driver->windowShown(); }))
         << "no window with a loaded map page";
 }

@@ -50,7 +50,10 @@ int main(int count, char** arguments) {
         std::fprintf(stderr, "usage: drive_road PROGRAM_FOLDER PICTURES_FOLDER\n");
         return 2;
     }
-    velmorant::prepareWebEngine();
+    velmorant::prepareWebEngine(velmorant::videoOutput(environment) ==
+                                        velmorant::VideoOutput::OpenGl
+                                    ? velmorant::OpenGlUse::Picture
+                                    : velmorant::OpenGlUse::None);
     QApplication application(count, arguments);
     // libmpv reads numbers by the locale of the process.
     std::setlocale(LC_NUMERIC, "C");

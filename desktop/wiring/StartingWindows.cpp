@@ -1,0 +1,66 @@
+#include "desktop/wiring/StartingWindows.h"
+
+#include "desktop/wiring/FirstPainting.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <chrono>
+#include <utility>
+
+namespace velmorant {
+
+namespace {
+
+/// A desktop that hides new windows must not hold the start.
+constexpr std::chrono::milliseconds paintingLimit{200};
+
+} // namespace
+
+StartingWindows::StartingWindows(Rooms& rooms, SplashWindow& splash,
+                                 const std::unique_ptr<Panes>& panes, Journal& journal,
+                                 std::function<void()> buildWindows)
+    : m_rooms(rooms),
+      m_splash(splash),
+      m_panes(panes),
+      m_journal(journal),
+      m_buildWindows(std::move(buildWindows)) {}
+
+void StartingWindows::showSplash() {
+    if (m_rooms.tip->Load() != SkinLoad::Loaded)
+        return;
+    QEventLoop loop;
+    const FirstPainting painting(m_splash.skin(), [this, &loop] {
+        m_journal.write("painted splash");
+        loop.quit();
+    });
+    m_splash.qtWindow().show();
+    QTimer::singleShot(paintingLimit, &loop, &QEventLoop::quit);
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+}
+
+void StartingWindows::bringSplashToForeground() {
+    m_splash.qtWindow().setForeground();
+    m_buildWindows();
+}
+
+void StartingWindows::loadMainWindow() {
+    m_loaded = m_rooms.main->Load() == SkinLoad::Loaded;
+    if (m_loaded)
+        m_rooms.list->Load();
+}
+
+void StartingWindows::showMainWindow() {
+    if (!m_loaded)
+        return;
+    new FirstPainting(m_panes->frame.skin(), [this] { m_journal.write("painted frame"); });
+    m_panes->frame.qtWindow().show();
+}
+
+void LoadingBands::setChild(const std::string& band, const std::string& window) {
+    m_panes->frame.bands().setChild(band, window);
+    if (const auto loader = m_loaders.find(window); loader != m_loaders.end())
+        loader->second();
+}
+
+} // namespace velmorant
