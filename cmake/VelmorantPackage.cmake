@@ -49,5 +49,5 @@ set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
     "libqt6webengine6-data, libqt6webenginecore6-bin, libqt6svg6, qt6-qpa-plugins, fonts-dejavu-core, fonts-wqy-microhei")
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libgl1-mesa-dri, xdg-utils")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "ca-certificates, libgl1-mesa-dri, xdg-utils")
 include(CPack)

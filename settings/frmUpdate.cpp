@@ -152,10 +152,10 @@ void frmUpdate::downloaded() {
 void frmUpdate::failed(const DownloadFailure& failure) {
     std::string text = failure.reason;
     trapErrors([&] {
-        if (failure.fault == DownloadFault::NotConnected)
-            text = m_needs.texts.byOffset(notConnected);
-        else
-            text = m_needs.texts.addition("update.failed") + "\n" + failure.reason;
+        const std::string what = failure.fault == DownloadFault::NotConnected
+                                     ? m_needs.texts.byOffset(notConnected)
+                                     : m_needs.texts.addition("update.failed");
+        text = what + "\n" + failure.reason;
     });
     end(text, Telling::OnRequest);
 }

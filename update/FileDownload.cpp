@@ -83,7 +83,7 @@ void FileDownload::stateChanged(TransferState state) {
         return;
     if (state == TransferState::Error) {
         const int code = m_transfer.responseCode();
-        const std::string status = code >= 400 ? std::to_string(code) + " " : std::string();
+        const std::string status = code > 0 ? std::to_string(code) + " " : std::string();
         fail(code == 0 ? DownloadFault::NotConnected : DownloadFault::Other,
              status + m_transfer.responseText());
         return;

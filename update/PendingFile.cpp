@@ -8,6 +8,7 @@
 #include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace velmorant {
 
@@ -15,12 +16,6 @@ namespace {
 
 // The disk begins to write while the rest still comes, so that the last sync is short.
 constexpr std::uint64_t flushEvery = std::uint64_t{8} << 20;
-
-mode_t usualMode() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return 0666 & ~mask;
-}
 
 /// The rights of the file that is going to be replaced; absent when there is none.
 std::optional<mode_t> modeOf(int folder, const std::string& name, const std::string& where) {
@@ -37,31 +32,44 @@ std::optional<mode_t> modeOf(int folder, const std::string& name, const std::str
 
 } // namespace
 
-PendingFile::PendingFile(int folder, const ProgramPath& path, std::string where)
-    : m_folder(folder),
+PendingFile::PendingFile(std::shared_ptr<OwnedDescriptor> folder, const ProgramPath& path,
+                         std::string where)
+    : m_folder(std::move(folder)),
       m_name(path.name()),
       m_beside(m_name + std::string(besideEnding)),
       m_where(std::move(where)) {
-    OwnedDescriptor owned(folder);
-    const std::optional<mode_t> mode = modeOf(folder, m_name, m_where);
+    const std::optional<mode_t> mode = modeOf(m_folder->get(), m_name, m_where);
     m_isNew = !mode;
-    // A run that was killed has left one behind. It is removed, not opened: it could be a link.
-    if (::unlinkat(folder, m_beside.c_str(), 0) != 0 && errno != ENOENT)
-        throwTreeError(m_where + std::string(besideEnding));
-    m_file = ::openat(folder, m_beside.c_str(),
-                      O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
-    OwnedDescriptor file(m_file);
-    if (!file.valid() || ::fchmod(m_file, mode.value_or(usualMode())) != 0)
+    create();
+    if (mode && ::fchmod(m_file, *mode) != 0) {
+        const int error = errno;
+        ::close(m_file);
+        ::unlinkat(m_folder->get(), m_beside.c_str(), 0);
+        errno = error;
         throwTreeError(m_where);
-    file.release();
-    owned.release();
+    }
 }
 
 PendingFile::~PendingFile() {
-    ::close(m_file);
+    if (m_file >= 0)
+        ::close(m_file);
     if (!m_renamed)
-        ::unlinkat(m_folder, m_beside.c_str(), 0);
-    ::close(m_folder);
+        ::unlinkat(m_folder->get(), m_beside.c_str(), 0);
+}
+
+void PendingFile::create() {
+    constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW;
+    // What replaces a file may be read by nobody before it has that file's rights.
+    const mode_t mode = m_isNew ? 0666 : 0600;
+    m_file = ::openat(m_folder->get(), m_beside.c_str(), flags, mode);
+    if (m_file < 0 && errno == EEXIST) {
+        // A run that was killed has left one. It is removed, not opened: it could be a link.
+        if (::unlinkat(m_folder->get(), m_beside.c_str(), 0) != 0)
+            throwTreeError(m_where + std::string(besideEnding));
+        m_file = ::openat(m_folder->get(), m_beside.c_str(), flags, mode);
+    }
+    if (m_file < 0)
+        throwTreeError(m_where);
 }
 
 void PendingFile::write(std::span<const std::byte> bytes) {
@@ -100,20 +108,21 @@ void PendingFile::sync() {
         throwTreeError(m_where);
 }
 
-void PendingFile::rename() {
-    struct stat status {};
-    // A rename over a link would replace the link, not follow it; but it is not the program's file.
-    if (::fstatat(m_folder, m_name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-        !S_ISREG(status.st_mode))
-        throwTreeError(m_where, "this is no regular file, or a link");
-    if (::renameat(m_folder, m_beside.c_str(), m_folder, m_name.c_str()) != 0)
+void PendingFile::close() {
+    if (::close(std::exchange(m_file, -1)) != 0)
         throwTreeError(m_where);
-    m_renamed = true;
 }
 
-void PendingFile::syncFolder() {
-    if (::fsync(m_folder) != 0)
+void PendingFile::rename() {
+    const int folder = m_folder->get();
+    struct stat status {};
+    // A rename over a link would replace the link, not follow it; but it is not the program's file.
+    if (::fstatat(folder, m_name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+        !S_ISREG(status.st_mode))
+        throwTreeError(m_where, "this is no regular file, or a link");
+    if (::renameat(folder, m_beside.c_str(), folder, m_name.c_str()) != 0)
         throwTreeError(m_where);
+    m_renamed = true;
 }
 
 } // namespace velmorant

@@ -20,14 +20,20 @@ namespace velmorant {
 
 namespace {
 
-// Each file of a group holds two descriptors.
-constexpr std::size_t largestGroup = 200;
-// From here on one sync of the whole disk costs less than one for every file.
-constexpr std::size_t manyFiles = 8;
+constexpr std::size_t largestGroup = 1000;
 constexpr std::uint64_t largestGroupBytes = std::uint64_t{64} << 20;
+// Each holds a descriptor.
+constexpr std::size_t mostFolders = 200;
+// From here on one sync of the whole disk costs less than one for every file or folder.
+constexpr std::size_t manySyncs = 4;
 
 std::string pathIn(const std::string& folder, const ProgramPath& path) {
     return folder + '/' + path.text();
+}
+
+std::string parentIn(const std::string& folder, const ProgramPath& path) {
+    const std::string where = pathIn(folder, path);
+    return where.substr(0, where.rfind('/'));
 }
 
 void readPieces(int file, const std::string& where,
@@ -57,7 +63,7 @@ struct stat statusOf(int descriptor, const std::string& where) {
 ProgramTree::ProgramTree(std::string folder) : m_folder(std::move(folder)) {}
 
 ProgramTree::~ProgramTree() {
-    m_group.clear();
+    m_group = {};
     unlock();
 }
 
@@ -65,7 +71,7 @@ TreeLock ProgramTree::lock() {
     if (m_lock >= 0)
         return TreeLock::Taken;
     const ProgramPath path = ProgramPath::own("update/.lock");
-    const OwnedDescriptor folder = openParent(m_folder, path, MissingFolders::Make);
+    const OwnedDescriptor folder = makeParent(m_folder, path, remember());
     OwnedDescriptor file(::openat(folder.get(), path.name().c_str(),
                                   O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666));
     if (!file.valid())
@@ -87,49 +93,83 @@ void ProgramTree::unlock() {
 std::unique_ptr<PendingFile> ProgramTree::beginFile(const ProgramPath& path) {
     const std::string where = pathIn(m_folder, path);
     // A second one of that name would write the same file beside.
-    const bool waits = std::any_of(m_group.begin(), m_group.end(),
-                                   [&](const auto& file) { return file->m_where == where; });
-    if (waits)
+    if (m_group.paths.contains(where))
         publish();
-    OwnedDescriptor folder = openParent(m_folder, path, MissingFolders::Make);
-    return std::make_unique<PendingFile>(folder.release(), path, where);
+    return std::make_unique<PendingFile>(folderOf(path), path, where);
+}
+
+std::shared_ptr<OwnedDescriptor> ProgramTree::folderOf(const ProgramPath& path) {
+    const auto known = m_group.folders.find(parentIn(m_folder, path));
+    if (known != m_group.folders.end())
+        return known->second;
+    auto folder = std::make_shared<OwnedDescriptor>(makeParent(m_folder, path, remember()));
+    m_group.folders.emplace(parentIn(m_folder, path), folder);
+    return folder;
+}
+
+std::function<void(const std::string&, OwnedDescriptor)> ProgramTree::remember() {
+    return [this](const std::string& where, OwnedDescriptor folder) {
+        m_group.folders.emplace(where, std::make_shared<OwnedDescriptor>(std::move(folder)));
+    };
 }
 
 void ProgramTree::add(std::unique_ptr<PendingFile> file) {
-    m_groupBytes += file->size();
-    m_group.push_back(std::move(file));
-    if (m_group.size() >= largestGroup || m_groupBytes >= largestGroupBytes)
+    // The group in which it was begun may have been published.
+    m_group.folders.emplace(file->m_where.substr(0, file->m_where.rfind('/')), file->m_folder);
+    m_group.bytes += file->size();
+    m_group.paths.insert(file->m_where);
+    m_group.files.push_back(std::move(file));
+    if (m_group.files.size() == manySyncs) {
+        for (const auto& one : m_group.files)
+            one->close();
+    } else if (m_group.files.size() > manySyncs) {
+        m_group.files.back()->close();
+    }
+    if (m_group.files.size() >= largestGroup || m_group.bytes >= largestGroupBytes ||
+        m_group.folders.size() >= mostFolders)
         publish();
 }
 
 // The order survives a power loss: a name never points to content that is not on the disk, because
 // every file is synced before it is renamed; and the catalogue, which says that all is done, is
-// written only after the folders with the new names have been synced. A group shares its syncs: the
-// disk writes all of its files at once instead of one after the other.
+// written only after the new names have been synced. A group shares its syncs: the disk writes all
+// of its files at once instead of one after the other.
 void ProgramTree::publish() {
-    const auto group = std::exchange(m_group, {});
-    m_groupBytes = 0;
-    for (const auto& file : group)
-        file->startFlush();
-    syncFiles(group);
-    for (const auto& file : group)
+    const Group group = std::exchange(m_group, {});
+    syncContents(group);
+    for (const auto& file : group.files)
         file->rename();
-    std::set<std::pair<dev_t, ino_t>> synced;
-    for (const auto& file : group) {
-        const struct stat status = statusOf(file->m_folder, file->m_where);
-        if (synced.emplace(status.st_dev, status.st_ino).second)
-            file->syncFolder();
+    syncFolders(group);
+}
+
+void ProgramTree::syncContents(const Group& group) {
+    if (group.files.size() >= manySyncs) {
+        syncDisks(group);
+        return;
+    }
+    for (const auto& file : group.files)
+        file->startFlush();
+    for (const auto& file : group.files)
+        file->sync();
+}
+
+void ProgramTree::syncFolders(const Group& group) {
+    if (group.folders.size() >= manySyncs) {
+        syncDisks(group);
+        return;
+    }
+    for (const auto& [path, folder] : group.folders) {
+        if (::fsync(folder->get()) != 0)
+            throwTreeError(path);
     }
 }
 
-void ProgramTree::syncFiles(const std::vector<std::unique_ptr<PendingFile>>& group) {
+void ProgramTree::syncDisks(const Group& group) {
     std::set<dev_t> disks;
-    for (const auto& file : group) {
-        if (group.size() < manyFiles)
-            file->sync();
-        else if (disks.insert(statusOf(file->m_file, file->m_where).st_dev).second &&
-                 ::syncfs(file->m_file) != 0)
-            throwTreeError(file->m_where);
+    for (const auto& [path, folder] : group.folders) {
+        if (disks.insert(statusOf(folder->get(), path).st_dev).second &&
+            ::syncfs(folder->get()) != 0)
+            throwTreeError(path);
     }
 }
 
@@ -142,7 +182,7 @@ void ProgramTree::replaceFile(const ProgramPath& path, std::span<const std::byte
 
 std::optional<std::string> ProgramTree::readFile(const ProgramPath& path,
                                                  std::size_t largest) const {
-    const OwnedDescriptor folder = openParent(m_folder, path, MissingFolders::Refuse);
+    const OwnedDescriptor folder = openParent(m_folder, path);
     if (!folder.valid())
         return std::nullopt;
     const std::string where = pathIn(m_folder, path);
@@ -159,7 +199,7 @@ std::optional<std::string> ProgramTree::readFile(const ProgramPath& path,
 }
 
 std::optional<std::string> ProgramTree::digestOf(const ProgramPath& path) const {
-    const OwnedDescriptor folder = openParent(m_folder, path, MissingFolders::Refuse);
+    const OwnedDescriptor folder = openParent(m_folder, path);
     if (!folder.valid())
         return std::nullopt;
     const std::string where = pathIn(m_folder, path);
@@ -172,8 +212,8 @@ std::optional<std::string> ProgramTree::digestOf(const ProgramPath& path) const 
 }
 
 void ProgramTree::keepBeside(const ProgramPath& path, const ProgramPath& kept) {
-    const OwnedDescriptor folder = openParent(m_folder, path, MissingFolders::Refuse);
-    const OwnedDescriptor keptFolder = openParent(m_folder, kept, MissingFolders::Refuse);
+    const OwnedDescriptor folder = openParent(m_folder, path);
+    const OwnedDescriptor keptFolder = openParent(m_folder, kept);
     if (!folder.valid() || !keptFolder.valid())
         throwTreeError(pathIn(m_folder, path));
     if (::unlinkat(keptFolder.get(), kept.name().c_str(), 0) != 0 && errno != ENOENT)
@@ -187,7 +227,7 @@ void ProgramTree::keepBeside(const ProgramPath& path, const ProgramPath& kept) {
 
 void ProgramTree::copyRights(const ProgramPath& from, const ProgramPath& to) {
     const auto open = [this](const ProgramPath& path) {
-        const OwnedDescriptor folder = openParent(m_folder, path, MissingFolders::Refuse);
+        const OwnedDescriptor folder = openParent(m_folder, path);
         OwnedDescriptor file(folder.valid()
                                  ? openRegular(folder.get(), path.name(), pathIn(m_folder, path))
                                  : OwnedDescriptor());
@@ -204,8 +244,8 @@ void ProgramTree::copyRights(const ProgramPath& from, const ProgramPath& to) {
 }
 
 void ProgramTree::renameFile(const ProgramPath& from, const ProgramPath& to) {
-    const OwnedDescriptor folder = openParent(m_folder, from, MissingFolders::Refuse);
-    const OwnedDescriptor target = openParent(m_folder, to, MissingFolders::Refuse);
+    const OwnedDescriptor folder = openParent(m_folder, from);
+    const OwnedDescriptor target = openParent(m_folder, to);
     if (!folder.valid() || !target.valid() ||
         ::renameat(folder.get(), from.name().c_str(), target.get(), to.name().c_str()) != 0 ||
         ::fsync(target.get()) != 0)

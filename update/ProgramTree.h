@@ -4,14 +4,18 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
 
 namespace velmorant {
 
+class OwnedDescriptor;
 class PendingFile;
 
 enum class TreeLock { Taken, HeldByAnother };
@@ -57,11 +61,23 @@ class ProgramTree {
     const std::string& folder() const { return m_folder; }
 
   private:
-    static void syncFiles(const std::vector<std::unique_ptr<PendingFile>>& group);
+    /// Files that are published together.
+    struct Group {
+        std::vector<std::unique_ptr<PendingFile>> files;
+        std::set<std::string> paths;
+        std::map<std::string, std::shared_ptr<OwnedDescriptor>> folders; ///< by their paths
+        std::uint64_t bytes = 0;
+    };
+
+    static void syncContents(const Group& group);
+    static void syncFolders(const Group& group);
+    static void syncDisks(const Group& group);
+    std::shared_ptr<OwnedDescriptor> folderOf(const ProgramPath& path);
+    /// Takes folders that got a new one into the group, to be synced with it.
+    std::function<void(const std::string& where, OwnedDescriptor folder)> remember();
 
     std::string m_folder;
-    std::vector<std::unique_ptr<PendingFile>> m_group;
-    std::uint64_t m_groupBytes = 0;
+    Group m_group;
     int m_lock = -1;
 };
 
@@ -69,7 +85,8 @@ class ProgramTree {
 /// to ProgramTree::add().
 class PendingFile {
   public:
-    PendingFile(int folder, const ProgramPath& path, std::string where);
+    PendingFile(std::shared_ptr<OwnedDescriptor> folder, const ProgramPath& path,
+                std::string where);
     ~PendingFile();
     PendingFile(const PendingFile&) = delete;
     PendingFile& operator=(const PendingFile&) = delete;
@@ -82,12 +99,13 @@ class PendingFile {
   private:
     friend class ProgramTree;
 
+    void create();
     void startFlush(); ///< lets the disk begin
     void sync();       ///< returns when content and rights are on the disk
+    void close();      ///< nothing is written any more
     void rename();     ///< over the destination
-    void syncFolder();
 
-    int m_folder; ///< owned
+    std::shared_ptr<OwnedDescriptor> m_folder; ///< shared with the group's files beside it
     int m_file = -1;
     std::string m_name;
     std::string m_beside;

@@ -21,29 +21,36 @@ void throwTreeError(const std::string& path, const std::string& reason) {
                     (reason.empty() ? std::generic_category().message(errno) : reason));
 }
 
-OwnedDescriptor openParent(const std::string& root, const ProgramPath& path,
-                           MissingFolders missing) {
-    constexpr int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+namespace {
+
+constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+OwnedDescriptor makeFolder(int parent, const char* name, const std::string& where) {
+    if (::mkdirat(parent, name, 0777) != 0 && errno != EEXIST)
+        throwTreeError(where);
+    return OwnedDescriptor(::openat(parent, name, folderFlags | O_NOFOLLOW));
+}
+
+/// With `changed` missing folders are made.
+OwnedDescriptor walk(const std::string& root, const ProgramPath& path,
+                     const FolderChanged& changed) {
     // The folder itself may be reached by a link: its owner has put it there.
-    OwnedDescriptor folder(::open(root.c_str(), flags));
+    OwnedDescriptor folder(::open(root.c_str(), folderFlags));
     if (!folder.valid())
         throwTreeError(root);
     std::string where = root;
     const auto& components = path.components();
     for (std::size_t i = 0; i + 1 < components.size(); ++i) {
         const char* name = components[i].c_str();
-        where += '/' + components[i];
-        OwnedDescriptor next(::openat(folder.get(), name, flags | O_NOFOLLOW));
-        if (!next.valid() && errno == ENOENT && missing == MissingFolders::Make) {
-            if (::mkdirat(folder.get(), name, 0777) != 0 && errno != EEXIST)
-                throwTreeError(where);
-            next = OwnedDescriptor(::openat(folder.get(), name, flags | O_NOFOLLOW));
-            // Without it a power loss could take the folder away with all that was renamed into it.
-            if (::fsync(folder.get()) != 0)
-                throwTreeError(where);
+        const std::string parent = std::exchange(where, where + '/' + components[i]);
+        OwnedDescriptor next(::openat(folder.get(), name, folderFlags | O_NOFOLLOW));
+        if (!next.valid() && errno == ENOENT) {
+            if (!changed)
+                return next;
+            next = makeFolder(folder.get(), name, where);
+            if (next.valid())
+                changed(parent, std::move(folder));
         }
-        if (!next.valid() && errno == ENOENT && missing == MissingFolders::Refuse)
-            return next;
         if (!next.valid())
             throwTreeError(where, errno == ENOTDIR || errno == ELOOP
                                       ? "this is no folder, or a link that leads elsewhere"
@@ -51,6 +58,17 @@ OwnedDescriptor openParent(const std::string& root, const ProgramPath& path,
         folder = std::move(next);
     }
     return folder;
+}
+
+} // namespace
+
+OwnedDescriptor openParent(const std::string& root, const ProgramPath& path) {
+    return walk(root, path, {});
+}
+
+OwnedDescriptor makeParent(const std::string& root, const ProgramPath& path,
+                           const FolderChanged& changed) {
+    return walk(root, path, changed);
 }
 
 OwnedDescriptor openRegular(int folder, const std::string& name, const std::string& where) {

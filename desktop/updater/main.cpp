@@ -1,6 +1,6 @@
 #include "app/LanguageTable.h"
 #include "common/StepError.h"
-#include "desktop/transfer/QtHttpTransfer.h"
+#include "desktop/transfer/CurlHttpTransfer.h"
 #include "update/MainProgramUpdate.h"
 #include "update/PosixProgramHost.h"
 #include "update/builtIn.h"
@@ -55,7 +55,7 @@ int main(int argc, char** argv) {
     SettingsState settings;
     const LanguageTable texts(settings, qEnvironmentVariable("VELMORANT_SERVER").toStdString());
     ProgramTree tree(QCoreApplication::applicationDirPath().toStdString());
-    QtHttpTransfer transfer;
+    CurlHttpTransfer transfer;
     PosixProgramHost host(watched);
     try {
         MainProgramUpdate update(

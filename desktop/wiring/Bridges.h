@@ -1,7 +1,7 @@
 #pragma once
 
 #include "desktop/player/ExifFrameWriter.h"
-#include "desktop/transfer/QtHttpTransfer.h"
+#include "desktop/transfer/CurlHttpTransfer.h"
 #include "desktop/wiring/Application.h"
 
 namespace velmorant {
@@ -57,7 +57,7 @@ struct Application::Bridges {
     QtTimer tAllLoad;
     QtTimer tClose;
     QtTimer updateTimer;
-    QtHttpTransfer transfer;
+    CurlHttpTransfer transfer;
 };
 
 } // namespace velmorant

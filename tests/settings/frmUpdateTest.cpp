@@ -292,7 +292,7 @@ TEST_F(frmUpdateTest, is_shown_at_once_on_request_and_tells_how_it_ended) {
     transfer.answers[base + "update/remote.rar"].refused = true;
     transfer.answers[base + "update/remote.rar"].code = 0;
     run(update, UpdateOpening::OnRequest);
-    EXPECT_EQ(messageBox.shown.back().text, "<13019>");
+    EXPECT_EQ(messageBox.shown.back().text, "<13019>\n" + base + "update/remote.rar: refused");
 
     transfer.answers.clear();
     run(update, UpdateOpening::OnRequest);

@@ -64,10 +64,10 @@ TEST_F(ProgramTreeTest, removes_a_file_that_was_not_finished) {
 }
 
 TEST_F(ProgramTreeTest, publishes_a_long_group_by_itself) {
-    for (int i = 0; i < 200; ++i)
+    for (int i = 0; i < 1000; ++i)
         tree.add(tree.beginFile(ProgramPath::own("f" + std::to_string(i))));
     EXPECT_TRUE(folder.has("f0"));
-    EXPECT_TRUE(folder.has("f199"));
+    EXPECT_TRUE(folder.has("f999"));
 }
 
 TEST_F(ProgramTreeTest, writes_a_file_twice_in_one_group) {

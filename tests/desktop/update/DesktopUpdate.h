@@ -4,7 +4,7 @@
 #include "app/PosixHostPaths.h"
 #include "desktop/system/QtScreen.h"
 #include "desktop/system/QtTimer.h"
-#include "desktop/transfer/QtHttpTransfer.h"
+#include "desktop/transfer/CurlHttpTransfer.h"
 #include "desktop/windows/QtWindow.h"
 #include "desktop/windows/UpdateWindow.h"
 #include "settings/frmUpdate.h"
@@ -44,7 +44,7 @@ class DesktopUpdate {
     QtScreen screen;
     UpdateWindow widget{texts};
     QtWindow window{widget, gate, screen};
-    QtHttpTransfer transfer{
+    CurlHttpTransfer transfer{
         [this](std::function<void()> call) { gate.runWhenFree(std::move(call)); }};
     QtTimer startLoad{gate};
     QtTimer allLoad{gate};

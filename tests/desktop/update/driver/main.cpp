@@ -3,7 +3,7 @@
 // the local catalogue is the server's.
 #include "app/LanguageTable.h"
 #include "app/PosixHostPaths.h"
-#include "desktop/transfer/QtHttpTransfer.h"
+#include "desktop/transfer/CurlHttpTransfer.h"
 #include "settings/frmUpdate.h"
 
 #include <QCoreApplication>
@@ -92,7 +92,7 @@ int main(int argc, char** argv) {
     const LanguageTable texts(settings, argv[2]);
     const PosixHostPaths paths([](const std::string&) { return std::nullopt; }, folder);
     NoWindow window;
-    QtHttpTransfer transfer;
+    CurlHttpTransfer transfer;
     ImmediateTimer startLoad;
     ImmediateTimer allLoad;
     ImmediateTimer close;

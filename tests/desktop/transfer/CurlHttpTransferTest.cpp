@@ -1,4 +1,4 @@
-#include "desktop/transfer/QtHttpTransfer.h"
+#include "desktop/transfer/CurlHttpTransfer.h"
 
 #include "tests/desktop/HttpServer.h"
 #include "tests/desktop/eventLoop.h"
@@ -14,9 +14,9 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-class QtHttpTransferTest : public testing::Test {
+class CurlHttpTransferTest : public testing::Test {
   protected:
-    QtHttpTransferTest()
+    CurlHttpTransferTest()
         : server_([this](const HttpRequest& request, QTcpSocket& socket) {
               return answer_(request, socket);
           }) {
@@ -65,11 +65,11 @@ class QtHttpTransferTest : public testing::Test {
     QByteArray taken_;
     HttpServer::Handler answer_;
     HttpServer server_;
-    QtHttpTransfer transfer_;
+    CurlHttpTransfer transfer_;
     std::vector<TransferState> states_;
 };
 
-TEST_F(QtHttpTransferTest, reads_a_body_in_chunks) {
+TEST_F(CurlHttpTransferTest, reads_a_body_in_chunks) {
     QByteArray content;
     for (int i = 0; i < 10000; ++i)
         content += QByteArray::number(i) + ' ';
@@ -88,14 +88,14 @@ TEST_F(QtHttpTransferTest, reads_a_body_in_chunks) {
                 HasSubstr("VelmorantDVRTools/"));
 }
 
-TEST_F(QtHttpTransferTest, reads_an_empty_body) {
+TEST_F(CurlHttpTransferTest, reads_an_empty_body) {
     serve(HttpServer::response("", "text/plain"));
     get("/empty");
     EXPECT_THAT(states_, ElementsAre(TransferState::ResponseCompleted));
     EXPECT_EQ(body(), "");
 }
 
-TEST_F(QtHttpTransferTest, reads_a_body_that_comes_slowly) {
+TEST_F(CurlHttpTransferTest, reads_a_body_that_comes_slowly) {
     answer_ = [](const HttpRequest&, QTcpSocket& socket) {
         socket.write("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\n12345");
         QTimer::singleShot(200, &socket, [&socket] { socket.write("67890"); });
@@ -105,7 +105,7 @@ TEST_F(QtHttpTransferTest, reads_a_body_that_comes_slowly) {
     EXPECT_EQ(body(), "1234567890");
 }
 
-TEST_F(QtHttpTransferTest, holds_little_of_a_large_body_in_memory) {
+TEST_F(CurlHttpTransferTest, holds_little_of_a_large_body_in_memory) {
     const qsizetype size = 50'000'000;
     QTcpSocket* connection = nullptr;
     answer_ = [&](const HttpRequest&, QTcpSocket& socket) {
@@ -120,7 +120,7 @@ TEST_F(QtHttpTransferTest, holds_little_of_a_large_body_in_memory) {
     EXPECT_EQ(body(65536).size(), size);
 }
 
-TEST_F(QtHttpTransferTest, reports_a_status_of_400_and_above_as_an_error) {
+TEST_F(CurlHttpTransferTest, reports_a_status_of_400_and_above_as_an_error) {
     for (const QByteArray status :
          {"404 Not Found", "500 Internal Server Error", "403 Forbidden"}) {
         states_.clear();
@@ -134,7 +134,7 @@ TEST_F(QtHttpTransferTest, reports_a_status_of_400_and_above_as_an_error) {
     }
 }
 
-TEST_F(QtHttpTransferTest, reports_a_server_that_is_not_there) {
+TEST_F(CurlHttpTransferTest, reports_a_server_that_is_not_there) {
     server_.stop();
     get("/");
     EXPECT_THAT(states_, ElementsAre(TransferState::Error));
@@ -142,7 +142,7 @@ TEST_F(QtHttpTransferTest, reports_a_server_that_is_not_there) {
     EXPECT_NE(transfer_.responseText(), "");
 }
 
-TEST_F(QtHttpTransferTest, refuses_other_addresses) {
+TEST_F(CurlHttpTransferTest, refuses_other_addresses) {
     for (const char* address : {"file:///etc/hostname", "ftp://127.0.0.1/x", "", "no address",
                                 "http://", "data:text/plain,x"}) {
         states_.clear();
@@ -152,7 +152,7 @@ TEST_F(QtHttpTransferTest, refuses_other_addresses) {
     }
 }
 
-TEST_F(QtHttpTransferTest, asks_the_port_that_was_set_where_the_address_names_none) {
+TEST_F(CurlHttpTransferTest, asks_the_port_that_was_set_where_the_address_names_none) {
     serve(HttpServer::response("x", "text/plain"));
     transfer_.setPort(server_.port());
     transfer_.get("http://127.0.0.1/update");
@@ -164,7 +164,7 @@ TEST_F(QtHttpTransferTest, asks_the_port_that_was_set_where_the_address_names_no
     EXPECT_THAT(states_, ElementsAre(TransferState::ResponseCompleted));
 }
 
-TEST_F(QtHttpTransferTest, follows_redirections_on_the_same_host_only) {
+TEST_F(CurlHttpTransferTest, follows_redirections_on_the_same_host_only) {
     HttpServer other([](const HttpRequest&, QTcpSocket& socket) {
         socket.write(HttpServer::response("elsewhere", "text/plain"));
         return HttpServer::After::Close;
@@ -193,7 +193,7 @@ TEST_F(QtHttpTransferTest, follows_redirections_on_the_same_host_only) {
     EXPECT_EQ(server_.requests().size(), 2 + 1 + 1 + 5);
 }
 
-TEST_F(QtHttpTransferTest, reports_a_connection_that_breaks_in_the_middle) {
+TEST_F(CurlHttpTransferTest, reports_a_connection_that_breaks_in_the_middle) {
     serve("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nonly this");
     get("/cut");
     body();
@@ -202,7 +202,7 @@ TEST_F(QtHttpTransferTest, reports_a_connection_that_breaks_in_the_middle) {
     EXPECT_EQ(transfer_.responseCode(), 200);
 }
 
-TEST_F(QtHttpTransferTest, calls_a_listener_again_that_leaves_bytes_behind) {
+TEST_F(CurlHttpTransferTest, calls_a_listener_again_that_leaves_bytes_behind) {
     const QByteArray content(5000, 'x');
     serve(HttpServer::response(content, "text/plain"));
     QByteArray got;
@@ -212,9 +212,9 @@ TEST_F(QtHttpTransferTest, calls_a_listener_again_that_leaves_bytes_behind) {
     EXPECT_EQ(got.size(), content.size());
 }
 
-TEST_F(QtHttpTransferTest, brings_its_calls_to_the_time_when_they_may_run) {
+TEST_F(CurlHttpTransferTest, brings_its_calls_to_the_time_when_they_may_run) {
     std::vector<std::function<void()>> held;
-    QtHttpTransfer transfer([&](std::function<void()> call) { held.push_back(std::move(call)); });
+    CurlHttpTransfer transfer([&](std::function<void()> call) { held.push_back(std::move(call)); });
     int calls = 0;
     transfer.onStateChanged([&](TransferState) { ++calls; });
     serve(HttpServer::response("x", "text/plain"));
@@ -228,7 +228,7 @@ TEST_F(QtHttpTransferTest, brings_its_calls_to_the_time_when_they_may_run) {
     EXPECT_EQ(calls, 1) << "told of a transfer that was cancelled";
 }
 
-TEST_F(QtHttpTransferTest, sends_nothing_more_after_a_cancel) {
+TEST_F(CurlHttpTransferTest, sends_nothing_more_after_a_cancel) {
     serve(HttpServer::response("x", "text/plain"));
     transfer_.get(server_.address("/x").toStdString());
     transfer_.cancel();

@@ -1,0 +1,108 @@
+#pragma once
+
+#include "ports/HttpTransfer.h"
+
+#include <QTimer>
+#include <QUrl>
+
+#include <curl/curl.h>
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velmorant {
+
+class CurlLoop;
+
+/// The transfer control on libcurl, for http and https addresses.
+///
+/// ResponseCompleted is sent as soon as a good response begins; what arrives of the body is told by
+/// onData(), and never much more than a quarter of a megabyte of it lies in memory. Error is sent
+/// for everything else: no connection, a certificate that is not trusted, a status of 400 and
+/// above, another kind of address, a connection that breaks in the body, 30 seconds without a byte,
+/// and a redirection that leaves scheme, host or port, or the fifth in a row. responseCode() is the
+/// HTTP status, or 0 when there was no response. Listeners are called from the event loop, never
+/// from inside a call.
+///
+/// The connection is kept for the next transfer, and closed when none comes for a while.
+/// Certificates are checked with the system's store, or with SSL_CERT_FILE and SSL_CERT_DIR where
+/// the environment names them; http_proxy, https_proxy and no_proxy are followed.
+class CurlHttpTransfer : public HttpTransfer {
+  public:
+    /// Brings a call of a listener to the time when it may run (HandlerGate::runWhenFree).
+    using Delivery = std::function<void(std::function<void()>)>;
+
+    /// Unset: listeners are called at once.
+    explicit CurlHttpTransfer(Delivery deliver = {});
+    ~CurlHttpTransfer() override;
+
+    void setPort(int port) override;
+    void get(const std::string& url) override; ///< cancels one that is under way
+    void cancel() override;
+    std::string header(const std::string& name) const override;
+    std::vector<std::byte> chunk(std::size_t size) override;
+    bool atEnd() const override;
+    int responseCode() const override;
+    std::string responseText() const override;
+    void onStateChanged(std::function<void(TransferState)> listener) override;
+    void onData(std::function<void()> listener) override;
+
+  private:
+    struct Release {
+        void operator()(CURL* easy) const { curl_easy_cleanup(easy); }
+        void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+    };
+
+    static std::size_t headerArrived(const char* line, std::size_t, std::size_t size, void* self);
+    static std::size_t bodyArrived(const char* bytes, std::size_t, std::size_t size, void* self);
+    void setUp();
+    void setUpCertificates();
+    void begin(const QUrl& url);
+    void drop();
+    void takeHeader(std::string_view line);
+    void progressed();
+    void responseBegan();
+    void redirected(const QUrl& target);
+    void ended(CURLcode code);
+    std::string described(CURLcode code) const;
+    void fail(int code, const std::string& text);
+    void announce(TransferState state);
+    void tellData();
+    void tellLater(std::function<void()> call);
+    void deliver(std::function<void()> call);
+    std::size_t waiting() const { return body_.size() - taken_; }
+
+    std::unique_ptr<CURL, Release> easy_;
+    std::unique_ptr<curl_slist, Release> headers_;
+    std::unique_ptr<CurlLoop> loop_; ///< holds the connection
+    std::array<char, CURL_ERROR_SIZE> error_{};
+    QTimer idle_;
+    Delivery deliver_;
+    QUrl asked_; ///< the present address, after redirections
+    int port_ = 80;
+    int redirections_ = 0;
+    unsigned generation_ = 0; ///< of the present transfer: late calls of an earlier one are dropped
+
+    bool running_ = false; ///< the transfer is in the loop
+    std::string statusLine_;
+    bool headersComplete_ = false;
+    bool announced_ = false;
+    bool dataTold_ = false; ///< and the listener was not called yet
+    bool paused_ = false;
+    bool complete_ = false; ///< the body has ended well
+    std::string body_;      ///< what has arrived
+    std::size_t taken_ = 0; ///< of it, from the front
+
+    int responseCode_ = 0;
+    std::string responseText_;
+    std::function<void(TransferState)> listener_;
+    std::function<void()> dataListener_;
+};
+
+} // namespace velmorant
