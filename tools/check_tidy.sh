@@ -3,7 +3,7 @@
 # takes the Qt code as well.
 set -eu
 cd "$(dirname "$0")/.."
-rooms="common app library track playback settings telemetry extractor xml"
+rooms="common app library track playback settings update server telemetry extractor xml"
 [ "${1:-}" != --all ] || rooms="$rooms desktop"
 find $rooms -name '*.cpp' 2>/dev/null |
     xargs -P "$(nproc)" -n 6 clang-tidy --quiet -p build/default \

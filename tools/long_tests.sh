@@ -4,10 +4,10 @@
 #   VELMORANT_STARTS         how often the program is started (default 100)
 #   VELMORANT_KILLS          how often it is killed (default 30)
 #   VELMORANT_FUZZ_SECONDS   how long each fuzzer runs (default 120)
-#   tools/long_tests.sh NAME...   only these: road kills starts fuzz clean
+#   tools/long_tests.sh NAME...   only these: road kills starts update fuzz clean
 set -u
 cd "$(dirname "$0")/.." || exit 1
-tests=${*:-road kills starts fuzz clean}
+tests=${*:-road kills starts update fuzz clean}
 starts=${VELMORANT_STARTS:-100}
 kills=${VELMORANT_KILLS:-30}
 fuzz_seconds=${VELMORANT_FUZZ_SECONDS:-120}
@@ -95,6 +95,20 @@ start_without_sound() {
     echo "  started $starts times"
 }
 
+# The update against a real web server. Mounting the disks that become full needs root.
+update() {
+    local part as_root code
+    for part in kill full speed; do
+        as_root=""
+        [ $part != full ] || [ "$(id -u)" -eq 0 ] || as_root=sudo
+        $as_root python3 tests/desktop/update/endurance.py $part \
+            build/default/tests/desktop/update/update_driver \
+            build/default/server/catalogue/velmorant-catalogue
+        code=$?
+        result "update: $part" $code
+    done
+}
+
 # Under a display of its own this script calls itself for the parts that need one.
 if [ "${VELMORANT_LONG_PART:-}" = kills ]; then
     prepare_home && kill_at_random_moments
@@ -125,6 +139,9 @@ for test in $tests; do
     starts)
         VELMORANT_LONG_PART=starts on_display tools/long_tests.sh
         result "repeated starts without a sound card" $?
+        ;;
+    update)
+        update
         ;;
     fuzz)
         tools/short_fuzz.sh "$fuzz_seconds"

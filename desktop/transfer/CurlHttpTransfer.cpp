@@ -12,8 +12,8 @@ namespace velmorant {
 
 namespace {
 
-constexpr std::size_t bufferSize = 256 * 1024;
-constexpr long readSize = 64 * 1024;
+constexpr std::size_t bufferSize = 262144;
+constexpr long readSize = 65536;
 constexpr long timeoutSeconds = 30;
 constexpr int mostRedirections = 5;
 constexpr std::chrono::seconds keptFor{20};
@@ -215,7 +215,7 @@ void CurlHttpTransfer::ended(CURLcode code) {
 }
 
 std::string CurlHttpTransfer::described(CURLcode code) const {
-    const std::string detail = error_[0] != '\0' ? error_.data() : curl_easy_strerror(code);
+    std::string detail = error_[0] != '\0' ? error_.data() : curl_easy_strerror(code);
     if (code == CURLE_PEER_FAILED_VERIFICATION)
         return "the server's certificate is not trusted: " + detail;
     return detail;
@@ -249,13 +249,10 @@ void CurlHttpTransfer::tellData() {
 }
 
 void CurlHttpTransfer::tellLater(std::function<void()> call) {
-    QMetaObject::invokeMethod(
-        &idle_,
-        [this, asked = generation_, call = std::move(call)] {
-            if (asked == generation_)
-                call();
-        },
-        Qt::QueuedConnection);
+    QTimer::singleShot(0, &idle_, [this, asked = generation_, call = std::move(call)] {
+        if (asked == generation_)
+            call();
+    });
 }
 
 void CurlHttpTransfer::deliver(std::function<void()> call) {

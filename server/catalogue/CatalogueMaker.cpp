@@ -76,6 +76,7 @@ std::vector<ReleaseFile> numbered(const CatalogueRequest& request) {
         }
     }
     std::vector<ReleaseFile> files;
+    files.reserve(count + 1);
     auto next = rest.begin();
     for (const auto& slot : slots)
         files.push_back(slot ? *slot : (next++)->second);

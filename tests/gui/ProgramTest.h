@@ -25,6 +25,10 @@ class ProgramTest : public testing::Test {
     ProgramTest();
     ~ProgramTest() override;
 
+    /// Before start(): a variable of the program's environment.
+    void setVariable(const std::string& name, const std::string& value) {
+        m_environment[name] = value;
+    }
     /// Starts with that "mainv" and waits for the window and its map page.
     void start(const std::string& language = english);
     /// As dropped onto the window.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/builders/ScratchFolder.h"
+#include "tests/desktop/update/TestCertificates.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -19,7 +20,9 @@ namespace velmorant {
 /// "update/" of the folder `served`. Ends with the object.
 class NginxServer {
   public:
-    NginxServer() {
+    /// With certificates it speaks https; they are read once.
+    explicit NginxServer(const TestCertificates* certificates = nullptr)
+        : certificates_(certificates) {
         QTcpServer probe;
         probe.listen(QHostAddress::LocalHost);
         port_ = probe.serverPort();
@@ -53,17 +56,28 @@ class NginxServer {
         }
         return false;
     }
-    std::string base() const { return "http://127.0.0.1:" + std::to_string(port_) + "/"; }
+    std::string base() const {
+        return (certificates_ ? "https" : "http") + std::string("://127.0.0.1:") +
+               std::to_string(port_) + "/";
+    }
     const builders::ScratchFolder& served() const { return served_; }
     std::string errors() const { return served_.read("error.log"); }
 
   private:
+    QByteArray listening() const {
+        const QByteArray place = "listen 127.0.0.1:" + QByteArray::number(port_);
+        if (!certificates_)
+            return place + ";";
+        return place + " ssl;\nssl_certificate " +
+               QByteArray::fromStdString(certificates_->certificate()) + ";\nssl_certificate_key " +
+               QByteArray::fromStdString(certificates_->key()) + ";";
+    }
     std::string configuration() const {
         QFile file(VELMORANT_SERVER_CONFIGURATION);
         file.open(QIODevice::ReadOnly);
         QByteArray site = file.readAll();
         const QByteArray root = QByteArray::fromStdString(served_.path());
-        site.replace("listen 80;", "listen 127.0.0.1:" + QByteArray::number(port_) + ";");
+        site.replace("listen 80;", listening());
         site.replace("/srv/velmorant", root);
         QByteArray temporary;
         for (const char* kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
@@ -76,6 +90,7 @@ class NginxServer {
         return text.toStdString();
     }
 
+    const TestCertificates* certificates_;
     builders::ScratchFolder served_;
     quint16 port_ = 0;
     QProcess nginx_;

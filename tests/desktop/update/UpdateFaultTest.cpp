@@ -237,6 +237,13 @@ TEST_F(UpdateFaultTest, a_disk_that_takes_no_more) {
     expectNextRunFinishes();
 }
 
+TEST_F(UpdateFaultTest, a_file_that_may_only_be_read_is_replaced_and_stays_so) {
+    const std::string file = desktop.folder.path("faulty.txt");
+    std::filesystem::permissions(file, std::filesystem::perms(0444));
+    expectTaken("new");
+    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0444));
+}
+
 TEST_F(UpdateFaultTest, a_server_that_is_not_there) {
     server.stop();
     ASSERT_TRUE(desktop.runToEnd());
