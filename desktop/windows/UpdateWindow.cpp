@@ -6,6 +6,8 @@
 #include <QLocale>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
+#include <QShowEvent>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -52,15 +54,16 @@ void UpdateWindow::showSum(int value, int maximum) {
     sumMaximum_ = maximum;
     // A range from 0 to 0 would show a bar that never stops.
     sum_->setRange(0, std::max(maximum, 1));
-    sum_->setValue(maximum == 0 ? 0 : value);
+    // A new value is painted at once, with the text of that moment.
     showTexts();
+    sum_->setValue(maximum == 0 ? 0 : value);
 }
 
 void UpdateWindow::showSingle(std::int64_t value, std::int64_t maximum) {
     const std::int64_t most = std::max<std::int64_t>(maximum, 1);
     const double share = static_cast<double>(value) / static_cast<double>(most);
-    single_->setValue(static_cast<int>(share * singleSteps));
     single_->setFormat(sizeText(value) + " / " + sizeText(maximum));
+    single_->setValue(static_cast<int>(share * singleSteps));
 }
 
 void UpdateWindow::showStatus(const std::string& text) {
@@ -69,6 +72,10 @@ void UpdateWindow::showStatus(const std::string& text) {
 
 void UpdateWindow::showEvent(QShowEvent* event) {
     showTexts();
+    if (!event->spontaneous()) {
+        adjustSize();
+        move(screen()->availableGeometry().center() - rect().center());
+    }
     QWidget::showEvent(event);
 }
 

@@ -84,9 +84,10 @@ class NginxServer {
             temporary += QByteArray(kind) + "_temp_path " + root + "/tmp_" + kind + ";\n";
         // Its workers must be able to read the folder of the test, which is its user's alone.
         const QByteArray user = ::geteuid() == 0 ? "user root;\n" : "";
-        const QByteArray text = user + "daemon off;\nworker_processes 1;\npid " + root +
-                                "/nginx.pid;\nevents {}\nhttp {\naccess_log off;\n" + temporary +
-                                site + "}\n";
+        const QByteArray text =
+            user + "daemon off;\nworker_processes 1;\npid " + root +
+            "/nginx.pid;\nevents {}\nhttp {\ninclude /etc/nginx/mime.types;\naccess_log off;\n" +
+            temporary + site + "}\n";
         return text.toStdString();
     }
 
