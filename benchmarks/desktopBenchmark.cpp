@@ -1,5 +1,6 @@
 // The components of the desktop: chart, seeks, and the cost of showing a playing recording against
 // libmpv alone.
+#include "benchmarks/BareLibmpv.h"
 #include "desktop/chart/ChartWidget.h"
 #include "desktop/player/VideoWidget.h"
 #include "tests/desktop/eventLoop.h"
@@ -8,17 +9,14 @@
 
 #include <benchmark/benchmark.h>
 
-#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
 #include <stdexcept>
-#include <thread>
 
-#include <mpv/render.h>
-#include <sys/resource.h>
+#include <qcustomplot.h>
 
 namespace velmorant {
 namespace {
@@ -37,13 +35,6 @@ std::string recording() {
     if (!std::filesystem::exists(path) && std::system(command.c_str()) != 0)
         throw std::runtime_error("ffmpeg cannot make the recording");
     return path;
-}
-
-double processorSeconds() {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
-           static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
 }
 
 void fill(ChartWidget& chart) {
@@ -132,46 +123,6 @@ void seekRandomly(benchmark::State& state) {
 }
 BENCHMARK(seekRandomly)->Unit(benchmark::kMillisecond)->Iterations(200);
 
-/// libmpv and its software drawing without any toolkit: what the picture costs at least.
-double bareProcessorShare(double seconds) {
-    MpvHandle handle({{"vo", "libmpv"}, {"ao", "null"}, {"hwdec", "no"}, {"config", "no"}});
-    mpv_render_context* context = nullptr;
-    mpv_render_param creation[] = {
-        {MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_SW)},
-        {MPV_RENDER_PARAM_INVALID, nullptr}};
-    if (mpv_render_context_create(&context, handle.get(), creation) < 0)
-        throw std::runtime_error("libmpv cannot draw");
-    handle.command({"loadfile", recording()});
-    std::array<int, 2> size = {pictureWidth, pictureHeight};
-    std::size_t stride = (pictureWidth * std::size_t{4} + 63) / 64 * 64;
-    std::vector<std::uint8_t> memory(stride * pictureHeight + 64);
-    void* start = memory.data();
-    std::size_t space = memory.size();
-    std::align(64, space - 64, start, space);
-    char format[] = "bgr0";
-    int no = 0;
-    mpv_render_param drawing[] = {
-        {MPV_RENDER_PARAM_SW_SIZE, size.data()},       {MPV_RENDER_PARAM_SW_FORMAT, format},
-        {MPV_RENDER_PARAM_SW_STRIDE, &stride},         {MPV_RENDER_PARAM_SW_POINTER, start},
-        {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &no}, {MPV_RENDER_PARAM_INVALID, nullptr}};
-    const auto run = [&](double duration) {
-        const auto end = std::chrono::steady_clock::now() +
-                         std::chrono::duration_cast<std::chrono::steady_clock::duration>(
-                             std::chrono::duration<double>(duration));
-        while (std::chrono::steady_clock::now() < end) {
-            if (mpv_render_context_update(context) & MPV_RENDER_UPDATE_FRAME)
-                mpv_render_context_render(context, drawing);
-            std::this_thread::sleep_for(std::chrono::milliseconds(4));
-        }
-    };
-    run(1);
-    const double before = processorSeconds();
-    run(seconds);
-    const double share = (processorSeconds() - before) / seconds;
-    mpv_render_context_free(context);
-    return share;
-}
-
 double shownProcessorShare(double seconds) {
     MpvPlayer player(VideoOutput::Software, AudioOutput::None);
     VideoWidget widget(player);
@@ -191,7 +142,7 @@ void playBesideBareLibmpv(benchmark::State& state) {
     double bare = 0;
     double shown = 0;
     for (auto _ : state) {
-        bare = bareProcessorShare(6);
+        bare = bareProcessorShare(recording(), pictureWidth, pictureHeight, 6);
         shown = shownProcessorShare(6);
     }
     state.counters["bare_percent"] = bare * 100;

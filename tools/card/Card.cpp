@@ -92,8 +92,8 @@ class CardWriter {
         fs::create_directories(path.parent_path());
         if (picture_.empty() || plan_.pictures == PictureUse::ownForEach) {
             const fs::path raw = path.string() + ".part";
-            const auto problem =
-                encodePicture({entry.start, plan_.seconds, plan_.pictureSize}, raw.string());
+            const auto problem = encodePicture(
+                {entry.start, plan_.seconds, plan_.pictureSize, plan_.pictureRate}, raw.string());
             if (problem) {
                 return problem;
             }

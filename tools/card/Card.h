@@ -15,6 +15,7 @@ struct CardPlan {
     int recordings = 8;
     int seconds = 60;
     std::string pictureSize = "640x360";
+    int pictureRate = 15; // pictures a second
     FreeGpsLayout layout = FreeGpsLayout::withAcceleration;
     PictureUse pictures = PictureUse::ownForEach;
 };

@@ -52,7 +52,8 @@ std::string isoTime(std::int64_t seconds) {
 std::vector<std::string> encoding(const PicturePlan& plan, const std::string& clock,
                                   const std::string& path) {
     const std::string length = std::to_string(plan.seconds);
-    const std::string picture = "testsrc2=size=" + plan.size + ":rate=15:duration=" + length;
+    const std::string picture =
+        "testsrc2=size=" + plan.size + ":rate=" + std::to_string(plan.rate) + ":duration=" + length;
     const std::string sound =
         "sine=frequency=220:beep_factor=4:sample_rate=44100:duration=" + length;
     const std::string text = "drawtext=textfile=" + clock +

@@ -11,6 +11,7 @@ struct PicturePlan {
     std::int64_t start = 0; // what the clock in the picture shows first; UTC, seconds since 1970
     int seconds = 60;
     std::string size = "640x360";
+    int rate = 15; // pictures a second
 };
 
 // Writes an MP4 file with a moving picture, the running clock burnt in, and sound. Returns what

@@ -1,4 +1,5 @@
-// make_card FOLDER [--recordings N] [--seconds S] [--layout n1|n2] [--size WxH] [--one-picture]
+// make_card FOLDER [--recordings N] [--seconds S] [--layout n1|n2] [--size WxH]
+//     [--rate N] [--one-picture]
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -16,6 +17,7 @@ const char usage[] =
     "  --seconds S      length of each, 3 to 3600 (default 60)\n"
     "  --layout n1|n2   telemetry blocks with or without acceleration (default n1)\n"
     "  --size WxH       of the picture (default 640x360)\n"
+    "  --rate N         pictures a second, 1 to 120 (default 15)\n"
     "  --one-picture    encode one picture and use it for all: for hundreds of recordings\n";
 
 bool number(const char* text, int least, int most, int& value) {
@@ -34,6 +36,9 @@ bool readOption(const char* option, const char* value, CardPlan& plan) {
     }
     if (is("--seconds")) {
         return number(value, 3, 3600, plan.seconds);
+    }
+    if (is("--rate")) {
+        return number(value, 1, 120, plan.pictureRate);
     }
     if (is("--size")) {
         plan.pictureSize = value;

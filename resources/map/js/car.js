@@ -6,6 +6,10 @@
     const LONGEST_GLIDE_MS = 1000;
     const USUAL_GLIDE_MS = 800;
     const GLIDED_PLACES = 5;
+    // Less cannot be seen, and every picture of the page costs as much as several of the video.
+    const SEEN_PIXELS = 1;
+    const SEEN_DEGREES = 4;
+    const PICTURE_MS = 1000 / 60;
     const ARROW = '<svg viewBox="-15 -15 30 30" width="30" height="30" aria-hidden="true">' +
         '<circle r="14.5" fill="#FFFF00" fill-opacity=".2"/>' +
         '<path d="M0 -10.5L8.5 9.5 0 5.5 -8.5 9.5Z" fill="#FFFF00" stroke="#0B0F14" stroke-width="1.5"' +
@@ -37,6 +41,7 @@
             this.at = null;
             this.angle = 0;
             this.frame = 0;
+            this.pause = 0;
             const icon = L.divIcon({ className: 'car', html: ARROW, iconSize: [30, 30] });
             this.marker = L.marker([0, 0], { icon, interactive: false, keyboard: false, pane: 'car' });
         }
@@ -69,7 +74,9 @@
 
         stop() {
             cancelAnimationFrame(this.frame);
+            clearTimeout(this.pause);
             this.frame = 0;
+            this.pause = 0;
         }
 
         // Only along one route, a few places on, and never over a stretch that was not driven as drawn.
@@ -99,6 +106,8 @@
             const duration = usual < 100 ? USUAL_GLIDE_MS : usual;
             const start = this.angle;
             const turned = turn(start, to.angle);
+            const pause = duration / this.picturesBetween(from, to, turned) - PICTURE_MS;
+            const draw = () => { this.frame = requestAnimationFrame(step); };
             const step = (time) => {
                 const done = Math.min(1, Math.max(0, (time - to.time) / duration));
                 const along = Math.min(places * done, places - 1e-9);
@@ -107,10 +116,20 @@
                 const x = route.mx[i] + part * ((route.mx[i + 1] - route.mx[i]) | 0);
                 const y = route.my[i] + part * (route.my[i + 1] - route.my[i]);
                 this.place(x, y, start + turned * Math.min(1, 2 * done));
-                this.frame = done < 1 ? requestAnimationFrame(step) : 0;
+                this.frame = 0;
+                if (done === 1) return;
+                if (pause > PICTURE_MS) this.pause = setTimeout(draw, pause);
+                else draw();
             };
-            this.frame = requestAnimationFrame(step);
+            draw();
             this.onMove(L.latLng(to.latitude, to.longitude));
+        }
+
+        // How many pictures of a glide differ so much that it is seen.
+        picturesBetween(from, to, turned) {
+            const start = this.map.latLngToContainerPoint([from.latitude, from.longitude]);
+            const end = this.map.latLngToContainerPoint([to.latitude, to.longitude]);
+            return Math.max(1, start.distanceTo(end) / SEEN_PIXELS, Math.abs(turned) / SEEN_DEGREES);
         }
 
         // The copy of the world that the view shows is the one that gets the car.
