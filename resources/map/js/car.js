@@ -106,7 +106,7 @@
             const duration = usual < 100 ? USUAL_GLIDE_MS : usual;
             const start = this.angle;
             const turned = turn(start, to.angle);
-            const pause = duration / this.picturesBetween(from, to, turned) - PICTURE_MS;
+            const pause = duration / this.picturesBetween(from, to, turned);
             const draw = () => { this.frame = requestAnimationFrame(step); };
             const step = (time) => {
                 const done = Math.min(1, Math.max(0, (time - to.time) / duration));
@@ -118,7 +118,7 @@
                 this.place(x, y, start + turned * Math.min(1, 2 * done));
                 this.frame = 0;
                 if (done === 1) return;
-                if (pause > PICTURE_MS) this.pause = setTimeout(draw, pause);
+                if (pause > 2 * PICTURE_MS) this.pause = setTimeout(draw, pause);
                 else draw();
             };
             draw();

@@ -147,6 +147,7 @@
     test('the_car_glides_along_the_route_between_two_places', async () => {
         routes.draw(7, EAST);
         if (page.car.reducedMotion.matches) return;
+        routes.look(EAST[5][0], EAST[5][1], 17);
         MoveCar(`${EAST[4][0].toFixed(7)}|${EAST[4][1].toFixed(7)}|5|90`);
         await new Promise((done) => setTimeout(done, 200));
         MoveCar(`${EAST[5][0].toFixed(7)}|${EAST[5][1].toFixed(7)}|6|90`);
@@ -156,6 +157,23 @@
             return Math.abs(page.car.marker.getLatLng().lng - EAST[5][0]) < 1e-7;
         }, 'the car has arrived');
         check(seen.size > 2, `the car was seen at ${seen.size} places`);
+    });
+
+    test('a_glide_too_short_to_be_seen_is_drawn_twice_at_most', async () => {
+        routes.draw(7, EAST);
+        if (page.car.reducedMotion.matches) return;
+        routes.look(EAST[5][0], EAST[5][1], 3);
+        MoveCar(`${EAST[4][0].toFixed(7)}|${EAST[4][1].toFixed(7)}|5|90`);
+        const place = page.car.place;
+        let drawn = 0;
+        page.car.place = function (...there) {
+            drawn += 1;
+            place.apply(this, there);
+        };
+        MoveCar(`${EAST[5][0].toFixed(7)}|${EAST[5][1].toFixed(7)}|6|90`);
+        await until(() => Math.abs(page.car.marker.getLatLng().lng - EAST[5][0]) < 1e-7, 'the car has arrived');
+        delete page.car.place;
+        check(drawn <= 2, `drawn ${drawn} times`);
     });
 
     test('the_car_jumps_over_a_gap', () => {
