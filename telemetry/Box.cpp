@@ -1,5 +1,7 @@
 #include "telemetry/Box.h"
 
+#include <algorithm>
+
 namespace velmorant::telemetry {
 
 std::string codeText(FourCharacterCode value) {
@@ -16,25 +18,25 @@ std::string codeText(FourCharacterCode value) {
 std::optional<Box> BoxWalker::fail(const Box& box, const std::string& reason) {
     const std::string separator = path_.empty() ? "" : "/";
     error_ = input_.error(path_ + separator + codeText(box.type), box.offset, reason);
+    return end();
+}
+
+std::optional<Box> BoxWalker::end() {
     at_ = end_;
     return std::nullopt;
 }
 
 std::optional<Box> BoxWalker::next() {
-    if (at_ >= end_) {
-        return std::nullopt;
+    const std::uint64_t space = at_ < end_ ? end_ - at_ : 0;
+    const Bytes header = space < 8 ? Bytes() : input_.peek(at_, 16);
+    if (header.size() < 8) {
+        // Up to seven stray bytes end many "udta" boxes (a 32-bit zero) and do no harm.
+        return end();
     }
     Box box;
     box.offset = at_;
-    const std::uint64_t space = end_ - at_;
-    const Bytes header = input_.peek(at_, 16);
-    if (space < 8 || header.size() < 8) {
-        // Up to seven stray bytes end many "udta" boxes (a 32-bit zero) and do no harm.
-        at_ = end_;
-        return std::nullopt;
-    }
-    std::uint64_t size = header.u32be(0);
     box.type = header.u32be(4);
+    std::uint64_t size = header.u32be(0);
     std::uint64_t headerSize = 8;
     if (size == 1) {
         if (space < 16 || header.size() < 16) {
@@ -42,22 +44,18 @@ std::optional<Box> BoxWalker::next() {
         }
         size = header.u64be(8);
         headerSize = 16;
+    } else if (size == 0 && !path_.empty()) {
+        // A zero word pads the end of lists that come from other containers.
+        return end();
     } else if (size == 0) {
-        if (!path_.empty()) {
-            // A zero word pads the end of lists that come from other containers.
-            at_ = end_;
-            return std::nullopt;
-        }
         size = space;
     }
     if (size < headerSize) {
         return fail(box, "the box claims a size of " + std::to_string(size) +
                              " bytes, less than its own header");
     }
-    if (size > space) {
-        box.cut = true;
-        size = space;
-    }
+    box.cut = size > space;
+    size = std::min(size, space);
     box.payload = at_ + headerSize;
     box.payloadSize = size - headerSize;
     at_ += size;

@@ -47,6 +47,7 @@ class BoxWalker {
     const std::optional<Error>& error() const { return error_; }
 
   private:
+    std::optional<Box> end();
     std::optional<Box> fail(const Box& box, const std::string& reason);
 
     Input& input_;

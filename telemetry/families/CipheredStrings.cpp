@@ -11,8 +11,6 @@ namespace velmorant::telemetry {
 
 namespace {
 
-constexpr std::string_view key = "luckychip gps";
-
 int valueOf(char c) {
     constexpr std::string_view alphabet =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -40,7 +38,7 @@ std::string decodeBase64(std::string_view text) {
 }
 
 // RC4 enciphers and deciphers alike.
-void applyRc4(std::string& text) {
+void applyRc4(std::string_view key, std::string& text) {
     std::array<std::uint8_t, 256> state{};
     std::iota(state.begin(), state.end(), std::uint8_t{0});
     std::size_t j = 0;
@@ -59,6 +57,19 @@ void applyRc4(std::string& text) {
     }
 }
 
+// A wrong key makes no number, so that the right one betrays itself.
+double decipheredNumber(std::string_view key, std::string text) {
+    applyRc4(key, text);
+    text.resize(text.find('\0') == std::string::npos ? text.size() : text.find('\0'));
+    return decimal(text);
+}
+
+std::optional<CipheredPlace> decipherWith(std::string_view key, const std::string& latitude,
+                                          const std::string& longitude) {
+    const CipheredPlace place{decipheredNumber(key, latitude), decipheredNumber(key, longitude)};
+    return known(place.latitude) && known(place.longitude) ? std::optional(place) : std::nullopt;
+}
+
 } // namespace
 
 bool isBase64(std::string_view text) {
@@ -70,12 +81,20 @@ bool isBase64(std::string_view text) {
     return letters >= 8 && end != std::string_view::npos && end + 1 == letters;
 }
 
-std::optional<double> decipherNumber(std::string_view base64) {
-    std::string text = decodeBase64(base64);
-    applyRc4(text);
-    text.resize(text.find('\0') == std::string::npos ? text.size() : text.find('\0'));
-    const double value = decimal(text);
-    return known(value) ? std::optional(value) : std::nullopt;
+std::optional<CipheredPlace> decipherPlace(std::string_view latitude, std::string_view longitude) {
+    const std::string first = decodeBase64(latitude);
+    const std::string second = decodeBase64(longitude);
+    if (const auto place = decipherWith("luckychip gps", first, second)) {
+        return place;
+    }
+    std::string key = "customer XX gps";
+    for (char letter = 'a'; letter <= 't'; ++letter) {
+        key[9] = key[10] = letter;
+        if (const auto place = decipherWith(key, first, second)) {
+            return place;
+        }
+    }
+    return std::nullopt;
 }
 
 } // namespace velmorant::telemetry

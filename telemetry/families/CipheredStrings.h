@@ -1,4 +1,5 @@
-// Numbers as base64 text over RC4 with a key that the recorders share.
+// Numbers as base64 text over RC4. The recorders share a few keys: "luckychip gps", and "customer
+// XX gps" with one letter from a to t twice for XX.
 #pragma once
 
 #include <optional>
@@ -7,7 +8,12 @@
 namespace velmorant::telemetry {
 
 bool isBase64(std::string_view text);
-// The plain decimal number, or nothing where no known key gives one.
-std::optional<double> decipherNumber(std::string_view base64);
+
+struct CipheredPlace {
+    double latitude = 0, longitude = 0; // as they stand: degrees and minutes in one number
+};
+
+// Nothing where no known key makes plain decimal numbers of both.
+std::optional<CipheredPlace> decipherPlace(std::string_view latitude, std::string_view longitude);
 
 } // namespace velmorant::telemetry

@@ -46,6 +46,33 @@ double coordinate(std::string_view text, std::size_t at, std::size_t count, char
     return text[at] == negative ? -degrees : degrees;
 }
 
+CivilTime timeOf(std::string_view text) {
+    CivilTime time;
+    time.year = digits(text, 8, 4);
+    time.month = digits(text, 12, 2);
+    time.day = digits(text, 14, 2);
+    time.hour = digits(text, 16, 2);
+    time.minute = digits(text, 18, 2);
+    time.second = digits(text, 20, 2);
+    return time;
+}
+
+void readPosition(std::string_view text, Fix& fix) {
+    const bool letters =
+        (text[38] == 'N' || text[38] == 'S') && (text[47] == 'E' || text[47] == 'W');
+    fix.latitude = coordinate(text, 38, 8, 'S');
+    fix.longitude = coordinate(text, 47, 9, 'W');
+    if (!letters || !known(fix.latitude) || !known(fix.longitude)) {
+        fix.state = FixState::noFix;
+    }
+    const int speed = digits(text, 62, 3);
+    fix.speed = speed < 0 ? unknown : speed;
+    const int altitude = digits(text, 58, 4);
+    if (altitude >= 0 && (text[57] == '+' || text[57] == '-')) {
+        fix.altitude = text[57] == '-' ? -altitude : altitude;
+    }
+}
+
 } // namespace
 
 std::optional<EncipheredReading> readEncipheredText(Bytes enciphered) {
@@ -56,13 +83,7 @@ std::optional<EncipheredReading> readEncipheredText(Bytes enciphered) {
     for (char& c : text) {
         c = static_cast<char>(static_cast<unsigned char>(c) ^ 0xaaU);
     }
-    CivilTime time;
-    time.year = digits(text, 8, 4);
-    time.month = digits(text, 12, 2);
-    time.day = digits(text, 14, 2);
-    time.hour = digits(text, 16, 2);
-    time.minute = digits(text, 18, 2);
-    time.second = digits(text, 20, 2);
+    const CivilTime time = timeOf(text);
     if (time.year < 0 || time.month < 0 || time.day < 0) {
         return std::nullopt;
     }
@@ -73,19 +94,7 @@ std::optional<EncipheredReading> readEncipheredText(Bytes enciphered) {
     } else {
         reading.fix.state = FixState::badDate;
     }
-    const bool letters =
-        (text[38] == 'N' || text[38] == 'S') && (text[47] == 'E' || text[47] == 'W');
-    reading.fix.latitude = coordinate(text, 38, 8, 'S');
-    reading.fix.longitude = coordinate(text, 47, 9, 'W');
-    if (!letters || !known(reading.fix.latitude) || !known(reading.fix.longitude)) {
-        reading.fix.state = FixState::noFix;
-    }
-    const int speed = digits(text, 62, 3);
-    reading.fix.speed = speed < 0 ? unknown : speed;
-    const int altitude = digits(text, 58, 4);
-    if (altitude >= 0 && (text[57] == '+' || text[57] == '-')) {
-        reading.fix.altitude = text[57] == '-' ? -altitude : altitude;
-    }
+    readPosition(text, reading.fix);
     readAccelerations(text, 65, reading.accelerations);
     if (reading.accelerations.empty()) {
         readAccelerations(text, 173, reading.accelerations);

@@ -124,12 +124,11 @@ void readIntegersAt4c(Bytes block, Collector& collector) {
 void readCipheredStrings(Bytes block, Collector& collector) {
     Fix fix;
     fix.state = block.character(0x28) == 'A' ? FixState::good : FixState::noFix;
-    const auto latitude = decipherNumber(block.text(0x2c, 20));
-    const auto longitude = decipherNumber(block.text(0x40, 20));
-    if (latitude && longitude) {
-        setPlace(fix, *latitude, block.character(0x29), *longitude, block.character(0x2a));
+    if (const auto place = decipherPlace(block.text(0x2c, 20), block.text(0x40, 20))) {
+        setPlace(fix, place->latitude, block.character(0x29), place->longitude,
+                 block.character(0x2a));
     } else if (fix.state == FixState::good) {
-        fix.state = FixState::outOfRange;
+        fix.state = FixState::enciphered;
     }
     fix.speed = f32(block, 0x54) * kmhPerKnot;
     fix.heading = f32(block, 0x58);

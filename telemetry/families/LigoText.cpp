@@ -2,9 +2,11 @@
 
 #include <algorithm>
 
+#include "telemetry/Geometry.h"
 #include "telemetry/Nmea.h"
 #include "telemetry/Scan.h"
 #include "telemetry/UtcTime.h"
+#include "telemetry/families/LigoCipher.h"
 
 namespace velmorant::telemetry {
 
@@ -23,9 +25,58 @@ double valueOf(std::string_view record, std::string_view key) {
     return decimal(rest.substr(0, rest.find_first_of(std::string_view(" \0\r\n", 4))));
 }
 
-double place(std::string_view record, std::string_view positive, std::string_view negative) {
-    const double value = valueOf(record, positive);
-    return known(value) ? value : -valueOf(record, negative);
+// One coordinate: without its sign, the sign apart, and how many digits stand before the point.
+struct Coordinate {
+    double value = unknown;
+    double sign = 1;
+    std::size_t digits = 0;
+};
+
+Coordinate coordinateOf(std::string_view record, std::string_view positive,
+                        std::string_view negative) {
+    Coordinate found;
+    const bool opposite = record.find(positive) == std::string_view::npos;
+    const double value = valueOf(record, opposite ? negative : positive);
+    found.value = std::abs(value);
+    found.sign = opposite || value < 0 ? -1 : 1;
+    for (double rest = found.value; rest >= 1; rest /= 10) {
+        ++found.digits;
+    }
+    return found;
+}
+
+// How the records of a text are written.
+struct RecordForm {
+    bool enciphered = false;
+    bool shifted = false;
+};
+
+// Sets the place and tells whether the record had it in degrees and minutes.
+bool setPlace(std::string_view record, const RecordForm& form, Fix& fix) {
+    const Coordinate north = coordinateOf(record, " N:", " S:");
+    const Coordinate east = coordinateOf(record, " E:", " W:");
+    LigoPlace place{north.value, east.value};
+    const bool minutes = form.enciphered && north.digits >= 3;
+    if (minutes) {
+        place = {fromDegreesMinutes(place.latitude), fromDegreesMinutes(place.longitude)};
+    }
+    if (form.shifted) {
+        place = unshifted(place);
+    }
+    fix.latitude = place.latitude * north.sign;
+    fix.longitude = place.longitude * east.sign;
+    if (!known(fix.latitude) || !known(fix.longitude)) {
+        fix.state = FixState::noFix;
+    }
+    return minutes;
+}
+
+double speedUnit(const RecordForm& form, bool minutes) {
+    constexpr double shiftedSpeed = 1.85407333;
+    if (!form.enciphered || minutes) {
+        return 1;
+    }
+    return form.shifted ? shiftedSpeed : kmhPerKnot;
 }
 
 // "YYYY/MM/DD hh:mm:ss" at the text's beginning.
@@ -44,16 +95,13 @@ std::optional<CivilTime> dateAt(std::string_view text) {
     return time.year < 0 || time.month < 0 || time.day < 0 ? std::nullopt : std::optional(time);
 }
 
-void readRecord(std::string_view record, const CivilTime& time, Collector& collector) {
+void readRecord(std::string_view record, const CivilTime& time, const RecordForm& form,
+                Collector& collector) {
     Fix fix;
-    fix.latitude = place(record, " N:", " S:");
-    fix.longitude = place(record, " E:", " W:");
-    if (!known(fix.latitude) || !known(fix.longitude)) {
-        fix.state = FixState::noFix;
-    }
+    const bool minutes = setPlace(record, form, fix);
     if (const std::size_t unit = record.find(" km/h"); unit != std::string_view::npos) {
         const std::size_t start = record.rfind(' ', unit - 1);
-        fix.speed = decimal(record.substr(start + 1, unit - start - 1));
+        fix.speed = decimal(record.substr(start + 1, unit - start - 1)) * speedUnit(form, minutes);
     }
     fix.heading = valueOf(record, " A:");
     fix.altitude = valueOf(record, " H:");
@@ -72,13 +120,53 @@ void readRecord(std::string_view record, const CivilTime& time, Collector& colle
     }
 }
 
+void noteOnce(Input& input, const char* reason) {
+    const auto same = [&](const Error& note) { return note.reason == reason; };
+    if (std::none_of(input.notes().begin(), input.notes().end(), same)) {
+        input.note(input.error(std::string(marker), 0, reason));
+    }
+}
+
+// The records behind the marker; false where none of them is enciphered.
+bool readEnciphered(Input& input, Bytes text, Collector& collector) {
+    constexpr std::size_t kindAt = 0x0c;
+    constexpr std::size_t firstRecord = 0x14;
+    constexpr std::size_t recordLength = 0x84;
+    constexpr std::size_t counterLength = 4;
+    const std::uint32_t kind = text.u32be(kindAt);
+    const RecordForm form{true, kind != 1 && kind != 20};
+    bool enciphered = false;
+    for (std::size_t at = firstRecord; text.has(at, counterLength); at += recordLength) {
+        if (!text.holds(at, "####")) {
+            continue; // empty records stand between others
+        }
+        enciphered = true;
+        auto plain = decipherLigo(text.from(at, recordLength));
+        const auto time = plain && plain->size() > counterLength
+                              ? dateAt(std::string_view(*plain).substr(counterLength))
+                              : std::nullopt;
+        if (!time) {
+            noteOnce(input, "records are enciphered by a rule that is not known");
+            continue;
+        }
+        std::replace(plain->begin(), plain->end(), '\t', ' ');
+        const std::string_view record = std::string_view(*plain).substr(counterLength);
+        readRecord(record.substr(0, record.find('\0')), *time, form, collector);
+        if (form.shifted) {
+            noteOnce(input, "the recorder shifts its places on purpose; they were moved back by "
+                            "the commonest of three scales and may be wrong");
+        }
+    }
+    return enciphered;
+}
+
 bool readPart(Input& input, std::uint64_t offset, std::uint64_t length, Collector& collector) {
     const auto content =
         input.read(offset, std::min<std::uint64_t>(length, longestText), longestText);
     const Bytes bytes{std::span<const std::uint8_t>(content)};
     // The marker stands near the beginning of whatever carries the text.
     return bytes.text(0, 256).find(marker) != std::string_view::npos &&
-           readLigoText(bytes, collector);
+           readLigoText(input, bytes, collector);
 }
 
 bool readTrailer(Recording& recording, Collector& collector) {
@@ -113,8 +201,12 @@ bool readBlocks(Recording& recording, Collector& collector) {
 
 } // namespace
 
-bool readLigoText(Bytes bytes, Collector& collector) {
+bool readLigoText(Input& input, Bytes bytes, Collector& collector) {
     const std::string_view text = bytes.text(0);
+    const std::size_t head = text.find(marker);
+    if (head != std::string_view::npos && readEnciphered(input, bytes.from(head), collector)) {
+        return true;
+    }
     bool found = false;
     for (std::size_t slash = text.find('/'); slash != std::string_view::npos;
          slash = text.find('/', slash + 1)) {
@@ -123,9 +215,9 @@ bool readLigoText(Bytes bytes, Collector& collector) {
         }
         const std::size_t at = slash - 4;
         if (const auto time = dateAt(text.substr(at))) {
-            constexpr std::size_t recordLength = 0x80;
-            const std::string_view record = text.substr(at, recordLength);
-            readRecord(record.substr(0, record.find('\0')), *time, collector);
+            constexpr std::size_t textLength = 0x80;
+            const std::string_view record = text.substr(at, textLength);
+            readRecord(record.substr(0, record.find('\0')), *time, {}, collector);
             found = true;
             slash = at + 19;
         }

@@ -64,7 +64,7 @@ Fix read40(Bytes record) {
     return fix;
 }
 
-void readSsmdSample(const SampleLocation& where, Bytes sample, Collector& collector) {
+void readSsmdSample(Input& input, const SampleLocation& where, Bytes sample, Collector& collector) {
     if (sample.size() == 12) {
         collector.add(where.time,
                       {static_cast<double>(sample.f32le(0)), static_cast<double>(sample.f32le(4)),
@@ -74,7 +74,7 @@ void readSsmdSample(const SampleLocation& where, Bytes sample, Collector& collec
         fix.mediaTime = where.time;
         collector.add(fix);
     } else if (sample.text(0, 4) == "SKIP" || sample.text(0, 64).find("LIGOGPSINFO") != SIZE_MAX) {
-        readLigoText(sample, collector);
+        readLigoText(input, sample, collector);
     }
 }
 
@@ -116,7 +116,7 @@ bool readSsmd(Recording& recording, Collector& collector) {
                 found = true;
                 readSamples(recording.input, track, 65536,
                             [&](const SampleLocation& where, Bytes sample) {
-                                readSsmdSample(where, sample, collector);
+                                readSsmdSample(recording.input, where, sample, collector);
                             });
             }
         }

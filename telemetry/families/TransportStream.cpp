@@ -136,7 +136,7 @@ Bytes withoutStreamHeader(Bytes unit) {
 
 class Demultiplexer {
   public:
-    explicit Demultiplexer(Collector& collector) : collector_(collector) {}
+    Demultiplexer(Input& input, Collector& collector) : input_(input), collector_(collector) {}
 
     void packet(Bytes packet) {
         if (packet.u8(0) != syncByte) {
@@ -172,11 +172,12 @@ class Demultiplexer {
         if (!readRow(bytes, collector_) && !readRows(bytes, collector_) &&
             !readInfoLines(text, collector_) &&
             text.substr(0, 256).find("LIGOGPSINFO") != std::string_view::npos) {
-            readLigoText(bytes, collector_);
+            readLigoText(input_, bytes, collector_);
         }
         unit.clear();
     }
 
+    Input& input_;
     Collector& collector_;
     std::map<unsigned, std::vector<std::uint8_t>> units_;
 };
@@ -195,7 +196,7 @@ bool readTransportStream(Recording& recording, Collector& collector) {
     }
     constexpr std::size_t packetsAtOnce = 2048;
     std::vector<std::uint8_t> buffer(framing.stride * packetsAtOnce);
-    Demultiplexer demultiplexer(collector);
+    Demultiplexer demultiplexer(input, collector);
     for (std::uint64_t at = 0; at < input.size() && !input.stopped(); at += buffer.size()) {
         input.progress(at);
         input.source().announce(at + buffer.size(), buffer.size());

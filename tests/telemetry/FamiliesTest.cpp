@@ -113,18 +113,4 @@ TEST(Families, every_row_of_the_table_has_a_recording_that_it_reads) {
     }
 }
 
-TEST(Families, the_gps_box_of_a_real_recording_agrees_with_the_independent_decoder) {
-    const auto read = extractFile(std::string(VELMORANT_TEST_DATA) + "/recordings/box.mp4");
-    ASSERT_TRUE(read) << describe(read.error());
-    EXPECT_EQ(read.value().family, "GPS box");
-    ASSERT_EQ(read.value().samples.size(), 61U);
-    EXPECT_EQ(read.value().samples[0].time, 1415950464); // 2014-11-14 07:34:24
-    EXPECT_NEAR(read.value().samples[0].latitude, 52.1905833, 1e-6);
-    EXPECT_NEAR(read.value().samples[0].longitude, 20.7894833, 1e-6);
-    EXPECT_NEAR(read.value().samples[0].speed, 105.33, 0.01);
-    EXPECT_NEAR(read.value().samples[58].latitude, 52.18853333, 1e-6);
-    EXPECT_NEAR(read.value().samples[58].longitude, 20.7771, 1e-6);
-    EXPECT_NEAR(read.value().samples[58].speed, 46.64, 0.01);
-}
-
 } // namespace velmorant::telemetry

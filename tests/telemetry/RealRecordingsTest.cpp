@@ -1,8 +1,10 @@
 // Real recordings against what an independent decoder reads from them, kept beside them as tables.
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
 
+#include "telemetry/UtcTime.h"
 #include "tests/telemetry/Extraction.h"
 
 namespace velmorant::telemetry {
@@ -120,5 +122,34 @@ INSTANTIATE_TEST_SUITE_P(gpmf, RealRecording,
                              std::replace(name.begin(), name.end(), '-', '_');
                              return name;
                          });
+
+TEST(RealRecordings, the_gps_box_agrees_with_the_independent_decoder_in_every_second) {
+    const std::string path = std::string(VELMORANT_TEST_DATA) + "/recordings/box.mp4";
+    const auto read = extractFile(path);
+    ASSERT_TRUE(read) << describe(read.error());
+    EXPECT_EQ(read.value().family, "GPS box");
+    std::ifstream table(path + ".et13.csv");
+    std::size_t second = 0;
+    for (std::string line; std::getline(table, line);) {
+        int day = 0, hour = 0, minute = 0, inMinute = 0;
+        double latitude = 0, longitude = 0, speed = 0;
+        if (std::sscanf(line.c_str(), "2014:11:%d %d:%d:%d.000Z,%lf,%lf,%lf", &day, &hour, &minute,
+                        &inMinute, &latitude, &longitude, &speed) != 7) {
+            continue; // the names of the columns and the file's own row
+        }
+        SCOPED_TRACE(line);
+        ASSERT_LT(second, read.value().samples.size());
+        const Sample& sample = read.value().samples[second++];
+        EXPECT_EQ(sample.time,
+                  *toMilliseconds({2014, 11, day, hour, minute, static_cast<double>(inMinute)}) /
+                      1000);
+        EXPECT_EQ(sample.state, FixState::good) << name(sample.state);
+        EXPECT_NEAR(sample.latitude, latitude, 1e-7);
+        EXPECT_NEAR(sample.longitude, longitude, 1e-7);
+        EXPECT_NEAR(sample.speed, speed, 0.0051);
+    }
+    EXPECT_EQ(second, read.value().samples.size());
+    EXPECT_EQ(second, 61U);
+}
 
 } // namespace velmorant::telemetry

@@ -70,6 +70,21 @@ std::string MapProbe::carPlace() {
         .toStdString();
 }
 
+std::vector<MapProbe::Place> MapProbe::routePlaces(long number) {
+    const QString call =
+        QString(
+            "((r) => r ? Array.from(r.x.subarray(0, r.count), (x, i) => [x, r.y[i]]).join() : '')"
+            "([...velmorantMap.table.shown.values()].find((r) => r.number === %1))")
+            .arg(number);
+    const QStringList numbers = evaluate(call).split(',', Qt::SkipEmptyParts);
+    std::vector<Place> places;
+    constexpr double stepsPerDegree = 1e7;
+    for (qsizetype i = 0; i + 1 < numbers.size(); i += 2)
+        places.push_back(
+            {numbers[i].toDouble() / stepsPerDegree, numbers[i + 1].toDouble() / stepsPerDegree});
+    return places;
+}
+
 std::optional<MapProbe::RoutePlace> MapProbe::routePlace(long number, double along) {
     const QString call = QString("%1(%2, %3)").arg(placeOfRoute).arg(number).arg(along);
     const QStringList parts = evaluate(call).split(',');

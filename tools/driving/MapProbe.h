@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace velmorant {
 
@@ -18,6 +19,10 @@ class MapProbe {
         int index = 0; ///< the dot that the click means, from 1
     };
 
+    struct Place {
+        double longitude = 0, latitude = 0; ///< degrees
+    };
+
     explicit MapProbe(QWebEngineView& view) : m_view(view) {}
 
     /// The value of an expression in the page as text; empty when the page does not answer.
@@ -28,6 +33,8 @@ class MapProbe {
     int carIndex();
     /// "longitude,latitude" of the car; empty while none is shown.
     std::string carPlace();
+    /// All places of the route with that number, as the page keeps them; empty when none is drawn.
+    std::vector<Place> routePlaces(long number);
     /// The place nearest to `along` (0 start .. 1 end) of the route with that number; none when the
     /// route is not drawn or other routes or buttons lie over all of it.
     std::optional<RoutePlace> routePlace(long number, double along);

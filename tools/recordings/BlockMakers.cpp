@@ -53,11 +53,11 @@ ByteVector n3(const DriveSecond& second) {
     return blockAround(0x40, out.take());
 }
 
-ByteVector n4(const DriveSecond& second) {
+ByteVector cipheredStrings(const DriveSecond& second, const std::string& key) {
     const auto coordinate = [&](double value) {
         char text[24];
         std::snprintf(text, sizeof text, "%.5f", value);
-        std::string cipher = second.fix ? enciphered64(text) : std::string(16, 'A');
+        std::string cipher = second.fix ? enciphered64(key, text) : std::string(16, 'A');
         cipher.resize(20, '\0');
         return cipher;
     };
@@ -66,6 +66,13 @@ ByteVector n4(const DriveSecond& second) {
     out.text(coordinate(latitudeMinutes(second))).text(coordinate(longitudeMinutes(second)));
     out.f32le(second.speed / kmhPerKnot).f32le(second.heading);
     return blockAround(0x10, acceleration3(out, second, 256).take());
+}
+
+ByteVector n4(const DriveSecond& second) {
+    return cipheredStrings(second, "luckychip gps");
+}
+ByteVector n4OtherKey(const DriveSecond& second) {
+    return cipheredStrings(second, "customer nn gps");
 }
 
 ByteVector n5(const DriveSecond& second) {
@@ -189,6 +196,9 @@ std::span<const FamilyMaker> blockMakers() {
          .acceleration = no},
         {.name = "freegps_letters_58", .family = family, .make = indexed<n3>, .places = grid},
         {.name = "freegps_ciphered_strings", .family = family, .make = indexed<n4>},
+        {.name = "freegps_ciphered_strings_other_key",
+         .family = family,
+         .make = indexed<n4OtherKey>},
         {.name = "freegps_enciphered_text",
          .family = family,
          .make = indexed<n5>,

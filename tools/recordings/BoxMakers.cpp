@@ -4,6 +4,7 @@
 
 #include "telemetry/UtcTime.h"
 #include "tools/recordings/FamilyMakers.h"
+#include "tools/recordings/LigoCipherText.h"
 
 namespace velmorant::recordings::making {
 
@@ -83,6 +84,44 @@ ByteVector ligoSample(const DriveSecond& second) {
 }
 ByteVector makeLigoSsmd(const DriveSeconds& drive) {
     return withTrack(drive, "meta", "ssmd", ligoSample);
+}
+
+enum class LigoPlaces { plain, shifted };
+
+ByteVector encipheredLigoText(const DriveSeconds& drive, LigoPlaces places) {
+    const bool shifted = places == LigoPlaces::shifted;
+    ByteWriter out;
+    out.text("LIGOGPSINFO").u8(0).u32be(shifted ? 5 : 1).u32le(drive.size());
+    for (std::size_t i = 0; i < drive.size(); ++i) {
+        DriveSecond second = drive[i];
+        const double latitudeSign = second.latitude < 0 ? -1 : 1;
+        const double longitudeSign = second.longitude < 0 ? -1 : 1;
+        if (shifted) {
+            const Place moved = shiftedLigo({second.latitude, second.longitude});
+            second.latitude = moved.latitude * latitudeSign;
+            second.longitude = moved.longitude * longitudeSign;
+        }
+        second.speed /= shifted ? 1.85407333 : 1.852;
+        const std::string line = ligoLine(second);
+        const std::string cipher = encipheredLigo(
+            std::string{static_cast<char>(i), '\0', '\0', '\0'} + line.substr(0, line.find(" H:")));
+        const std::size_t end = out.size() + 0x84;
+        out.text("####").u32le(cipher.size()).text(cipher).padTo(end);
+    }
+    return out.take();
+}
+
+ByteVector encipheredLigoBlock(const DriveSecond& second) {
+    return blockAround(0x50, encipheredLigoText({second}, LigoPlaces::plain));
+}
+ByteVector makeEncipheredLigo(const DriveSeconds& drive) {
+    return withBlocks(drive, encipheredLigoBlock);
+}
+
+ByteVector makeShiftedLigo(const DriveSeconds& drive) {
+    Mp4Plan plan = planOf(drive);
+    plan.topBoxes.push_back(box("skip", encipheredLigoText(drive, LigoPlaces::shifted)));
+    return buildMp4(plan);
 }
 
 ByteVector makeUuidBox(const DriveSeconds& drive) {
@@ -183,6 +222,8 @@ std::span<const FamilyMaker> boxMakers() {
         {.name = "ligo_skip_box", .family = ligo, .make = makeLigoBox},
         {.name = "ligo_trailer", .family = ligo, .make = makeLigoTrailer},
         {.name = "ligo_blocks", .family = ligo, .make = makeLigoBlocks},
+        {.name = "ligo_enciphered", .family = "LIGOGPSINFO text", .make = makeEncipheredLigo},
+        {.name = "ligo_shifted", .family = "LIGOGPSINFO text", .make = makeShiftedLigo},
         {.name = "ligo_ssmd", .family = "packed records", .make = makeLigoSsmd},
         {.name = "uuid_box",
          .family = "uuid box",

@@ -44,34 +44,40 @@ double startOf(const TrackPlan& track, std::size_t sample) {
     return time / track.timescale;
 }
 
-// Interleaves all by time; `base` is the file offset of the first byte.
-Media placeMedia(const Mp4Plan& plan, const std::vector<TrackPlan>& tracks, std::uint64_t base) {
-    struct Chunk {
-        double time;
-        std::size_t track; // tracks.size() for a loose block
-        std::size_t first;
-        std::size_t count;
-    };
-    std::vector<Chunk> order;
+// Samples of one track that lie together, or a loose block.
+struct Chunk {
+    double time = 0;
+    std::size_t track = 0; // the number of tracks for a loose block
+    std::size_t first = 0;
+    std::size_t count = 0;
+};
+
+std::vector<Chunk> chunksByTime(const Mp4Plan& plan, const std::vector<TrackPlan>& tracks) {
+    std::vector<Chunk> chunks;
     for (std::size_t t = 0; t < tracks.size(); ++t) {
         const auto per = static_cast<std::size_t>(tracks[t].samplesPerChunk);
         for (std::size_t s = 0; s < tracks[t].samples.size(); s += per) {
-            order.push_back(
+            chunks.push_back(
                 {startOf(tracks[t], s), t, s, std::min(per, tracks[t].samples.size() - s)});
         }
     }
     for (std::size_t b = 0; b < plan.blocks.size(); ++b) {
-        order.push_back(
+        chunks.push_back(
             {static_cast<double>(plan.blocks[b].beforeSecond) - 0.001, tracks.size(), b, 1});
     }
-    std::stable_sort(order.begin(), order.end(),
+    std::stable_sort(chunks.begin(), chunks.end(),
                      [](const Chunk& a, const Chunk& b) { return a.time < b.time; });
+    return chunks;
+}
+
+// Interleaves all by time; `base` is the file offset of the first byte.
+Media placeMedia(const Mp4Plan& plan, const std::vector<TrackPlan>& tracks, std::uint64_t base) {
     Media media;
     media.tracks.resize(tracks.size());
     for (std::size_t t = 0; t < tracks.size(); ++t) {
         media.tracks[t].plan = &tracks[t];
     }
-    for (const Chunk& chunk : order) {
+    for (const Chunk& chunk : chunksByTime(plan, tracks)) {
         if (chunk.track == tracks.size()) {
             const std::uint64_t at = base + media.bytes.size();
             const std::uint64_t rest = plan.blockAlignment - at % plan.blockAlignment;

@@ -31,8 +31,8 @@ std::string rc4(const std::string& key, const std::string& plain) {
 
 } // namespace
 
-std::string enciphered64(const std::string& plain) {
-    const std::string bytes = rc4("luckychip gps", plain);
+std::string enciphered64(const std::string& key, const std::string& plain) {
+    const std::string bytes = rc4(key, plain);
     const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
     std::string text;
     unsigned held = 0;

@@ -6,6 +6,6 @@
 
 namespace velmorant::recordings {
 
-std::string enciphered64(const std::string& plain);
+std::string enciphered64(const std::string& key, const std::string& plain);
 
 } // namespace velmorant::recordings

@@ -208,19 +208,41 @@ ByteVector fmas(const DriveSecond& second) {
     return out.u16le(static_cast<std::uint64_t>(whole(second.heading))).padTo(0x90).take();
 }
 
+ByteVector gpmdPairs(const DriveSecond& second) {
+    const auto time = telemetry::civilFromMilliseconds(second.time * 1000);
+    ByteWriter out;
+    const auto pair = [&](std::size_t at, double value, std::int64_t scale) {
+        out.padTo(at).i64le(whole(value * static_cast<double>(scale))).i64le(scale);
+    };
+    const double known = second.fix ? 1 : 0;
+    pair(0x48, second.speed / 1.852, 100);
+    pair(0x58, second.heading, 100);
+    out.padTo(0x68).u32le(static_cast<std::uint64_t>(time.day));
+    out.u32le(static_cast<std::uint64_t>(time.month)).u32le(static_cast<std::uint64_t>(time.year));
+    out.padTo(0x88).text("0000000000000000MADE").padTo(0xa0);
+    time3(out, second);
+    pair(0xb0, std::copysign(latitudeMinutes(second), second.latitude) * known, 100000);
+    pair(0xc0, std::copysign(longitudeMinutes(second), second.longitude) * known, 100000);
+    pair(0xe8, second.altitude, 10);
+    return out.padTo(0x150).take();
+}
+
+template <BlockOf sample>
+ByteVector inGpmd(const DriveSeconds& drive) {
+    return withTrack(drive, "meta", "gpmd", sample);
+}
+template <BlockOf sample>
+ByteVector inText(const DriveSeconds& drive) {
+    return withTrack(drive, "text", "text", sample);
+}
+
 } // namespace
 
 std::span<const FamilyMaker> trackMakers() {
     constexpr auto no = Given::no;
     static const std::vector<FamilyMaker> makers = {
-        {.name = "gpmf_gps5",
-         .family = "GPMF",
-         .make = [](const DriveSeconds& d) { return withTrack(d, "meta", "gpmd", gpmf5); },
-         .heading = no},
-        {.name = "gpmf_gps9",
-         .family = "GPMF",
-         .make = [](const DriveSeconds& d) { return withTrack(d, "meta", "gpmd", gpmf9); },
-         .heading = no},
+        {.name = "gpmf_gps5", .family = "GPMF", .make = inGpmd<gpmf5>, .heading = no},
+        {.name = "gpmf_gps9", .family = "GPMF", .make = inGpmd<gpmf9>, .heading = no},
         {.name = "camm",
          .family = "camera motion metadata",
          .make = [](const DriveSeconds& d) { return withTrack(d, "meta", "camm", camm); }},
@@ -230,23 +252,21 @@ std::span<const FamilyMaker> trackMakers() {
          .make = [](const DriveSeconds& d) { return withTrack(d, "meta", "ssmd", ssmd40); },
          .speed = no,
          .acceleration = no},
-        {.name = "text_gsensori",
-         .family = "text track",
-         .make = [](const DriveSeconds& d) { return withTrack(d, "text", "text", gsensoriText); }},
+        {.name = "text_gsensori", .family = "text track", .make = inText<gsensoriText>},
         {.name = "text_sentences_sbtl",
          .family = "text track",
          .make = [](const DriveSeconds& d) { return withTrack(d, "sbtl", "tx3g", sentenceText); },
          .acceleration = no},
         {.name = "text_pndm",
          .family = "text track",
-         .make = [](const DriveSeconds& d) { return withTrack(d, "text", "text", pndm); },
+         .make = inText<pndm>,
          .speedGrid = kmhPerMile,
          .heading = no,
          .acceleration = no,
          .clock = no},
         {.name = "text_enciphered",
          .family = "text track",
-         .make = [](const DriveSeconds& d) { return withTrack(d, "text", "text", encipheredText); },
+         .make = inText<encipheredText>,
          .speedGrid = 1,
          .heading = no},
         {.name = "sentence_track",
@@ -255,11 +275,20 @@ std::span<const FamilyMaker> trackMakers() {
          .acceleration = no},
         {.name = "gpmd_fmas",
          .family = "records in gpmd",
-         .make = [](const DriveSeconds& d) { return withTrack(d, "meta", "gpmd", fmas); },
+         .make = inGpmd<fmas>,
          .speedGrid = kmhPerMile},
+        {.name = "gpmd_pairs",
+         .family = "records in gpmd",
+         .make = inGpmd<gpmdPairs>,
+         .acceleration = no},
+        {.name = "gpmd_enciphered",
+         .family = "records in gpmd",
+         .make = inGpmd<encipheredText>,
+         .speedGrid = 1,
+         .heading = no},
         {.name = "gpmd_sentences",
          .family = "records in gpmd",
-         .make = [](const DriveSeconds& d) { return withTrack(d, "meta", "gpmd", sentenceText); },
+         .make = inGpmd<sentenceText>,
          .acceleration = no},
     };
     return makers;
