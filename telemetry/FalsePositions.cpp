@@ -137,7 +137,8 @@ void turnHeadingsForward(std::vector<Sample>& samples) {
         }
         sample->heading = std::fmod(sample->heading, 360.0);
         if (sample->heading < 0) {
-            sample->heading += 360;
+            // So small a turn to the left that the sum rounds to the whole circle is none.
+            sample->heading = sample->heading + 360 < 360 ? sample->heading + 360 : 0;
         }
         next = sample->heading;
     }

@@ -110,4 +110,19 @@ TEST(CompletedSamples, cross_the_date_line_eastwards) {
     EXPECT_NEAR(samples[1].speed, 22.24 * 3.6, 0.5);
 }
 
+TEST(CompletedSamples, turn_every_heading_into_one_circle) {
+    std::vector<Sample> samples(5);
+    const double headings[] = {-1e-20, -90, 360, 725, 12};
+    for (std::size_t i = 0; i < 5; ++i) {
+        samples[i].state = FixState::good;
+        samples[i].rawLatitude = samples[i].rawLongitude = samples[i].rawSpeed = 1;
+        samples[i].heading = headings[i];
+    }
+    completeSamples(samples);
+    const double wanted[] = {0, 270, 0, 5, 12};
+    for (std::size_t i = 0; i < 5; ++i) {
+        EXPECT_EQ(samples[i].heading, wanted[i]) << headings[i];
+    }
+}
+
 } // namespace velmorant::telemetry

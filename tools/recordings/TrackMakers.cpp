@@ -189,7 +189,12 @@ ByteVector camm(const DriveSecond& second) {
 ByteVector fmas(const DriveSecond& second) {
     const auto time = telemetry::civilFromMilliseconds(second.time * 1000);
     ByteWriter out;
-    out.text("FMAS").padTo(0x60).u16le(static_cast<std::uint64_t>(time.year));
+    out.text("FMAS")
+        .padTo(0x48)
+        .text("OFNIMMASSAMM")
+        .u8(1)
+        .padTo(0x60)
+        .u16le(static_cast<std::uint64_t>(time.year));
     for (const int part :
          {time.month, time.day, time.hour, time.minute, static_cast<int>(time.second), 0}) {
         out.u8(static_cast<std::uint64_t>(part));
@@ -205,7 +210,7 @@ ByteVector fmas(const DriveSecond& second) {
     out.u8(0).u16le(longitude);
     const std::uint64_t latitude = angle(second.latitude);
     out.u16le(latitude).u16le(static_cast<std::uint64_t>(whole(second.speed / kmhPerMile)));
-    return out.u16le(static_cast<std::uint64_t>(whole(second.heading))).padTo(0x90).take();
+    return out.u16le(static_cast<std::uint64_t>(whole(second.heading))).padTo(0xa0).take();
 }
 
 ByteVector gpmdPairs(const DriveSecond& second) {
