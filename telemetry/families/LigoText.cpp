@@ -25,11 +25,10 @@ double valueOf(std::string_view record, std::string_view key) {
     return decimal(rest.substr(0, rest.find_first_of(std::string_view(" \0\r\n", 4))));
 }
 
-// One coordinate: without its sign, the sign apart, and how many digits stand before the point.
+// One coordinate without its sign, and the sign.
 struct Coordinate {
     double value = unknown;
     double sign = 1;
-    std::size_t digits = 0;
 };
 
 Coordinate coordinateOf(std::string_view record, std::string_view positive,
@@ -39,9 +38,6 @@ Coordinate coordinateOf(std::string_view record, std::string_view positive,
     const double value = valueOf(record, opposite ? negative : positive);
     found.value = std::abs(value);
     found.sign = opposite || value < 0 ? -1 : 1;
-    for (double rest = found.value; rest >= 1; rest /= 10) {
-        ++found.digits;
-    }
     return found;
 }
 
@@ -56,7 +52,8 @@ bool setPlace(std::string_view record, const RecordForm& form, Fix& fix) {
     const Coordinate north = coordinateOf(record, " N:", " S:");
     const Coordinate east = coordinateOf(record, " E:", " W:");
     LigoPlace place{north.value, east.value};
-    const bool minutes = form.enciphered && north.digits >= 3;
+    constexpr double beyondDegrees = 100;
+    const bool minutes = form.enciphered && north.value >= beyondDegrees;
     if (minutes) {
         place = {fromDegreesMinutes(place.latitude), fromDegreesMinutes(place.longitude)};
     }
