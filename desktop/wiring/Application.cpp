@@ -59,7 +59,12 @@ void Application::buildWindows() {
     connectDialogs();
 }
 
-Application::~Application() = default;
+Application::~Application() {
+    // The rooms outlive what may still call them; but these end what they have under way through
+    // transfer and timers, which are gone before the other rooms.
+    m_rooms.updateSchedule.reset();
+    m_rooms.update.reset();
+}
 
 StartUpResult Application::start(const std::string& commandLine) {
     StartUp startUp({m_rooms.state.settings, m_host->files, m_host->paths, m_host->profile, m_texts,
