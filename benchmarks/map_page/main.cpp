@@ -2,7 +2,10 @@
 // bare calls and beside the map library's own way of drawing, frames per second while panning and
 // zooming, memory of the page's process, and the time to load.
 //
-//   map_page_benchmark FOLDER    the folder of the page (resources/map)
+//   map_page_benchmark FOLDER [PART...]    the folder of the page (resources/map)
+//
+// Parts: loading library streaming views (all four when none is named; views show what streaming
+// brought).
 //
 // Prints one line per figure: name, value, unit.
 #include "desktop/map/WebEngineBrowser.h"
@@ -19,6 +22,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <string>
 #include <unistd.h>
 #include <vector>
 
@@ -225,7 +229,9 @@ void measureStreaming(Bench& bench) {
     const double page = bench.stream("getContentHis", routes);
     const double pagePart = bench.processorTime() - beforePage;
     const int shown = bench.run("velmorantMap.table.shown.size").toInt();
-    if (shown != routeCount)
+    if (qEnvironmentVariableIsSet("PROBE"))
+        std::printf("PROBE %s\n", qPrintable(bench.run(qEnvironmentVariable("PROBE")).toString()));
+    else if (shown != routeCount)
         qFatal("%d routes shown", shown);
     print("400 routes of 3,600: bare calls, first time", warm, "ms");
     print("400 routes of 3,600: bare calls", bare, "ms");
@@ -290,23 +296,29 @@ void measureViews(Bench& bench) {
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: map_page_benchmark FOLDER\n");
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: map_page_benchmark FOLDER [PART...]\n");
         return 2;
     }
+    const std::vector<std::string> parts(argv + 2, argv + argc);
+    const auto wanted = [&](const char* part) {
+        return parts.empty() || std::find(parts.begin(), parts.end(), part) != parts.end();
+    };
     prepareWebEngine();
     QApplication application(argc, argv);
     const QString folder = QString::fromLocal8Bit(argv[1]);
-    {
+    if (wanted("loading")) {
         Bench bench(folder);
         measureLoading(bench);
     }
-    {
+    if (wanted("library")) {
         Bench bench(folder);
         measureLibrary(bench);
     }
     Bench bench(folder);
-    measureStreaming(bench);
-    measureViews(bench);
+    if (wanted("streaming"))
+        measureStreaming(bench);
+    if (wanted("views"))
+        measureViews(bench);
     return 0;
 }

@@ -25,6 +25,7 @@
 <script defer src="js/graticule.js"></script>
 <script defer src="js/routePainter.js"></script>
 <script defer src="js/car.js"></script>
+<script defer src="js/clearance.js"></script>
 <script defer src="js/viewControl.js"></script>
 <script defer src="js/controls.js"></script>
 <script defer src="js/notices.js"></script>

@@ -33,8 +33,8 @@
             (y < -8 ? 4 : y > view.height + 8 ? 8 : 0);
     }
 
-    // Adds an outline to the path and returns the number of its lines. Places nearer than a pixel to the last one are left out, and of a
-    // run beyond one side of the view only the ends are kept.
+    // Adds an outline to the path and returns the number of its lines. Places nearer than a pixel to
+    // the last one are left out, and of a run beyond one side of the view only the ends are kept.
     function trace(context, view, line, shift) {
         const { scale, top } = view;
         let lastX = line.x[0] * scale + shift;
@@ -82,15 +82,20 @@
     }
 
     class BaseMap {
-        constructor(texts) {
+        // underNames(context, view) paints between the land and its names.
+        constructor(texts, underNames) {
             this.texts = texts;
+            this.underNames = underNames;
             this.world = null;
             this.showNames = true;
         }
 
         // A generator for a ViewCanvas.
         * paint(context, view) {
-            if (this.world === null) return;
+            if (this.world === null) {
+                this.underNames(context, view);
+                return;
+            }
             context.lineJoin = 'bevel';
             yield traceAll(context, view, this.world.land);
             context.fillStyle = LAND;
@@ -104,6 +109,7 @@
                 yield traceAll(context, view, this.world.coast);
                 context.stroke();
             }
+            this.underNames(context, view);
             this.paintNames(context, view);
         }
 

@@ -1,10 +1,13 @@
 'use strict';
 // Lines of latitude and longitude at round degrees, with their figures at the view's edges: at
-// street zoom the base has nothing else to show where one is.
+// street zoom the base has nothing else to show where one is. The lines lie in the base, under its
+// names; over street tiles, which hide the base, faint ones are drawn with the figures.
 (function (velmorantMap) {
     const { mercator } = velmorantMap;
     const LINE = '#2A3643';
+    const LINE_OVER_TILES = 'rgba(42, 54, 67, .3)';
     const FIGURE = '#8E9BAA';
+    const FIGURE_OVER_TILES = '#EAF0F6';
     const HALO = '#10171F';
     const FONT = '10px "DejaVu Sans", sans-serif';
     const SPACING_PIXELS = 96;
@@ -29,20 +32,36 @@
     class Graticule {
         constructor() {
             this.visible = true;
+            this.overTiles = false;
+        }
+
+        // Into the base, beneath what comes after.
+        paintLines(context, view) {
+            if (!this.visible) return;
+            context.beginPath();
+            this.lines(context, view, []);
+            context.lineWidth = 1;
+            context.strokeStyle = LINE;
+            context.stroke();
+        }
+
+        lines(context, view, figures) {
+            const step = stepFor(view.zoom);
+            this.meridians(context, view, view.frame, step, figures);
+            this.parallels(context, view, view.frame, step, figures);
         }
 
         // A generator for a ViewCanvas; the figures stand at the edges of what is in sight.
         * paint(context, view) {
             if (!this.visible) return;
-            const { frame } = view;
-            const step = stepFor(view.zoom);
             const figures = [];
             context.beginPath();
-            this.meridians(context, view, frame, step, figures);
-            this.parallels(context, view, frame, step, figures);
-            context.lineWidth = 1;
-            context.strokeStyle = LINE;
-            context.stroke();
+            this.lines(context, view, figures);
+            if (this.overTiles) {
+                context.lineWidth = 1;
+                context.strokeStyle = LINE_OVER_TILES;
+                context.stroke();
+            }
             yield figures.length;
             this.paintFigures(context, figures);
         }
@@ -83,7 +102,7 @@
             context.lineJoin = 'round';
             context.lineWidth = 3;
             context.strokeStyle = HALO;
-            context.fillStyle = FIGURE;
+            context.fillStyle = this.overTiles ? FIGURE_OVER_TILES : FIGURE;
             for (const [text, x, y, align] of figures) {
                 context.textAlign = align;
                 context.strokeText(text, x, y);

@@ -25,8 +25,8 @@
     }
 
     function makeBase(map, texts, log) {
-        const base = new BaseMap(texts);
         const graticule = new Graticule();
+        const base = new BaseMap(texts, graticule.paintLines.bind(graticule));
         const ground = new ViewCanvas(base.paint.bind(base), { pane: 'base' });
         const overlay = new ViewCanvas(graticule.paint.bind(graticule), { pane: 'overlay', exact: true, padding: 0.1 });
         ground.addTo(map);
@@ -92,15 +92,24 @@
     const controls = new Controls(texts, document.body);
 
     function showSource() {
+        overTiles(tiles.shown() && tiles.coming && !tiles.failing);
         if (!tiles.shown()) notices.showSource(texts.get('baseOnly'), null);
         else if (tiles.failing) notices.showSource(texts.get('tilesFailing'), null);
         else if (!tiles.coming) notices.showSource(texts.get('tilesWaiting'), null);
         else notices.showSource(tiles.provider.attribution, tiles.provider.link);
     }
 
+    function overTiles(on) {
+        if (baseLayers.graticule.overTiles === on) return;
+        baseLayers.graticule.overTiles = on;
+        baseLayers.overlay.refresh();
+    }
+
     function showLegend() {
+        const before = speedColours.legend.hidden;
         const told = [...table.shown.values()].some((route) => route.data !== null);
         speedColours.showLegend(told, texts.get('speedLegend'));
+        if (speedColours.legend.hidden !== before) view.routesChanged();
     }
 
     // Routes -> view, data, buttons
@@ -158,6 +167,7 @@
         }],
         ['grid', baseLayers.graticule.visible, (on) => {
             baseLayers.graticule.visible = on;
+            baseLayers.ground.refresh();
             baseLayers.overlay.refresh();
         }],
         ['glide', car.gliding, (on) => { car.gliding = on; }],
@@ -196,10 +206,10 @@
         baseLayers.ground.refresh();
     }
 
-    // A window higher than the world would show nothing above and below it.
+    // Farther out the world would be lower than the map, with nothing above and below it.
     function fitWorld() {
         map.invalidateSize({ animate: false });
-        map.setMinZoom(Math.max(0, Math.floor(Math.log2(map.getSize().y / 256) * 2) / 2));
+        map.setMinZoom(Math.max(0, Math.ceil(Math.log2(map.getSize().y / 256) * 2) / 2));
         configuration.read();
         view.routesChanged();
     }

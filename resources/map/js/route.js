@@ -6,6 +6,7 @@
 //   mx, my  web Mercator units (mercator.js); a place that is not known holds its predecessor's
 //   flags   UNKNOWN: no place (0, 0 or unreadable); HELD: no fix, the last place repeated;
 //           link to the predecessor; speed class
+// While a route grows they are those of Growth, longer than the route; afterwards its own.
 // chunks: runs of CHUNK links with their bounds, in both systems; drawing bounds run on past the
 // date line (mx as a sum of shortest ways), so that a route is one piece wherever it lies.
 (function (velmorantMap) {
@@ -33,25 +34,39 @@
         };
     }
 
-    function grown(array, size) {
-        const larger = new array.constructor(size);
-        larger.set(array.subarray(0, Math.min(array.length, size)));
-        return larger;
+    const ARRAYS = ['x', 'y', 'mx', 'my', 'flags'];
+    const BYTES_PER_PLACE = 17;
+
+    // The arrays of the one route that grows, used again for the next: routes by the hundred, each
+    // allocating as it grows, would keep the browser busy with collecting what they leave.
+    class Growth {
+        constructor() {
+            this.allocate(4096);
+        }
+
+        allocate(size) {
+            this.size = size;
+            for (const name of ARRAYS) this[name] = name === 'flags' ? new Uint8Array(size) : new Int32Array(size);
+        }
+
+        enlarge() {
+            const old = ARRAYS.map((name) => this[name]);
+            this.allocate(2 * this.size);
+            ARRAYS.forEach((name, n) => this[name].set(old[n]));
+        }
     }
 
     class Route {
-        constructor(number) {
+        // growth: in which no other route grows until this one has finished.
+        constructor(number, growth) {
             this.number = number;
+            this.growth = growth;
             this.count = 0;
             this.complete = false;
             this.data = null;
             this.chunks = [];
             this.bounds = emptyBounds();
-            this.x = new Int32Array(64);
-            this.y = new Int32Array(64);
-            this.mx = new Int32Array(64);
-            this.my = new Int32Array(64);
-            this.flags = new Uint8Array(64);
+            for (const name of ARRAYS) this[name] = growth[name];
             this.lastKnown = -1;
             this.repeated = 0;
             this.unwrapped = 0;
@@ -59,7 +74,7 @@
 
         add(longitude, latitude) {
             const i = this.count;
-            if (i === this.x.length) this.resize(2 * i);
+            if (i === this.x.length) this.enlarge();
             const known = longitude === longitude && !(longitude === 0 && latitude === 0);
             this.x[i] = known ? Math.round(longitude * 1e7) : 0;
             this.y[i] = known ? Math.round(latitude * 1e7) : 0;
@@ -140,13 +155,27 @@
             if (my > bounds.bottom) bounds.bottom = my;
         }
 
-        resize(size) {
-            for (const name of ['x', 'y', 'mx', 'my', 'flags']) this[name] = grown(this[name], size);
+        enlarge() {
+            this.growth.enlarge();
+            for (const name of ARRAYS) this[name] = this.growth[name];
         }
 
         finish() {
             this.complete = true;
-            this.resize(Math.max(1, this.count));
+            this.settle();
+        }
+
+        // Arrays of its own, in one piece of memory; the route grows no more.
+        settle() {
+            const { count } = this;
+            const memory = new ArrayBuffer(BYTES_PER_PLACE * count);
+            ARRAYS.forEach((name, n) => {
+                const ArrayType = this[name].constructor;
+                const own = new ArrayType(memory, 4 * n * count, count);
+                own.set(this[name].subarray(0, count));
+                this[name] = own;
+            });
+            this.growth = null;
         }
 
         // One past the chunk's last place; that place is shared with the next chunk.
@@ -200,6 +229,7 @@
     }
 
     Route.CHUNK = CHUNK;
+    Route.Growth = Growth;
     Route.Link = Link;
     velmorantMap.Route = Route;
 })(window.velmorantMap);

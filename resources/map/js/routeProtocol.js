@@ -19,6 +19,12 @@
     const COORDINATE_LENGTH = 32;
     const NUMBER_LENGTH = 9;
     const SHORTEST_NUMBER = 3;
+    const MIDDLE = 33; // !
+    const END = 124; // |
+
+    function isDigit(code) {
+        return code >= 48 && code <= 57;
+    }
 
     // Degrees, or NaN when the text is no coordinate or lies outside [-limit, limit].
     function readCoordinate(text, limit) {
@@ -44,32 +50,24 @@
         if (negative || code === 43) i += 1;
         const whole = i;
         let digits = 0;
-        while (i < end && (code = text.charCodeAt(i)) >= 48 && code <= 57) {
+        while (i < end && isDigit(code = text.charCodeAt(i))) {
             digits = digits * 10 + code - 48;
             i += 1;
         }
+        scanned = i;
         if (i === whole || i - whole > 3) return NaN;
-        let decimals = 0;
-        if (code === 46 && i < end) {
-            const point = i;
+        if (code !== 46 || i >= end) return negative ? -digits : digits;
+        const point = i;
+        i += 1;
+        while (i < end && isDigit(code = text.charCodeAt(i))) {
+            digits = digits * 10 + code - 48;
             i += 1;
-            while (i < end && (code = text.charCodeAt(i)) >= 48 && code <= 57) {
-                digits = digits * 10 + code - 48;
-                i += 1;
-            }
-            decimals = i - point - 1;
-            if (decimals > 12) return NaN;
         }
         scanned = i;
+        const decimals = i - point - 1;
+        if (decimals > 12) return NaN;
         const value = digits / POWERS[decimals];
         return negative ? -value : value;
-    }
-
-    // A coordinate that fills text[position, end), by the short way or the thorough one.
-    function coordinateAt(text, position, end, limit) {
-        const value = scanCoordinate(text, position, end);
-        if (value >= -limit && value <= limit && scanned === end) return value;
-        return readCoordinate(text.slice(position, end), limit);
     }
 
     function angularDistance(a, b) {
@@ -97,9 +95,16 @@
         return { digits: run, next: text.charAt(run.length) };
     }
 
+    // The last character is looked at first, because nearly all texts end in a bar.
+    function endsInOver(text) {
+        const last = text.charCodeAt(text.length - 1);
+        return (last === 114 || last === 82) && /over$/i.test(text.slice(-4));
+    }
+
     // A longitude has neither four whole digits nor a digit before its sign, so such a text can
     // only be the beginning of a route.
     function beginsRoute(text) {
+        if (!isDigit(text.charCodeAt(0))) return false;
         const { digits, next } = leadingDigits(text);
         if (digits.length === 0) return false;
         if (next === '+' || next === '-') return true;
@@ -120,7 +125,7 @@
 
         receive(argument) {
             const text = String(argument).trim();
-            if (/over$/i.test(text.slice(-4))) {
+            if (endsInOver(text)) {
                 if (text.length > 4) this.receiveText(text.slice(0, -4));
                 this.finish();
             } else if (text !== '') {
@@ -188,24 +193,23 @@
         }
 
         readGroups(text) {
+            const { length } = text;
             let bad = 0;
             let position = 0;
-            let end = text.indexOf('|');
-            while (end >= 0) {
-                const middle = text.indexOf('!', position);
-                let longitude = NaN;
-                let latitude = NaN;
-                if (middle > position && middle < end) {
-                    longitude = coordinateAt(text, position, middle, 180);
-                    latitude = coordinateAt(text, middle + 1, end, 90);
+            while (position < length) {
+                const longitude = scanCoordinate(text, position, length);
+                const middle = scanned;
+                const latitude = scanCoordinate(text, middle + 1, length);
+                if (longitude >= -180 && longitude <= 180 && latitude >= -90 && latitude <= 90 &&
+                    text.charCodeAt(middle) === MIDDLE && text.charCodeAt(scanned) === END) {
+                    this.sink.point(longitude, latitude);
+                    position = scanned + 1;
+                } else {
+                    const end = text.indexOf('|', position);
+                    if (end < 0) break;
+                    if (end > position && !this.readGroup(text.slice(position, end))) bad += 1;
+                    position = end + 1;
                 }
-                if (longitude !== longitude || latitude !== latitude) {
-                    bad += 1;
-                    longitude = latitude = NaN;
-                }
-                if (end > position) this.sink.point(longitude, latitude);
-                position = end + 1;
-                end = text.indexOf('|', position);
             }
             this.tail = text.slice(position);
             if (this.tail.length > 2 * COORDINATE_LENGTH) {
@@ -213,6 +217,16 @@
                 this.tail = '';
             }
             if (bad > 0) this.log.add(`${bad} unreadable place(s) in ${PageLog.excerpt(text)}`);
+        }
+
+        // A group of another form than the usual one, without its bar; false when it is no place.
+        readGroup(group) {
+            const middle = group.indexOf('!');
+            const longitude = middle < 0 ? NaN : readCoordinate(group.slice(0, middle), 180);
+            const latitude = middle < 0 ? NaN : readCoordinate(group.slice(middle + 1), 90);
+            const good = !Number.isNaN(longitude) && !Number.isNaN(latitude);
+            this.sink.point(good ? longitude : NaN, good ? latitude : NaN);
+            return good;
         }
 
         finish() {

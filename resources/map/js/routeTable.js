@@ -11,6 +11,7 @@
             this.shown = new Map();
             this.active = null;
             this.growing = null;
+            this.growth = new Route.Growth();
             this.listeners = [];
         }
 
@@ -25,7 +26,8 @@
 
         begin(number) {
             if (this.shown.has(number)) this.remove(number);
-            const route = new Route(number);
+            if (this.growing !== null) this.growing.settle();
+            const route = new Route(number, this.growth);
             this.known.set(number, route);
             this.shown.set(number, route);
             this.growing = route;
@@ -53,7 +55,10 @@
             const route = this.shown.get(number);
             if (route === undefined) return false;
             this.shown.delete(number);
-            if (this.growing === route) this.growing = null;
+            if (this.growing === route) {
+                route.settle();
+                this.growing = null;
+            }
             if (this.active === route) this.active = null;
             this.tell('removed', route);
             return true;

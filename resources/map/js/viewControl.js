@@ -8,10 +8,9 @@
     const COST_SHARE = 20;
     const FIT_ZOOM = 17;
     const USER_PAUSE_MS = 8000;
-    // Free of the buttons at the sides and of the legend below. The car is kept a little less far
-    // from the edges than routes are shown, so that following does not undo the fit.
-    const FIT_MARGIN = { side: 48, top: 28, bottom: 60 };
-    const CAR_MARGIN = { side: 40, top: 20, bottom: 50 };
+    // The car is kept a little less far from the edges than routes are shown, so that following does
+    // not undo the fit.
+    const CAR_SLACK = 8;
 
     class ViewControl {
         // pictureCost() tells how long a new picture of the routes takes, in milliseconds.
@@ -31,6 +30,7 @@
                 if (/^(Arrow|[-+=]$)/.test(event.key)) this.userMoved();
             });
             container.addEventListener('dblclick', () => this.userMoved());
+            map.on('moveend', () => { this.moving = false; });
         }
 
         userMoved() {
@@ -79,9 +79,10 @@
             }
             const corner = (x, y) => [mercator.latitude(y), mercator.longitude(x)];
             const bounds = L.latLngBounds(corner(box.left, box.bottom), corner(box.right, box.top));
+            const { left, right, top, bottom } = velmorantMap.clearance(this.map.getSize());
             this.map.fitBounds(bounds, {
-                paddingTopLeft: [FIT_MARGIN.side, FIT_MARGIN.top],
-                paddingBottomRight: [FIT_MARGIN.side, FIT_MARGIN.bottom], maxZoom: FIT_ZOOM, animate: false,
+                paddingTopLeft: [left, top], paddingBottomRight: [right, bottom],
+                maxZoom: FIT_ZOOM, animate: false,
             });
         }
 
@@ -90,16 +91,20 @@
             this.touched = -Infinity;
         }
 
-        // Pans only when the car nears the edge, so that the picture stands still most of the time.
+        // Pans only when the car nears the edge, so that the picture stands still most of the time; a
+        // pan under way is left to its end, because one begun anew with every step of the car stutters.
         keepInView(latLng) {
-            if (!this.follow || performance.now() - this.touched < USER_PAUSE_MS) return;
+            if (!this.follow || this.moving || performance.now() - this.touched < USER_PAUSE_MS) return;
             const size = this.map.getSize();
             const copy = Math.round((this.map.getCenter().lng - latLng.lng) / 360) * 360;
             const place = [latLng.lat, latLng.lng + copy];
             const point = this.map.latLngToContainerPoint(place);
-            const { side, top, bottom } = CAR_MARGIN;
-            if (point.x > side && point.x < size.x - side && point.y > top && point.y < size.y - bottom) return;
-            this.map.panTo(place, { animate: size.contains(point), duration: 0.4 });
+            const { left, right, top, bottom } = velmorantMap.clearance(size);
+            if (point.x > left - CAR_SLACK && point.x < size.x - right + CAR_SLACK &&
+                point.y > top - CAR_SLACK && point.y < size.y - bottom + CAR_SLACK) return;
+            const animate = size.contains(point);
+            this.moving = animate;
+            this.map.panTo(place, { animate, duration: 0.4 });
         }
     }
 
