@@ -28,13 +28,47 @@ struct Entry {
     bool locked;
 };
 
+enum class Street { winding, tunnel, northSouth, eastWest };
+
+struct WorldDrive {
+    Place start;
+    double direction;
+    Street street;
+};
+
+constexpr WorldDrive worldDrives[] = {
+    {{22.6300, 120.3010}, 65, Street::tunnel},       {{-33.4450, -70.6600}, 200, Street::winding},
+    {{40.7500, -73.9900}, 0, Street::northSouth},    {{-16.8000, 179.9996}, 90, Street::winding},
+    {{65.0000, -179.9992}, 270, Street::winding},    {{-33.9200, 18.4200}, 90, Street::eastWest},
+    {{51.5000, -0.0006}, 90, Street::winding},       {{0.0004, 32.5800}, 180, Street::winding},
+};
+
+// A stretch in the second half of the drive on which only one of the coordinates changes.
+void straighten(std::vector<DriveSecond>& drive, double DriveSecond::*kept) {
+    const std::size_t first = drive.size() / 2;
+    const std::size_t last = std::min(drive.size(), first + 5);
+    for (std::size_t i = first + 1; i < last; ++i) {
+        drive[i].*kept = drive[first].*kept;
+    }
+}
+
+void shape(std::vector<DriveSecond>& drive, Street street) {
+    if (street == Street::tunnel) {
+        loseFix(drive, drive.size() / 2, drive.size() / 2 + 3);
+    } else if (street == Street::northSouth) {
+        straighten(drive, &DriveSecond::longitude);
+    } else if (street == Street::eastWest) {
+        straighten(drive, &DriveSecond::latitude);
+    }
+}
+
 // The special recordings stand at fixed places, so that the same card comes out every time.
 std::vector<Entry> entriesOf(const CardPlan& plan) {
     std::vector<Entry> entries;
     std::int64_t start = firstStart;
     for (int i = 0; i < plan.recordings; ++i) {
         Entry entry{start, Kind::ordinary, i % 5 == 2};
-        if (plan.recordings >= 6) {
+        if (plan.recordings >= 6 && plan.places == DrivenPlaces::oneTown) {
             const int fromEnd = plan.recordings - 1 - i;
             entry.kind = i == 1         ? Kind::lateFix
                          : fromEnd == 2 ? Kind::withoutGps
@@ -78,8 +112,9 @@ class CardWriter {
     explicit CardWriter(const CardPlan& plan) : plan_(plan), driver_(Place{}, 65, 20240612) {}
 
     std::optional<std::string> write() {
+        int number = 0;
         for (const Entry& entry : entriesOf(plan_)) {
-            if (auto problem = write(entry)) {
+            if (auto problem = write(entry, number++)) {
                 return problem;
             }
         }
@@ -87,7 +122,19 @@ class CardWriter {
     }
 
   private:
-    std::optional<std::string> write(const Entry& entry) {
+    std::vector<DriveSecond> driveOf(const Entry& entry, int number) {
+        if (plan_.places == DrivenPlaces::oneTown) {
+            return driver_.drive(entry.start, plan_.seconds);
+        }
+        const WorldDrive& world =
+            worldDrives[static_cast<std::size_t>(number) % std::size(worldDrives)];
+        Driver driver(world.start, world.direction, static_cast<unsigned>(number) + 1);
+        auto drive = driver.drive(entry.start, plan_.seconds);
+        shape(drive, world.street);
+        return drive;
+    }
+
+    std::optional<std::string> write(const Entry& entry, int number) {
         const fs::path path = pathOf(plan_.folder, entry);
         fs::create_directories(path.parent_path());
         if (picture_.empty() || plan_.pictures == PictureUse::ownForEach) {
@@ -100,7 +147,7 @@ class CardWriter {
             picture_ = readAll(raw);
             fs::remove(raw);
         }
-        auto drive = driver_.drive(entry.start, plan_.seconds);
+        auto drive = driveOf(entry, number);
         if (entry.kind == Kind::lateFix) {
             loseFix(drive, 0, static_cast<std::size_t>(std::min(20, plan_.seconds / 3)) - 1);
         }

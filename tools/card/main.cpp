@@ -1,5 +1,5 @@
 // make_card FOLDER [--recordings N] [--seconds S] [--layout n1|n2] [--size WxH]
-//     [--rate N] [--one-picture]
+//     [--rate N] [--one-picture] [--whole-world]
 #include <charconv>
 #include <cstdio>
 #include <cstring>
@@ -18,7 +18,8 @@ const char usage[] =
     "  --layout n1|n2   telemetry blocks with or without acceleration (default n1)\n"
     "  --size WxH       of the picture (default 640x360)\n"
     "  --rate N         pictures a second, 1 to 120 (default 15)\n"
-    "  --one-picture    encode one picture and use it for all: for hundreds of recordings\n";
+    "  --one-picture    encode one picture and use it for all: for hundreds of recordings\n"
+    "  --whole-world    each recording in another part of the world (8 parts, then again)\n";
 
 bool number(const char* text, int least, int most, int& value) {
     const char* end = text + std::strlen(text);
@@ -59,6 +60,8 @@ int main(int count, char** values) {
     for (int i = 1; i < count; ++i) {
         if (std::strcmp(values[i], "--one-picture") == 0) {
             plan.pictures = PictureUse::oneForAll;
+        } else if (std::strcmp(values[i], "--whole-world") == 0) {
+            plan.places = DrivenPlaces::wholeWorld;
         } else if (std::strncmp(values[i], "--", 2) == 0) {
             if (!readOption(values[i], i + 1 < count ? values[i + 1] : nullptr, plan)) {
                 std::fputs(usage, stderr);

@@ -7,6 +7,7 @@
         WholeWindow, preferences,
     } = velmorantMap;
     const GROWTH_DELAY_MS = 250;
+    const LONGEST_GROWTH_DELAY_MS = 1000;
     const TIDY_DELAY_MS = 400;
 
     function makeMap() {
@@ -39,20 +40,28 @@
     }
 
     // Growth is added to the picture a few times a second, because each time costs a new frame of the
-    // whole map; when it pauses, all is painted again, so that casings, signs and order are right.
+    // whole map, and less and less often while it goes on, because hundreds of routes should come
+    // soon rather than smoothly. When it pauses, all is painted again, so that casings, signs and
+    // order are right.
     function makeRoutes(map, table, speedColours) {
         const painter = new RoutePainter(table, speedColours);
         const canvas = new ViewCanvas(painter.paint.bind(painter), { pane: 'routes' });
         canvas.addTo(map);
         const grown = new Set();
         let growth = 0;
+        let delay = GROWTH_DELAY_MS;
         let tidy = 0;
+        const tidyUp = () => {
+            delay = GROWTH_DELAY_MS;
+            canvas.refresh();
+        };
         const tidyLater = () => {
             clearTimeout(tidy);
-            tidy = setTimeout(() => canvas.refresh(), TIDY_DELAY_MS);
+            tidy = setTimeout(tidyUp, Math.max(TIDY_DELAY_MS, delay + GROWTH_DELAY_MS));
         };
         const grow = () => {
             growth = 0;
+            delay = Math.min(LONGEST_GROWTH_DELAY_MS, 1.5 * delay);
             for (const route of grown) {
                 if (table.shown.get(route.number) === route) painter.paintGrowth(canvas.front, route);
             }
@@ -62,7 +71,7 @@
         const changed = (event, route) => {
             if (event === 'grown' || event === 'complete') {
                 grown.add(route);
-                if (growth === 0) growth = setTimeout(grow, GROWTH_DELAY_MS);
+                if (growth === 0) growth = setTimeout(grow, delay);
             } else if (event === 'active' || event === 'removed') {
                 canvas.refresh();
             } else {
