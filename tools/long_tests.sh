@@ -3,11 +3,12 @@
 # test and ends with 1 when one failed.
 #   VELMORANT_STARTS         how often the program is started (default 100)
 #   VELMORANT_KILLS          how often it is killed (default 30)
+#   VELMORANT_CLICKS         how many places of routes are clicked (default 200)
 #   VELMORANT_FUZZ_SECONDS   how long each fuzzer runs (default 120)
-#   tools/long_tests.sh NAME...   only these: road kills starts update fuzz clean
+#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz clean
 set -u
 cd "$(dirname "$0")/.." || exit 1
-tests=${*:-road kills starts update fuzz clean}
+tests=${*:-road clicks kills starts update fuzz clean}
 starts=${VELMORANT_STARTS:-100}
 kills=${VELMORANT_KILLS:-30}
 fuzz_seconds=${VELMORANT_FUZZ_SECONDS:-120}
@@ -131,6 +132,14 @@ for test in $tests; do
             grep -E '^(longest|the run|memory)|Failure|does not|Expected|actual' "$work/road.log"
             result "$name" $code
         done
+        ;;
+    clicks)
+        VELMORANT_CLICKS=${VELMORANT_CLICKS:-200} on_display \
+            build/default/tests/gui/velmorant_gui_tests --gtest_filter='RouteClickTest.*' \
+            >"$work/clicks.log" 2>&1
+        code=$?
+        grep -E ' clicks, |Failure|: the player' "$work/clicks.log"
+        result "random places of routes lead to their recording and second" $code
         ;;
     kills)
         VELMORANT_LONG_PART=kills on_display tools/long_tests.sh

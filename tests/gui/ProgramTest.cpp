@@ -91,6 +91,11 @@ void ProgramTest::start(const std::string& language) {
         << "no window with a loaded map page";
 }
 
+void ProgramTest::end() {
+    m_driver.reset();
+    m_program.reset();
+}
+
 void ProgramTest::add(const std::vector<std::string>& paths) {
     const int before = m_driver->rowCount();
     rooms().list->AddPaths(paths);

@@ -31,6 +31,8 @@ class ProgramTest : public testing::Test {
     }
     /// Starts with that "mainv" and waits for the window and its map page.
     void start(const std::string& language = english);
+    /// As after a quit: start() may follow.
+    void end();
     /// As dropped onto the window.
     void add(const std::vector<std::string>& paths);
     /// Clicks "ALL" and waits for the end of the run.

@@ -37,13 +37,14 @@ struct WorldDrive {
 };
 
 constexpr WorldDrive worldDrives[] = {
-    {{22.6300, 120.3010}, 65, Street::tunnel},       {{-33.4450, -70.6600}, 200, Street::winding},
-    {{40.7500, -73.9900}, 0, Street::northSouth},    {{-16.8000, 179.9996}, 90, Street::winding},
-    {{65.0000, -179.9992}, 270, Street::winding},    {{-33.9200, 18.4200}, 90, Street::eastWest},
-    {{51.5000, -0.0006}, 90, Street::winding},       {{0.0004, 32.5800}, 180, Street::winding},
+    {{22.6300, 120.3010}, 65, Street::tunnel},     {{-33.4450, -70.6600}, 200, Street::winding},
+    {{40.7500, -73.9900}, 20, Street::northSouth}, {{-16.8000, 179.9996}, 75, Street::winding},
+    {{65.0000, -179.9992}, 285, Street::winding},  {{-33.9200, 18.4200}, 110, Street::eastWest},
+    {{51.5000, -0.0006}, 80, Street::winding},     {{0.0004, 32.5800}, 200, Street::winding},
 };
 
-// A stretch in the second half of the drive on which only one of the coordinates changes.
+// A stretch of four seconds in the middle of the drive on which only one coordinate changes: so
+// short that a click still finds a segment beside it.
 void straighten(std::vector<DriveSecond>& drive, double DriveSecond::*kept) {
     const std::size_t first = drive.size() / 2;
     const std::size_t last = std::min(drive.size(), first + 5);

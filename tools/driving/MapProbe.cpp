@@ -37,6 +37,16 @@ const char* const placeOfRoute = R"((function (number, along) {
     return '';
 }))";
 
+/// As if the user had moved the map there.
+const char* const lookThere = R"((function (longitude, latitude, zoom, x, y) {
+    const { map, view } = window.velmorantMap;
+    view.userMoved();
+    map.setView([latitude, longitude], zoom, { animate: false });
+    map.panBy([-x, -y], { animate: false });
+    const pixel = map.latLngToContainerPoint([latitude, longitude]).round();
+    return pixel.x + ',' + pixel.y;
+}))";
+
 } // namespace
 
 QString MapProbe::evaluate(const QString& expression) {
@@ -91,6 +101,20 @@ std::optional<MapProbe::RoutePlace> MapProbe::routePlace(long number, double alo
     if (parts.size() != 3)
         return std::nullopt;
     return RoutePlace{QPoint(parts[0].toInt(), parts[1].toInt()), parts[2].toInt()};
+}
+
+std::optional<QPoint> MapProbe::lookAt(double longitude, double latitude, int zoom, QPoint aside) {
+    const QString call = QString("%1(%2, %3, %4, %5, %6)")
+                             .arg(lookThere)
+                             .arg(longitude, 0, 'f', 8)
+                             .arg(latitude, 0, 'f', 8)
+                             .arg(zoom)
+                             .arg(aside.x())
+                             .arg(aside.y());
+    const QStringList parts = evaluate(call).split(',');
+    if (parts.size() != 2)
+        return std::nullopt;
+    return QPoint(parts[0].toInt(), parts[1].toInt());
 }
 
 void MapProbe::click(const QPoint& pixel) {

@@ -38,6 +38,9 @@ class MapProbe {
     /// The place nearest to `along` (0 start .. 1 end) of the route with that number; none when the
     /// route is not drawn or other routes or buttons lie over all of it.
     std::optional<RoutePlace> routePlace(long number, double along);
+    /// Shows a place, `aside` of the middle, and returns where it stands then; none when the page
+    /// does not answer. The view stays there for some seconds, whatever the car does.
+    std::optional<QPoint> lookAt(double longitude, double latitude, int zoom, QPoint aside);
     void click(const QPoint& pixel);
 
   private:
