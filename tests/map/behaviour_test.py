@@ -28,8 +28,7 @@ class Checks:
 
     def draw(self):
         self.browser.run(pictures.DRAW)
-        self.browser.wait("velmorantMap.map.getZoom() > 10")
-        self.pause(400)
+        self.browser.wait("velmorantMap.map.getZoom() > 10 && velmorantMap.view.timer === 0")
 
     def pause(self, milliseconds):
         self.browser.run(f"return new Promise((done) => setTimeout(done, {milliseconds}))")
@@ -58,6 +57,37 @@ class Checks:
 
     def check(self, name, good, detail=""):
         self.results.append({"name": name, "ok": bool(good), "detail": str(detail)})
+
+    def spoken(self, languages_names):
+        """What a screen reader is told of the page's controls, from the browser's own tree."""
+        self.open()
+        self.draw()
+        self.browser.run("document.getElementById('layers').click()")
+        self.browser.protocol("Accessibility.enable", {})
+        nodes = self.browser.protocol("Accessibility.getFullAXTree", {})["nodes"]
+        self.browser.protocol("Accessibility.disable", {})
+        told = [(node["role"]["value"], node.get("name", {}).get("value", ""), {
+            property["name"]: property["value"].get("value") for property in node.get("properties", [])})
+            for node in nodes if not node.get("ignored") and "role" in node]
+        buttons = [name for role, name, _ in told if role in ("button", "toggle button", "ToggleButton")]
+        boxes = [name for role, name, _ in told if role.lower() == "checkbox"]
+        self.check("every_button_is_named", buttons == languages_names["buttons"], buttons)
+        self.check("every_switch_is_named", boxes == languages_names["boxes"], boxes)
+        self.check("the_map_is_named", any(
+            role == "application" and name == languages_names["map"] for role, name, _ in told), told[:4])
+        pressed = {name: values.get("pressed") for _, name, values in told if "pressed" in values}
+        self.check("follow_is_told_as_pressed", pressed.get(languages_names["follow"]) == "true", pressed)
+
+    def spoken_english(self):
+        self.spoken({"map": "Map of the routes", "follow": "Follow the car", "buttons": [
+            "Zoom in", "Zoom out", "Show all routes", "Show this recording", "Follow the car", "Layers",
+            "Map in the whole window"],
+            "boxes": ["Speed colours", "Place names", "Grid", "Smooth car"]})
+
+    def spoken_chinese(self):
+        self.spoken({"map": "路線地圖", "follow": "跟隨車輛", "buttons": [
+            "放大", "縮小", "顯示全部路線", "顯示此錄影", "跟隨車輛", "圖層", "地圖放大至整個視窗"],
+            "boxes": ["速度顏色", "地名", "經緯線", "車輛平滑移動"]})
 
     def pointer_and_keys(self):
         self.open()
@@ -160,8 +190,8 @@ def main():
     server = Server(run_suite.PAGE)
     good = True
     try:
-        for language, parts in (("en", ["pointer_and_keys", "remembering", "reduced_motion", "resizing", "without_network"]),
-                                ("zh-TW", ["chinese"])):
+        for language, parts in (("en", ["spoken_english", "pointer_and_keys", "remembering", "reduced_motion", "resizing", "without_network"]),
+                                ("zh-TW", ["chinese", "spoken_chinese"])):
             browser = Browser(language=language)
             checks = Checks(browser, server)
             try:

@@ -5,12 +5,13 @@
     const ADDRESS = 'tile/{z}/{x}/{y}';
     const FIRST_PAUSE_MS = 4000;
     const LONGEST_PAUSE_MS = 60000;
-    const SILENCE_MS = 8000;
+    const SILENCE_MS = 5000;
 
     const RetryingTiles = L.TileLayer.extend({
         createTile(coords, done) {
             const tile = L.TileLayer.prototype.createTile.call(this, coords, done);
             tile.failures = 0;
+            tile.retry = 0;
             tile.removeAttribute('alt');
             tile.setAttribute('role', 'presentation');
             return tile;
@@ -19,12 +20,22 @@
         _tileOnError(done, tile, error) {
             tile.failures += 1;
             const pause = Math.min(LONGEST_PAUSE_MS, FIRST_PAUSE_MS * Math.pow(2, tile.failures - 1));
-            const address = tile.src.replace(/\?again=\d+$/, '');
-            setTimeout(() => {
-                const wanted = Object.values(this._tiles).some((other) => other.el === tile);
-                if (wanted && this._map) tile.src = `${address}?again=${tile.failures}`;
-            }, pause);
+            clearTimeout(tile.retry);
+            tile.retry = setTimeout(() => this.askAgain(tile), pause);
             done(error, tile);
+        },
+
+        askAgain(tile) {
+            clearTimeout(tile.retry);
+            tile.retry = 0;
+            const wanted = Object.values(this._tiles).some((other) => other.el === tile);
+            if (!wanted || !this._map) return;
+            tile.src = `${tile.src.replace(/\?again=\d+$/, '')}?again=${tile.failures}`;
+        },
+
+        // When the network is there again, nobody wants to wait for the end of a pause.
+        askForAll() {
+            for (const { el } of Object.values(this._tiles)) if (el.retry) this.askAgain(el);
         },
     });
 
@@ -40,6 +51,9 @@
             this.coming = false;
             this.lastLoad = -Infinity;
             this.timer = 0;
+            window.addEventListener('online', () => {
+                if (this.layer !== null) this.layer.askForAll();
+            });
         }
 
         use(provider) {
