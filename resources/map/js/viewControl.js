@@ -4,8 +4,8 @@
 (function (velmorantMap) {
     const { mercator } = velmorantMap;
     const FIT_DELAY_MS = 250;
-    // Of the time while routes stream in, a twentieth may go into looking at them from a new place.
-    const COST_SHARE = 20;
+    // Of the time while routes stream in, a fiftieth may go into looking at them from a new place.
+    const COST_SHARE = 50;
     const FIT_ZOOM = 17;
     const USER_PAUSE_MS = 8000;
     // The car is kept a little less far from the edges than routes are shown, so that following does
