@@ -48,6 +48,6 @@ set(CPACK_DEBIAN_PACKAGE_SECTION video)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS
-    "libqt6webengine6-data, libqt6webenginecore6-bin, libqt6svg6, qt6-qpa-plugins, fonts-dejavu-core, fonts-wqy-microhei")
+    "libqt6webengine6-data, libqt6webenginecore6-bin, libqt6svg6, qt6-qpa-plugins, qt6-translations-l10n, fonts-dejavu-core, fonts-wqy-microhei")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "ca-certificates, libgl1-mesa-dri, xdg-utils")
 include(CPack)

@@ -9,11 +9,12 @@ build="g++ cmake ninja-build pkg-config ccache ca-certificates
     qt6-base-dev qt6-webengine-dev qt6-svg-dev libqcustomplot-dev libmpv-dev libexpat1-dev
     libexiv2-dev libgl-dev libssl-dev libcurl4-openssl-dev"
 run="libqt6webenginewidgets6 libqt6webenginecore6-bin libqt6webengine6-data libqt6svg6
-    libqt6printsupport6 qt6-qpa-plugins libgl1-mesa-dri fonts-dejavu-core fonts-wqy-microhei
-    ffmpeg xvfb xauth xdotool x11-utils imagemagick procps"
+    libqt6printsupport6 qt6-qpa-plugins qt6-translations-l10n libgl1-mesa-dri
+    fonts-dejavu-core fonts-wqy-microhei ffmpeg xvfb xauth xdotool x11-utils imagemagick procps"
 test="libgtest-dev libgmock-dev libbenchmark-dev clang clang-format clang-tidy libclang-rt-14-dev
     dpkg-dev fakeroot libimage-exiftool-perl desktop-file-utils git curl jq python3 nginx-light
-    chromium chromium-driver librsvg2-bin openbox at-spi2-core openssl"
+    chromium chromium-driver librsvg2-bin openbox at-spi2-core openssl dbus python3-gi
+    gir1.2-atspi-2.0"
 long="mmdebstrap lintian"
 
 case "${1:-run}" in

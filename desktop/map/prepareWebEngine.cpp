@@ -40,6 +40,8 @@ void prepareWebEngine(OpenGlUse use) {
         setUnlessSet("QT_XCB_GL_INTEGRATION", "none");
         qInstallMessageHandler(withoutOpenGlNotices);
     }
+    // For screen readers; it costs nothing while none runs.
+    setUnlessSet("QTWEBENGINE_ENABLE_LINUX_ACCESSIBILITY", "1");
     // Routes come as texts by the 100,000, which the engine would keep for hundreds of megabytes.
     setUnlessSet("QTWEBENGINE_CHROMIUM_FLAGS", "--js-flags=--max-old-space-size=160");
 #ifdef Q_OS_UNIX

@@ -28,8 +28,15 @@ QString endingOf(const QString& nameFilter) {
 
 } // namespace
 
-QtFileDialogs::QtFileDialogs(HandlerGate& gate, std::string memoryFile)
-    : gate_(gate), memoryFile_(QString::fromStdString(memoryFile)) {}
+QtFileDialogs::QtFileDialogs(HandlerGate& gate, std::string memoryFile, Language language)
+    : gate_(gate),
+      memoryFile_(QString::fromStdString(memoryFile)),
+      language_(std::move(language)) {}
+
+void QtFileDialogs::translate() {
+    if (language_)
+        toolkitTexts_.use(QString::fromStdString(language_()));
+}
 
 QStringList QtFileDialogs::nameFilters(const std::string& filter) {
     const std::vector<std::string> parts = split(filter, '|');
@@ -44,6 +51,7 @@ QStringList QtFileDialogs::nameFilters(const std::string& filter) {
 }
 
 std::string QtFileDialogs::openFiles(const OpenFilesRequest& request) {
+    translate();
     QFileDialog dialog(QApplication::activeWindow(), QString::fromStdString(request.title));
     dialog.setFileMode(QFileDialog::ExistingFiles);
     dialog.setNameFilters(nameFilters(request.filter));
@@ -59,6 +67,7 @@ std::string QtFileDialogs::openFiles(const OpenFilesRequest& request) {
 }
 
 std::string QtFileDialogs::saveFile(const SaveFileRequest& request) {
+    translate();
     QFileDialog dialog(QApplication::activeWindow(), QString::fromStdString(request.title));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "desktop/system/HandlerGate.h"
+#include "desktop/system/ToolkitTexts.h"
 #include "ports/FileDialogs.h"
 #include <QString>
+#include <functional>
+#include <string>
 
 class QFileDialog;
 
@@ -15,9 +18,12 @@ namespace velmorant {
 /// buffer that does not exist here, and dropping files of a card unseen would be worse.
 class QtFileDialogs : public FileDialogs {
   public:
+    /// The language of the program at the moment, as ToolkitTexts takes it.
+    using Language = std::function<std::string()>;
+
     /// `memoryFile` is an INI file of the toolkit's that keeps the folders from run to run; empty:
     /// they are kept for this run only.
-    explicit QtFileDialogs(HandlerGate& gate, std::string memoryFile = {});
+    explicit QtFileDialogs(HandlerGate& gate, std::string memoryFile = {}, Language language = {});
     std::string openFiles(const OpenFilesRequest& request) override;
     std::string saveFile(const SaveFileRequest& request) override;
 
@@ -27,12 +33,15 @@ class QtFileDialogs : public FileDialogs {
   private:
     enum class Kind { Open, Save };
 
+    void translate();
     bool run(QFileDialog& dialog, Kind kind);
     QString lastFolder(Kind kind) const;
     void keepFolder(Kind kind, const QString& folder);
 
     HandlerGate& gate_;
     QString memoryFile_;
+    Language language_;
+    ToolkitTexts toolkitTexts_;
     QString folders_[2];
 };
 

@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QLabel>
+#include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <QWindow>
 #include <utility>
 
 namespace velmorant {
@@ -17,6 +19,13 @@ class AskingDialog : public QDialog {
 
     void reject() override { asked_(); }
 
+  protected:
+    // Anything but the button moves the window, as its title would.
+    void mousePressEvent(QMouseEvent* event) override {
+        if (event->button() == Qt::LeftButton && windowHandle() != nullptr)
+            windowHandle()->startSystemMove();
+    }
+
   private:
     std::function<void()> asked_;
 };
@@ -28,16 +37,32 @@ ExtractionProgress::ExtractionProgress(HandlerGate& gate, QtWaits& waits, Button
       waits_(waits),
       cancelText_(std::move(cancelText)),
       window_(std::make_unique<AskingDialog>([this] { button_->click(); })),
+      title_(new QLabel),
       text_(new QLabel),
       bar_(new QProgressBar),
       button_(new QPushButton) {
+    // A frame of its own, as the program's other windows have: not every desktop draws one.
+    window_->setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
+    title_->setTextFormat(Qt::PlainText);
+    QFont heading = title_->font();
+    heading.setBold(true);
+    title_->setFont(heading);
+    title_->setObjectName("title");
+    text_->setObjectName("text");
     text_->setTextFormat(Qt::PlainText);
     text_->setWordWrap(true);
     text_->setMinimumSize(380, 40);
     bar_->setRange(0, 100);
-    auto* layout = new QVBoxLayout(window_.get());
+    auto* frame = new QFrame;
+    frame->setObjectName("frmSendData");
+    frame->setStyleSheet("#frmSendData { background: #121821; border: 1px solid #75869A; }");
+    auto* outside = new QVBoxLayout(window_.get());
+    outside->setContentsMargins(0, 0, 0, 0);
+    outside->addWidget(frame);
+    auto* layout = new QVBoxLayout(frame);
     layout->setContentsMargins(24, 20, 24, 20);
     layout->setSpacing(14);
+    layout->addWidget(title_);
     layout->addWidget(text_);
     layout->addWidget(bar_);
     layout->addWidget(button_, 0, Qt::AlignRight);
@@ -57,6 +82,7 @@ ExtractionProgress::~ExtractionProgress() {
 
 void ExtractionProgress::showModal(const std::string& title) {
     window_->setWindowTitle(QString::fromStdString(title));
+    title_->setText(QString::fromStdString(title));
     button_->setText(QString::fromStdString(cancelText_()));
     button_->setEnabled(true);
     button_->setFocus();

@@ -35,6 +35,7 @@ class ExtractionProgress : public QObject, public ProgressWindow {
     QtWaits& waits_;
     ButtonText cancelText_;
     std::unique_ptr<QDialog> window_;
+    QLabel* title_;
     QLabel* text_;
     QProgressBar* bar_;
     QPushButton* button_;

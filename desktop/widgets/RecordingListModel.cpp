@@ -87,6 +87,15 @@ QVariant RecordingListModel::data(const QModelIndex& index, int role) const {
     }
 }
 
+QVariant RecordingListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal ||
+        (role != Qt::DisplayRole && role != Qt::AccessibleTextRole))
+        return {};
+    return QString::fromStdString(section == PlayingSign ? words_.playing
+                                  : section == Mark      ? words_.marked
+                                                         : words_.recording);
+}
+
 QVariant RecordingListModel::accessibleText(int row, int column) const {
     const bool marked = source_->mark(row) == RowSource::Mark::Marked;
     const bool playing = source_->weight(row) == RowSource::Weight::Bold;

@@ -5,11 +5,12 @@
 
 namespace velmorant {
 
-/// What screen readers say about a row beside its text.
+/// What screen readers say about a row beside its text, and about its columns.
 struct RowWords {
     std::string marked;
     std::string notMarked;
     std::string playing;
+    std::string recording;
 };
 
 /// Shows a RowSource to the view without a copy of its texts. The source changes first and the
@@ -33,6 +34,7 @@ class RecordingListModel : public QAbstractTableModel {
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
   private:
     QVariant accessibleText(int row, int column) const;

@@ -4,6 +4,21 @@
 #include <utility>
 
 namespace velmorant {
+namespace {
+
+/// The text cut in its middle until it fits when it wraps: a notice begins with a file's name and
+/// ends with the reason, and both have to stay.
+QString cutToFit(const QString& text, const QFontMetrics& metrics, const QSize& size, int flags) {
+    const QRect room(QPoint(0, 0), size);
+    QString shown = text;
+    for (int width = size.width() * (size.height() / metrics.lineSpacing());
+         width > 0 && !room.contains(metrics.boundingRect(room, flags, shown));
+         width -= metrics.averageCharWidth())
+        shown = metrics.elidedText(text, Qt::ElideMiddle, width);
+    return shown;
+}
+
+} // namespace
 
 SkinLabel::SkinLabel(const SkinElement& element, QWidget* parent) : QLabel(parent) {
     setGeometry(element.bounds.toAlignedRect());
@@ -27,11 +42,14 @@ SkinLabel::SkinLabel(const SkinElement& element, QWidget* parent) : QLabel(paren
 void SkinLabel::paintEvent(QPaintEvent* event) {
     if (wordWrap())
         return QLabel::paintEvent(event);
-    const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+    const bool severalLines = height() >= 2 * fontMetrics().lineSpacing();
+    const int flags = static_cast<int>(alignment()) | (severalLines ? Qt::TextWrapAnywhere : 0);
+    const QString shown = severalLines ? cutToFit(text(), fontMetrics(), size(), flags)
+                                       : fontMetrics().elidedText(text(), Qt::ElideRight, width());
     setToolTip(shown == text() ? QString() : text());
     QPainter painter(this);
     painter.setPen(QLabel::palette().color(QPalette::WindowText));
-    painter.drawText(rect(), static_cast<int>(alignment()), shown);
+    painter.drawText(rect(), flags, shown);
 }
 
 SkinDigit::SkinDigit(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element,

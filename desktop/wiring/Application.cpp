@@ -2,6 +2,7 @@
 
 #include "common/textRules.h"
 #include "desktop/wiring/Bridges.h"
+#include "desktop/wiring/paneNames.h"
 
 #include <QApplication>
 #include <QUrl>
@@ -42,6 +43,7 @@ void Application::buildWindows() {
     m_titleMenu = std::make_unique<TitleMenu>(
         *m_panes, *m_host, m_texts, [this] { m_rooms.update->Open(UpdateOpening::OnRequest); });
     m_listMenu = std::make_unique<ListMenu>(m_rooms, *m_panes, *m_host, m_texts);
+    namePanes(*m_panes, m_texts);
     configureTiles();
 
     buildTrackRooms();

@@ -117,9 +117,9 @@ void Application::connectList() {
     };
     pane.view->setListeners(std::move(listeners));
     QObject::connect(pane.skin, &SkinView::loaded, pane.skin, [this] {
-        m_panes->list.view->setWords({m_texts.addition("list.word.marked"),
-                                      m_texts.addition("list.word.notMarked"),
-                                      m_texts.addition("list.word.playing")});
+        m_panes->list.view->setWords(
+            {m_texts.addition("list.word.marked"), m_texts.addition("list.word.notMarked"),
+             m_texts.addition("list.word.playing"), m_texts.addition("list.word.recording")});
     });
 }
 
@@ -138,6 +138,8 @@ void Application::connectMap() {
     });
     browser.onPageMessage(
         [this](const std::string& text) { m_host->journal.write("page says " + text); });
+    m_panes->map.bar->onClick(
+        [this](const std::string&) { m_panes->list.view->setFocus(Qt::OtherFocusReason); });
     // app -> track: the pane is loaded when it gets its band.
     m_frameBands.onChild("frmMediaCtrl", [this] {
         m_panes->map.browser.setLanguage(m_rooms.state.settings.languageIndex == 2 ? "zh-TW"

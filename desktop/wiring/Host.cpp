@@ -39,7 +39,7 @@ Host::Host(const EnvironmentLookup& environment, const std::string& programFolde
            const Texts& texts)
     : paths(environment, programFolder),
       shellObject("velmorant-dvr-tools"),
-      dialogs(gate, dialogMemory(paths)),
+      dialogs(gate, dialogMemory(paths), [&texts] { return texts.addition("toolkit.language"); }),
       messageBox(gate,
                  [&texts](MessageAnswer answer) {
                      switch (answer) {

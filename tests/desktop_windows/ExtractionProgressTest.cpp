@@ -43,11 +43,23 @@ TEST_F(ExtractionProgressTest, shows_text_and_progress_until_the_run_closes_it) 
         shown = progress.window().isVisible();
         EXPECT_EQ(progress.window().windowTitle(), "Extraction");
         EXPECT_EQ(progress.window().findChild<QProgressBar*>()->value(), 40);
-        EXPECT_EQ(progress.window().findChild<QLabel*>()->text(), "<b>103045.MP4</b>");
+        EXPECT_EQ(progress.window().findChild<QLabel*>("text")->text(), "<b>103045.MP4</b>");
     });
     EXPECT_TRUE(shown);
     EXPECT_FALSE(progress.window().isVisible());
     EXPECT_EQ(waits.answeringWindow(), nullptr);
+}
+
+TEST_F(ExtractionProgressTest, names_itself_in_a_frame_of_its_own) {
+    QString title;
+    QColor edge;
+    runWhileShown([&] {
+        title = progress.window().findChild<QLabel*>("title")->text();
+        edge = progress.window().grab().toImage().pixelColor(0, 5);
+    });
+    EXPECT_EQ(title, "Extraction");
+    EXPECT_EQ(edge, QColor(0x75, 0x86, 0x9A));
+    EXPECT_TRUE(progress.window().windowFlags().testFlag(Qt::FramelessWindowHint));
 }
 
 TEST_F(ExtractionProgressTest, cancel_answers_while_the_run_waits) {

@@ -52,7 +52,7 @@ class RecordingListViewTest : public testing::Test {
         empty.fill(QColor(1, 2, 3));
         full.fill(QColor(0, 255, 255));
         view.setPictures({empty, full, full});
-        view.setWords({"marked", "not marked", "playing"});
+        view.setWords({"marked", "not marked", "playing", "recording"});
         RecordingListView::Listeners listeners;
         listeners.mouseDown = [this](int x, int y) { downs.emplace_back(x, y); };
         listeners.mouseClick = [this](int x, int y) { clicks.emplace_back(x, y); };

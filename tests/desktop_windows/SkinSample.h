@@ -35,6 +35,7 @@ inline const char* const sampleSkin = R"(<?xml version="1.0" encoding="UTF-8"?>
 <g id="volume"><title>Volume</title><rect id="volume.range" x="110" y="48" width="100" height="24" fill="none"/><g id="volume.track"><rect x="110" y="58" width="100" height="4" fill="#FFFFFF"/></g></g>
 <rect id="A1" x="250" y="10" width="25" height="30" fill="none"/>
 <rect id="place.status" x="60" y="90" width="100" height="20" fill="none" color="#FFFF00" font-size="12"/>
+<rect id="place.notice" x="160" y="82" width="60" height="32" fill="none" color="#FFFF00" font-size="12"/>
 <rect id="place.chart" x="220" y="50" width="70" height="60" fill="#654321"/>
 </svg>
 )";

@@ -196,6 +196,21 @@ TEST_F(SkinViewTest, a_text_too_long_for_its_place_shows_whole_as_a_tool_tip) {
     EXPECT_EQ(label->toolTip(), label->text());
 }
 
+TEST_F(SkinViewTest, a_place_of_two_lines_wraps_and_keeps_the_end_of_a_long_text) {
+    const QSize lines(60, 2 * 15 + 2);
+    const QString path(200, 'p');
+    auto shown = [&](const QString& text) {
+        view.setText("place.notice", text.toStdString());
+        return element("place.notice").grab(QRect(QPoint(0, 0), lines)).toImage();
+    };
+    ASSERT_EQ(element("place.notice").size(), lines);
+    const QImage why = shown(path + ": why");
+    EXPECT_NE(why, shown(path + ": how")) << "the reason is cut off";
+    const QImage one = shown("one" + path);
+    EXPECT_NE(one, shown("two" + path)) << "the name is cut off";
+    EXPECT_EQ(element("place.notice").toolTip(), "two" + path);
+}
+
 TEST_F(SkinViewTest, screen_readers_get_names_roles_and_values) {
     view.setValue("volume", 40);
     QAccessibleInterface* play = QAccessible::queryAccessibleInterface(&element("play"));

@@ -54,6 +54,48 @@ TEST_F(RecordingListFileTest, composes_one_element_per_row) {
               "<x3>/card/20121009/103046_P.MP4</x3>\n</Data>\n</mp4list>");
 }
 
+TEST_F(RecordingListFileTest, composes_every_row_whatever_its_state) {
+    add({"103045.MP4", "103045.MP4", "103046_P.MP4"});
+    const std::string before = RecordingListFile::compose(list);
+    list.setMark(2, MarkState::Marked);
+    list.setText(1, SubItem::FileMissing, "1");
+    list.setText(3, SubItem::TrackExtracted, "1");
+    EXPECT_EQ(RecordingListFile::compose(list), before);
+}
+
+TEST_F(RecordingListFileTest, writes_a_short_display_text_whole_and_cuts_a_longer_one) {
+    put("<mp4list><Data><x2>9</x2><x3>/a.MP4</x3></Data>"
+        "<Data><x2>2012/10/09  10:30:45</x2><x3>/b.MP4</x3></Data></mp4list>");
+    load();
+    const std::string text = RecordingListFile::compose(list);
+    EXPECT_NE(text.find("<x2>9    Normal</x2>"), std::string::npos) << text;
+    EXPECT_NE(text.find("<x2>2012/10/09  10:30:45</x2>"), std::string::npos) << text;
+}
+
+TEST_F(RecordingListFileTest, carries_the_same_path_twice) {
+    add({"103045.MP4", "103045.MP4"});
+    restart();
+    EXPECT_EQ(column(SubItem::FullPath),
+              (Texts{"/card/20121009/103045.MP4", "/card/20121009/103045.MP4"}));
+    EXPECT_EQ(column(SubItem::SerialNumber), (Texts{"1", "2"}));
+}
+
+TEST_F(RecordingListFileTest, writes_utf8_and_no_carriage_return) {
+    add({"\u884c\u8eca.MP4"});
+    file.SaveRecordingList(list);
+    const std::string bytes = folder.read("flow.xml");
+    EXPECT_NE(bytes.find("\xE8\xA1\x8C\xE8\xBB\x8A.MP4"), std::string::npos) << bytes;
+    EXPECT_EQ(bytes.find('\r'), std::string::npos);
+}
+
+TEST_F(RecordingListFileTest, shows_nothing_when_the_file_cannot_be_written) {
+    paths.writableFolder = folder.file("nowhere/deeper");
+    add({"103045.MP4"});
+    file.SaveRecordingList(list);
+    EXPECT_TRUE(messageBox.shown.empty());
+    EXPECT_EQ(list.count(), 1);
+}
+
 TEST_F(RecordingListFileTest, carries_the_rows_across_a_restart_in_order) {
     add({"103046_P.MP4", "103045.MP4", "103045.MP4", "103047_p.MP4", "drive.MP4"});
     list.remove(2, 1);
@@ -109,6 +151,8 @@ TEST_F(RecordingListFileTest, loses_the_list_when_a_path_makes_the_text_ill_form
     add({"103045 & 46.MP4"});
     file.SaveRecordingList(list);
     EXPECT_EQ(folder.read("flow.xml"), "");
+    restart();
+    EXPECT_EQ(list.count(), 0);
     EXPECT_TRUE(messageBox.shown.empty());
 }
 

@@ -69,6 +69,13 @@ TEST_F(frmAboutTest, closes_after_the_message_when_its_skin_is_missing) {
     EXPECT_EQ(window.closes, 1);
 }
 
+TEST_F(frmAboutTest, counts_a_skin_that_is_no_drawing_as_missing) {
+    skin.loadable = false;
+    EXPECT_EQ(box.Load(), SkinLoad::Missing);
+    EXPECT_EQ(messageBox.shown.size(), 1U);
+    EXPECT_EQ(window.closes, 1);
+}
+
 TEST_F(frmAboutTest, closes_and_opens_the_web_site_by_the_elements_names) {
     box.Load();
     for (const char* element : {"", "open", "webstations", "place.version"})

@@ -144,6 +144,28 @@ TEST_F(frmSetupInfoTest, applies_a_new_unit_at_once_without_a_restart) {
     EXPECT_EQ(window.closes, 1);
 }
 
+TEST_F(frmSetupInfoTest, applies_the_factor_of_every_unit) {
+    const std::vector<std::pair<std::string, double>> units = {
+        {"UNIT1003", 0.5399568}, {"UNIT1001", 1.0}, {"UNIT1002", 0.6213712}};
+    for (const auto& [element, factor] : units) {
+        dialog.Load();
+        click({element, "CMDCLOSE"});
+        EXPECT_EQ(settings.speedFactor, factor) << element;
+    }
+}
+
+TEST_F(frmSetupInfoTest, chooses_english_in_the_chinese_program) {
+    settings.setLanguage(1002);
+    messageBox.answers = {MessageAnswer::Yes};
+    dialog.Load();
+    click({"LANG1001"});
+    EXPECT_EQ(skin.loaded.back(), "/program/skin/setup/1.mp4");
+    click({"CMDCLOSE"});
+    EXPECT_EQ(targets.calls.front(), "write mainv=1001");
+    EXPECT_EQ(targets.calls.back(), "endProgram");
+    EXPECT_EQ(settings.languageBase, 10000);
+}
+
 TEST_F(frmSetupInfoTest, restarts_after_a_change_of_language) {
     messageBox.answers = {MessageAnswer::Yes};
     dialog.Load();

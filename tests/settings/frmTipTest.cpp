@@ -75,5 +75,12 @@ TEST_F(frmTipTest, closes_after_the_message_when_its_skin_is_missing) {
     EXPECT_EQ(window.closes, 1);
 }
 
+TEST_F(frmTipTest, counts_a_skin_that_is_no_drawing_as_missing) {
+    skin.loadable = false;
+    EXPECT_EQ(splash.Load(), SkinLoad::Missing);
+    EXPECT_EQ(messageBox.shown.size(), 1U);
+    EXPECT_EQ(window.closes, 1);
+}
+
 } // namespace
 } // namespace velmorant

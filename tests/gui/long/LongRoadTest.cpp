@@ -1,11 +1,15 @@
 // What takes minutes: run by tools/long_tests.sh, not by CTest.
 #include "tests/gui/ProgramTest.h"
 
+#include <QApplication>
 #include <QDialog>
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QMimeData>
 #include <QPushButton>
 #include <QTest>
+#include <QUrl>
 
 #include <algorithm>
 #include <cstdio>
@@ -113,6 +117,48 @@ TEST_F(LongRoadTest, the_window_repaints_while_300_recordings_are_added_and_extr
     EXPECT_NE(boxes[0].find(fs::path(broken).filename().string()), std::string::npos) << boxes[0];
     ASSERT_TRUE(
         waitUntil([&] { return driver().map().routeCount() == driver().rowsWithPlaces(); }));
+}
+
+/// Drops paths on the middle of the list, as a file manager does.
+void dropOn(QWidget& window, const std::vector<std::string>& paths) {
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const std::string& path : paths)
+        urls << QUrl::fromLocalFile(QString::fromStdString(path));
+    data.setUrls(urls);
+    const QPoint place(800, 500);
+    QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &enter);
+    ASSERT_TRUE(enter.isAccepted()) << "the window takes no files";
+    QDropEvent drop(QPointF(place), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &drop);
+}
+
+TEST_F(LongRoadTest, a_dropped_card_of_5000_files_is_listed_within_a_second) {
+    constexpr int files = 5000;
+    const std::string card = folder() + "/card";
+    for (int i = 0; i < files; ++i) {
+        char name[60];
+        std::snprintf(name, sizeof name, "/202406%02d/%06d.MP4", 1 + i / 250, 100000 + i % 250);
+        fs::create_directories(fs::path(card + name).parent_path());
+        std::ofstream(card + name, std::ios::binary) << "stub";
+    }
+    start();
+    RepaintProbe probe(panes().frame.skin());
+    QElapsedTimer sinceDrop;
+    sinceDrop.start();
+    ASSERT_NO_FATAL_FAILURE(dropOn(panes().frame, {card}));
+    ASSERT_TRUE(waitUntil([&] { return driver().rowCount() == files; }));
+    const qint64 taken = sinceDrop.elapsed();
+    std::printf("%d rows %lld ms after the drop, longest time between two paintings %lld ms of %d "
+                "paintings\n",
+                files, taken, probe.longest(), probe.paintings());
+    EXPECT_LE(taken, 1000);
+    EXPECT_LE(probe.longest(), repaintLimit);
+    EXPECT_GE(probe.paintings(), 3);
+    EXPECT_EQ(driver().path(1), card + "/20240601/100000.MP4");
+    EXPECT_EQ(driver().path(files), card + "/20240620/100249.MP4");
+    EXPECT_EQ(boxes, std::vector<std::string>());
 }
 
 TEST_F(LongRoadTest, cancel_answers_at_once) {

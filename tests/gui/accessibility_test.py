@@ -1,0 +1,399 @@
+#!/usr/bin/python3
+"""Uses the real program without a mouse, by the keyboard and by what it tells screen readers.
+
+    accessibility_test.py PROGRAM_FOLDER SKIN_TEXTS_FOLDER CARD PICTURES_FOLDER
+
+In English: every command of the skins is in the accessibility tree under its name, the Tab key
+reaches each, and the focus can be seen; the dialogs, boxes and menus open and close by keys. Then
+the settings change the language: the program starts again with the same rows, and all is looked at
+once more in Chinese. Needs a display, a session bus, openbox, xdotool and ImageMagick. Leaves a
+picture of every window in each language."""
+
+import os
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402  (the version comes first)
+
+WAIT = 30
+COMMANDS = {"push button", "check box", "toggle button", "slider", "radio button"}
+# What the page of the map offers, by the language of the page.
+MAP_COMMANDS = {1: ["Zoom in", "Zoom out"], 2: ["放大", "縮小"]}
+OTHER_NAMES = {1: ["Recordings", "Map", "Picture", "Speed or G-force of every second"],
+               2: ["錄影清單", "地圖", "影像", "每一秒的車速或 G 值"]}
+LIST_MENU = {1: ["Play", "Mark or unmark", "Show on map", "Show in folder", "Copy path",
+                 "Export track", "Remove from list"],
+             2: ["播放", "標記或取消標記", "在地圖上顯示", "在資料夾中顯示", "複製路徑", "匯出軌跡",
+                 "從清單移除"]}
+TITLE_MENU = {1: ["Minimise", "Close", "Check for updates"], 2: ["最小化", "關閉", "檢查更新"]}
+BOX_BUTTONS = {1: ["Yes", "No"], 2: ["是", "否"]}
+FILE_DIALOG = {1: ["Open", "Cancel"], 2: ["開啟", "取消"]}
+failures = []
+
+
+def check(condition, text):
+    if not condition:
+        failures.append(text)
+        print("FAILED:", text, flush=True)
+
+
+def wait_for(condition, what, seconds=WAIT):
+    end = time.monotonic() + seconds
+    while time.monotonic() < end:
+        found = condition()
+        if found:
+            return found
+        time.sleep(0.05)
+    raise TimeoutError(f"{what} within {seconds} s")
+
+
+def run(*command):
+    return subprocess.run(command, check=True, capture_output=True, text=True).stdout
+
+
+def key(name):
+    run("xdotool", "key", name)
+    time.sleep(0.06)
+
+
+def state(node, wanted):
+    return node.get_state_set().contains(wanted)
+
+
+def walk(node):
+    """The node and all below it that is there, in the order of the tree."""
+    try:
+        yield node
+        for i in range(node.get_child_count()):
+            child = node.get_child_at_index(i)
+            if child is not None:
+                yield from walk(child)
+    except gi.repository.GLib.GError:
+        return  # it went while it was looked at
+
+
+def shown(node):
+    return state(node, Atspi.StateType.SHOWING)
+
+
+def texts_of(folder, language):
+    names = {}
+    with open(f"{folder}/{language}.txt", encoding="utf-8") as lines:
+        for line in lines:
+            if " = " in line and not line.startswith("#"):
+                name, text = line.rstrip("\n").split(" = ", 1)
+                names[name] = text
+    return names
+
+
+class Program:
+    def __init__(self, texts, pictures, language):
+        self.pictures = pictures
+        self.language = language
+        self.names = texts_of(texts, language)
+        self.application = wait_for(self.find, "the program in the accessibility tree")
+        wait_for(lambda: [n for n in self.all() if n.get_role_name() == "push button"
+                          and n.get_name() == MAP_COMMANDS[language][0]], "the map's buttons")
+
+    @staticmethod
+    def find():
+        desktop = Atspi.get_desktop(0)
+        for i in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(i)
+            if application is not None and "velmorant" in application.get_name():
+                return application
+        return None
+
+    def all(self):
+        self.application.clear_cache()
+        return list(walk(self.application))
+
+    def commands_of(self, window):
+        """The names of a skin's commands: the long name where there is one, else the label."""
+        return [text for name, text in self.names.items()
+                if name.startswith(window + ".") and name.endswith(".name")]
+
+    def named(self, roles=None):
+        return {n.get_name() for n in self.all()
+                if shown(n) and (roles is None or n.get_role_name() in roles)}
+
+    def rows(self):
+        cells = [n.get_name() for n in self.all() if n.get_role_name() == "table cell"]
+        return [name.split(",")[0] for name in cells if name[:2] == "20"]
+
+    def focused(self):
+        """A page and a list keep the focus of their own when another part of the window gets it, so
+        a command with the focus counts before them."""
+        found = [n for n in self.all() if shown(n) and state(n, Atspi.StateType.FOCUSED)]
+        for roles in (COMMANDS, {"text", "tree", "tree table"}):
+            for node in found:
+                if node.get_role_name() in roles:
+                    return node
+        return found[-1] if found else None
+
+    def picture(self, name):
+        time.sleep(0.4)
+        path = f"{self.pictures}/{name}-{self.language}.png"
+        run("import", "-window", "root", path)
+        return path
+
+    def tell(self, text):
+        print(f"language {self.language}: {text}", flush=True)
+
+
+class Screen:
+    """The whole screen at one moment."""
+
+    def __init__(self):
+        self.width = int(run("xdotool", "getdisplaygeometry").split()[0])
+        self.bytes = subprocess.run(["import", "-window", "root", "-depth", "8", "rgb:-"],
+                                    check=True, capture_output=True).stdout
+
+    def part(self, place):
+        lines = []
+        for y in range(max(place.y - 4, 0), place.y + place.height + 4):
+            start = (y * self.width + max(place.x - 4, 0)) * 3
+            lines.append(self.bytes[start:start + (place.width + 8) * 3])
+        return lines
+
+
+def window_of(node):
+    while node.get_parent() is not None and node.get_parent().get_role_name() != "application":
+        node = node.get_parent()
+    return node
+
+
+def is_command(node):
+    return (node.get_role_name() in COMMANDS and shown(node)
+            and state(node, Atspi.StateType.FOCUSABLE) and state(node, Atspi.StateType.SENSITIVE))
+
+
+def reach_all(program, expected, where):
+    """The Tab key goes to every command of the window that has the focus, and shows that it did."""
+    start = wait_for(program.focused, f"{where}: anything with the focus")
+    wanted = {n.get_name() for n in walk(window_of(start)) if is_command(n)}
+    check("" not in wanted, f"{where}: a command has no name")
+    for name in expected:
+        check(name in wanted, f"{where}: no command is named {name!r}")
+    reached = {}
+    before = None
+    for _ in range(2 * len(wanted) + 20):
+        screen = Screen()
+        if before is not None and before[0] not in reached:
+            reached[before[0]] = before[1].part(before[2]) != screen.part(before[2])
+        if wanted <= reached.keys():
+            break
+        now = program.focused()
+        before = now and (now.get_name(), screen, now.get_extents(Atspi.CoordType.SCREEN))
+        key("Tab")
+    for name in sorted(wanted - reached.keys()):
+        check(False, f"{where}: the Tab key does not reach {name!r}")
+    for name in sorted(name for name in wanted & reached.keys() if not reached[name]):
+        check(False, f"{where}: it cannot be seen that {name!r} has the focus")
+    program.tell(f"{where}: {len(wanted)} commands reached by Tab")
+
+
+def focus(program, name):
+    for _ in range(120):
+        now = program.focused()
+        if now is not None and now.get_name() == name:
+            return now
+        key("Tab")
+    raise TimeoutError(f"the Tab key does not come to {name!r}")
+
+
+def press(program, name):
+    focus(program, name)
+    key("space")
+
+
+def wait_for_names(program, names, where):
+    try:
+        wait_for(lambda: set(names) <= program.named(), where, 10)
+    except TimeoutError:
+        check(False, f"{where}: missing {sorted(set(names) - program.named())}")
+
+
+def wait_until_gone(program, name, where):
+    wait_for(lambda: name not in program.named(), f"{where} closed")
+
+
+def use_dialogs(program):
+    names, language = program.names, program.language
+    press(program, names["main.setup.name"])
+    wait_for_names(program, [names["setup.cmdclose"]], "settings")
+    reach_all(program, [names["setup.cancel.name"], names["setup.cmdclose"], names["setup.unit1002"],
+                        "English", "\u7e41\u9ad4\u4e2d\u6587"], "settings")
+    program.picture("settings")
+    key("Escape")
+    wait_until_gone(program, names["setup.cmdclose"], "settings")
+
+    press(program, names["main.info.name"])
+    web_site = {1: "Web site of the program", 2: "\u7a0b\u5f0f\u7684\u7db2\u7ad9"}[language]
+    wait_for_names(program, [web_site], "about")
+    reach_all(program, [web_site], "about")
+    program.picture("about")
+    key("Escape")
+    wait_until_gone(program, web_site, "about")
+
+    press(program, names["main.delete.name"])
+    wait_for_names(program, BOX_BUTTONS[language], "message box")
+    reach_all(program, BOX_BUTTONS[language], "message box")
+    program.picture("box")
+    key("Escape")
+    wait_until_gone(program, BOX_BUTTONS[language][0], "message box")
+    check(len(program.rows()) == 4, "Escape in the question deletes nothing")
+
+    press(program, names["main.open.name"])
+    wait_for_names(program, FILE_DIALOG[language], "file dialog")
+    program.picture("open")
+    for label in (n for n in program.all() if shown(n) and n.get_role_name() == "label"):
+        text = label.get_name()
+        check(language == 1 or not text.startswith(("Look", "File", "Directory")),
+              f"file dialog: {text!r} is not in the program's language")
+    key("Escape")
+    wait_until_gone(program, FILE_DIALOG[language][1], "file dialog")
+
+
+def use_menus(program):
+    language = program.language
+    focus(program, program.names["main.info.name"])
+    key("Menu")
+    wait_for_names(program, TITLE_MENU[language], "title menu")
+    program.picture("title-menu")
+    key("Escape")
+    wait_until_gone(program, TITLE_MENU[language][2], "title menu")
+
+    for _ in range(120):
+        now = program.focused()
+        if now is not None and now.get_role_name() in ("tree", "tree table", "table cell"):
+            break
+        key("Tab")
+    key("Home")
+    key("Down")
+    key("Menu")
+    wait_for_names(program, LIST_MENU[language], "list menu")
+    program.picture("list-menu")
+    key("Escape")
+    wait_until_gone(program, LIST_MENU[language][3], "list menu")
+
+
+def look_for_updates(program):
+    """The window or the notice of the update, whatever it has to say here."""
+    before = program.named()
+    focus(program, program.names["main.info.name"])
+    key("Menu")
+    wait_for_names(program, TITLE_MENU[program.language], "title menu")
+    key("Up")
+    key("Return")
+    wait_for(lambda: program.named() - before - set(TITLE_MENU[program.language]), "the update")
+    program.picture("update")
+    for _ in range(3):
+        key("Escape")
+
+
+def extract(program):
+    title = {1: "Reading tracks", 2: "\u6b63\u5728\u8b80\u53d6\u8ecc\u8de1"}[program.language]
+    press(program, program.names["list.all.name"])
+    wait_for(lambda: title in program.named(), "the window of the extraction")
+    program.picture("extraction")
+    wait_for(lambda: title not in program.named(), "the end of the extraction")
+    program.picture("main")
+
+
+def change_language(program, apply):
+    names = program.names
+    rows = program.rows()
+    press(program, names["main.setup.name"])
+    wait_for_names(program, [names["setup.cmdclose"]], "settings")
+    press(program, "\u7e41\u9ad4\u4e2d\u6587")
+    wait_for_names(program, [apply], "settings in the other language")
+    press(program, apply)
+    yes = wait_for(lambda: next((n for n in program.all() if shown(n) and n.get_name() in
+                                 ("Yes", "\u662f")), None), "the restart's question")
+    program.picture("restart")
+    process = program.application.get_process_id()
+    press(program, yes.get_name())
+    wait_for(lambda: not os.path.exists(f"/proc/{process}"), "the end of the first program")
+    return rows
+
+
+def use_all(program):
+    language = program.language
+    wait_for(program.focused, "the focus")
+    for name in OTHER_NAMES[language]:
+        check(name in program.named(), f"main window: nothing is named {name!r}")
+    reach_all(program, program.commands_of("main") + program.commands_of("control") +
+              program.commands_of("list") + MAP_COMMANDS[language], "main window")
+    use_dialogs(program)
+    use_menus(program)
+    look_for_updates(program)
+    extract(program)
+
+
+def end_by_keys(program):
+    process = program.application.get_process_id()
+    press(program, program.names["main.close.name"])
+    yes = BOX_BUTTONS[program.language][0]
+    wait_for_names(program, [yes], "exit question")
+    program.picture("exit")
+    press(program, yes)
+    wait_for(lambda: not os.path.exists(f"/proc/{process}"), "the end of the program")
+
+
+def environment_of(folder):
+    """A home of the program's own; English to begin with."""
+    environment = dict(os.environ, HOME=folder, LANG="en_GB.UTF-8",
+                       QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+                       VELMORANT_JOURNAL=os.path.join(folder, "journal"))
+    for name in ("CONFIG", "DATA", "CACHE"):
+        environment[f"XDG_{name}_HOME"] = os.path.join(folder, name.lower())
+    return environment
+
+
+def main():
+    program_folder, texts, card, pictures = sys.argv[1:5]
+    os.makedirs(pictures, exist_ok=True)
+    Atspi.init()
+    Atspi.get_desktop(0).get_child_count()  # wakes the registry, which the program looks for
+    with tempfile.TemporaryDirectory() as folder:
+        environment = environment_of(folder)
+        for command in (["velmorant-setup"], ["velmorant-list", card]):
+            subprocess.run([os.path.join(program_folder, command[0])] + command[1:],
+                           env=environment, check=True, stdout=subprocess.DEVNULL)
+        manager = subprocess.Popen(["openbox"], env=environment, stderr=subprocess.DEVNULL)
+        # A window that is there before the manager would not hear where it is put.
+        wait_for(lambda: "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "openbox")
+        first = subprocess.Popen([os.path.join(program_folder, "Velmorant DVR Tools")],
+                                 env=environment, stderr=subprocess.DEVNULL)
+        second = None
+        try:
+            program = Program(texts, pictures, 1)
+            use_all(program)
+            rows = change_language(program, texts_of(texts, 2)["setup.cmdclose"])
+            first.wait(WAIT)
+            program = Program(texts, pictures, 2)
+            second = program.application.get_process_id()
+            check(program.rows() == rows, f"other rows after the restart: {program.rows()}, {rows}")
+            use_all(program)
+            end_by_keys(program)
+            second = None
+        except TimeoutError as missed:
+            check(False, str(missed))
+            run("import", "-window", "root", f"{pictures}/missed.png")
+        finally:
+            for process in (first.poll() is None and first.pid, second, manager.pid):
+                if process:
+                    os.kill(process, signal.SIGTERM)
+    print(f"{len(failures)} failures; pictures in {pictures}")
+    return 1 if failures else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
