@@ -5,10 +5,10 @@
 #   VELMORANT_KILLS          how often it is killed (default 30)
 #   VELMORANT_CLICKS         how many places of routes are clicked (default 200)
 #   VELMORANT_FUZZ_SECONDS   how long each fuzzer runs (default 120)
-#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz clean
+#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz package clean
 set -u
 cd "$(dirname "$0")/.." || exit 1
-tests=${*:-road clicks kills starts update fuzz clean}
+tests=${*:-road clicks kills starts update fuzz package clean}
 starts=${VELMORANT_STARTS:-100}
 kills=${VELMORANT_KILLS:-30}
 fuzz_seconds=${VELMORANT_FUZZ_SECONDS:-120}
