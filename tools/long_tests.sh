@@ -5,10 +5,10 @@
 #   VELMORANT_KILLS          how often it is killed (default 30)
 #   VELMORANT_CLICKS         how many places of routes are clicked (default 200)
 #   VELMORANT_FUZZ_SECONDS   how long each fuzzer runs (default 120)
-#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz package clean
+#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz package keyboard clean
 set -u
 cd "$(dirname "$0")/.." || exit 1
-tests=${*:-road clicks kills starts update fuzz package clean}
+tests=${*:-road clicks kills starts update fuzz package keyboard clean}
 starts=${VELMORANT_STARTS:-100}
 kills=${VELMORANT_KILLS:-30}
 fuzz_seconds=${VELMORANT_FUZZ_SECONDS:-120}
@@ -160,6 +160,12 @@ for test in $tests; do
     package)
         tools/package_test.sh
         result "package" $?
+        ;;
+    keyboard)
+        tools/on_virtual_display.sh 1024x768 dbus-run-session -- /usr/bin/python3 \
+            tests/gui/accessibility_test.py "$program" resources/skin/texts \
+            build/default/tests/gui/card build/window-pictures 2>"$work/keyboard.log"
+        result "the whole program by keyboard and screen reader" $?
         ;;
     clean)
         for command in ./run.sh ./test.sh; do

@@ -41,10 +41,10 @@ build_package() {
         "$(grep -c '^E:' "$work/lintian.log") errors, $(grep -c '^W:' "$work/lintian.log") warnings"
 }
 
-# Every path of the system but what the package manager and the running system note down.
+# Every path of the system but what the package manager, the running system and this test note down.
 paths_of_system() {
     in_clean_root find / -xdev \( -path /proc -o -path /sys -o -path /dev -o -path /run -o \
-        -path /tmp -o -path /var/cache -o -path /var/log -o -path /var/lib/apt -o \
+        -path /tmp -o -path /var/tmp -o -path /.before -o -path /var/cache -o -path /var/log -o -path /var/lib/apt -o \
         -path /var/lib/dpkg \) -prune -o -print | sort
 }
 
@@ -106,7 +106,7 @@ see_it_run() { # LANGUAGE PICTURE
     sleep 4 # the splash goes after 3 s
     import -window root "$pictures/$2.png"
     [ "$(identify -format %k "$pictures/$2.png")" -gt 100 ] || fail "$1: the picture is empty"
-    pgrep -u "$(in_clean_root id -u "$user")" -f 'type=renderer' >/dev/null ||
+    pgrep -u "$(in_clean_root id -u "$user")" -f QtWebEngineProcess >/dev/null ||
         fail "$1: no process of the map page"
     ! grep -q 'Sandboxing disabled' "$work/run.log" || fail "$1: the browser runs without its sandbox"
     kill $process

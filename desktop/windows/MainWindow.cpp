@@ -1,6 +1,9 @@
 #include "desktop/windows/MainWindow.h"
 
 #include "desktop/windows/FrameArea.h"
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QVBoxLayout>
@@ -97,8 +100,22 @@ void MainWindow::enlarge(QWidget* widget) {
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
-    if (!key_ || !key_(*event))
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
+        openContextMenu();
+    else if (!key_ || !key_(*event))
         event->ignore();
+}
+
+/// As the menu key of a keyboard does, which not every keyboard has.
+void MainWindow::openContextMenu() {
+    QWidget* target = qobject_cast<QAbstractScrollArea*>(focusWidget());
+    if (target == nullptr) { // a button, which has no menu but the frame's
+        emit customContextMenuRequested(titleArea.center());
+        return;
+    }
+    const QPoint place = target->rect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, place, target->mapToGlobal(place));
+    QApplication::sendEvent(target, &event);
 }
 
 void MainWindow::mousePressEvent(QMouseEvent* event) {

@@ -55,6 +55,7 @@ class MainWindow : public QWidget {
 
   private:
     void layoutPanes();
+    void openContextMenu();
 
     SkinView* skin_;
     QtWindow window_;

@@ -19,7 +19,7 @@ import time
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi  # noqa: E402  (the version comes first)
+from gi.repository import Atspi, GLib  # noqa: E402  (the version comes first)
 
 WAIT = 30
 COMMANDS = {"push button", "check box", "toggle button", "slider", "radio button"}
@@ -27,11 +27,6 @@ COMMANDS = {"push button", "check box", "toggle button", "slider", "radio button
 MAP_COMMANDS = {1: ["Zoom in", "Zoom out"], 2: ["放大", "縮小"]}
 OTHER_NAMES = {1: ["Recordings", "Map", "Picture", "Speed or G-force of every second"],
                2: ["錄影清單", "地圖", "影像", "每一秒的車速或 G 值"]}
-LIST_MENU = {1: ["Play", "Mark or unmark", "Show on map", "Show in folder", "Copy path",
-                 "Export track", "Remove from list"],
-             2: ["播放", "標記或取消標記", "在地圖上顯示", "在資料夾中顯示", "複製路徑", "匯出軌跡",
-                 "從清單移除"]}
-TITLE_MENU = {1: ["Minimise", "Close", "Check for updates"], 2: ["最小化", "關閉", "檢查更新"]}
 BOX_BUTTONS = {1: ["Yes", "No"], 2: ["是", "否"]}
 FILE_DIALOG = {1: ["Open", "Cancel"], 2: ["開啟", "取消"]}
 failures = []
@@ -51,6 +46,18 @@ def wait_for(condition, what, seconds=WAIT):
             return found
         time.sleep(0.05)
     raise TimeoutError(f"{what} within {seconds} s")
+
+
+def steady(look):
+    """Looks again when something went from the tree while it was looked at."""
+    def again(*arguments):
+        for _ in range(50):
+            try:
+                return look(*arguments)
+            except GLib.GError:
+                time.sleep(0.05)
+        return look(*arguments)
+    return again
 
 
 def run(*command):
@@ -74,7 +81,7 @@ def walk(node):
             child = node.get_child_at_index(i)
             if child is not None:
                 yield from walk(child)
-    except gi.repository.GLib.GError:
+    except GLib.GError:
         return  # it went while it was looked at
 
 
@@ -98,8 +105,7 @@ class Program:
         self.language = language
         self.names = texts_of(texts, language)
         self.application = wait_for(self.find, "the program in the accessibility tree")
-        wait_for(lambda: [n for n in self.all() if n.get_role_name() == "push button"
-                          and n.get_name() == MAP_COMMANDS[language][0]], "the map's buttons")
+        wait_for(lambda: MAP_COMMANDS[language][0] in self.named(), "the map's buttons")
 
     @staticmethod
     def find():
@@ -119,14 +125,17 @@ class Program:
         return [text for name, text in self.names.items()
                 if name.startswith(window + ".") and name.endswith(".name")]
 
+    @steady
     def named(self, roles=None):
         return {n.get_name() for n in self.all()
                 if shown(n) and (roles is None or n.get_role_name() in roles)}
 
+    @steady
     def rows(self):
         cells = [n.get_name() for n in self.all() if n.get_role_name() == "table cell"]
         return [name.split(",")[0] for name in cells if name[:2] == "20"]
 
+    @steady
     def focused(self):
         """A page and a list keep the focus of their own when another part of the window gets it, so
         a command with the focus counts before them."""
@@ -155,12 +164,24 @@ class Screen:
         self.bytes = subprocess.run(["import", "-window", "root", "-depth", "8", "rgb:-"],
                                     check=True, capture_output=True).stdout
 
+    def differs(self, other):
+        """Bytes that are not the same."""
+        return sum(a != b for a, b in zip(self.bytes, other.bytes))
+
     def part(self, place):
         lines = []
         for y in range(max(place.y - 4, 0), place.y + place.height + 4):
             start = (y * self.width + max(place.x - 4, 0)) * 3
             lines.append(self.bytes[start:start + (place.width + 8) * 3])
         return lines
+
+
+def ended(process):
+    try:
+        with open(f"/proc/{process}/stat", encoding="utf-8") as stat:
+            return stat.read().rsplit(")", 1)[1].split()[0] == "Z"
+    except OSError:
+        return True
 
 
 def window_of(node):
@@ -174,23 +195,32 @@ def is_command(node):
             and state(node, Atspi.StateType.FOCUSABLE) and state(node, Atspi.StateType.SENSITIVE))
 
 
+def place_of(node):
+    return node and (node.get_name(), node.get_extents(Atspi.CoordType.SCREEN))
+
+
+@steady
+def commands_below(node):
+    return {n.get_name() for n in walk(window_of(node)) if is_command(n)}
+
+
 def reach_all(program, expected, where):
     """The Tab key goes to every command of the window that has the focus, and shows that it did."""
     start = wait_for(program.focused, f"{where}: anything with the focus")
-    wanted = {n.get_name() for n in walk(window_of(start)) if is_command(n)}
+    wanted = commands_below(start)
     check("" not in wanted, f"{where}: a command has no name")
     for name in expected:
         check(name in wanted, f"{where}: no command is named {name!r}")
     reached = {}
     before = None
     for _ in range(2 * len(wanted) + 20):
+        now = steady(lambda: place_of(program.focused()))()
         screen = Screen()
         if before is not None and before[0] not in reached:
             reached[before[0]] = before[1].part(before[2]) != screen.part(before[2])
         if wanted <= reached.keys():
             break
-        now = program.focused()
-        before = now and (now.get_name(), screen, now.get_extents(Atspi.CoordType.SCREEN))
+        before = now and (now[0], screen, now[1])
         key("Tab")
     for name in sorted(wanted - reached.keys()):
         check(False, f"{where}: the Tab key does not reach {name!r}")
@@ -201,9 +231,9 @@ def reach_all(program, expected, where):
 
 def focus(program, name):
     for _ in range(120):
-        now = program.focused()
-        if now is not None and now.get_name() == name:
-            return now
+        now = steady(lambda: place_of(program.focused()))()
+        if now is not None and now[0] == name:
+            return
         key("Tab")
     raise TimeoutError(f"the Tab key does not come to {name!r}")
 
@@ -253,46 +283,47 @@ def use_dialogs(program):
     press(program, names["main.open.name"])
     wait_for_names(program, FILE_DIALOG[language], "file dialog")
     program.picture("open")
-    for label in (n for n in program.all() if shown(n) and n.get_role_name() == "label"):
-        text = label.get_name()
+    for text in program.named({"label"}):
         check(language == 1 or not text.startswith(("Look", "File", "Directory")),
               f"file dialog: {text!r} is not in the program's language")
     key("Escape")
     wait_until_gone(program, FILE_DIALOG[language][1], "file dialog")
 
 
+def open_menu(program, name):
+    """Opens the menu of what has the focus; a popup is no part of the tree, so it is looked at."""
+    before = Screen()
+    key("shift+F10")
+    wait_for(lambda: Screen().differs(before) > 5000, f"{name}: a menu on the screen")
+    program.picture(name)
+    return before
+
+
 def use_menus(program):
-    language = program.language
     focus(program, program.names["main.info.name"])
-    key("Menu")
-    wait_for_names(program, TITLE_MENU[language], "title menu")
-    program.picture("title-menu")
+    before = open_menu(program, "title-menu")
     key("Escape")
-    wait_until_gone(program, TITLE_MENU[language][2], "title menu")
+    wait_for(lambda: Screen().differs(before) < 2000, "the title's menu gone")
 
     for _ in range(120):
-        now = program.focused()
-        if now is not None and now.get_role_name() in ("tree", "tree table", "table cell"):
+        if steady(lambda: program.focused().get_role_name())() in ("tree", "tree table"):
             break
         key("Tab")
     key("Home")
     key("Down")
-    key("Menu")
-    wait_for_names(program, LIST_MENU[language], "list menu")
-    program.picture("list-menu")
+    before = open_menu(program, "list-menu")
     key("Escape")
-    wait_until_gone(program, LIST_MENU[language][3], "list menu")
+    wait_for(lambda: Screen().differs(before) < 2000, "the list's menu gone")
 
 
 def look_for_updates(program):
     """The window or the notice of the update, whatever it has to say here."""
     before = program.named()
     focus(program, program.names["main.info.name"])
-    key("Menu")
-    wait_for_names(program, TITLE_MENU[program.language], "title menu")
+    open_menu(program, "title-menu")
     key("Up")
     key("Return")
-    wait_for(lambda: program.named() - before - set(TITLE_MENU[program.language]), "the update")
+    wait_for(lambda: program.named() - before, "the update")
     program.picture("update")
     for _ in range(3):
         key("Escape")
@@ -315,12 +346,11 @@ def change_language(program, apply):
     press(program, "\u7e41\u9ad4\u4e2d\u6587")
     wait_for_names(program, [apply], "settings in the other language")
     press(program, apply)
-    yes = wait_for(lambda: next((n for n in program.all() if shown(n) and n.get_name() in
-                                 ("Yes", "\u662f")), None), "the restart's question")
+    yes = wait_for(lambda: program.named() & {"Yes", "\u662f"}, "the restart's question").pop()
     program.picture("restart")
     process = program.application.get_process_id()
-    press(program, yes.get_name())
-    wait_for(lambda: not os.path.exists(f"/proc/{process}"), "the end of the first program")
+    press(program, yes)
+    wait_for(lambda: ended(process), "the end of the first program")
     return rows
 
 
@@ -344,7 +374,7 @@ def end_by_keys(program):
     wait_for_names(program, [yes], "exit question")
     program.picture("exit")
     press(program, yes)
-    wait_for(lambda: not os.path.exists(f"/proc/{process}"), "the end of the program")
+    wait_for(lambda: ended(process), "the end of the program")
 
 
 def environment_of(folder):
