@@ -81,7 +81,9 @@ StartUpResult Application::start(const std::string& commandLine) {
 void Application::endProgram() {
     m_panes->picture.player.stop();
     // Queued: the handler that ends the program still runs, and the event loop may not yet.
-    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    // Not quit(): that would ask every window to close, and the frame would ask the user.
+    QMetaObject::invokeMethod(
+        qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
 }
 
 // map -> program: what the page asks for.

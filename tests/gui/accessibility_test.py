@@ -133,7 +133,7 @@ class Program:
     @steady
     def rows(self):
         cells = [n.get_name() for n in self.all() if n.get_role_name() == "table cell"]
-        return [name.split(",")[0] for name in cells if name[:2] == "20"]
+        return [name[:19] for name in cells if name[:2] == "20"]  # without the kind
 
     @steady
     def focused(self):
@@ -215,6 +215,7 @@ def reach_all(program, expected, where):
     before = None
     for _ in range(2 * len(wanted) + 20):
         now = steady(lambda: place_of(program.focused()))()
+        time.sleep(0.2)  # the focus is painted a little later than it is told
         screen = Screen()
         if before is not None and before[0] not in reached:
             reached[before[0]] = before[1].part(before[2]) != screen.part(before[2])
