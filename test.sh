@@ -96,6 +96,7 @@ tests_of "unit tests under ASan and UBSan" build/sanitizers ctest -j2 --output-o
 # More at once than there are cores: the whole program's tests wait most of their time.
 tests_of "unit, adapter and end-to-end tests" build/default ctest -j4 --output-on-failure
 
+check "a few seconds of every fuzzer" tools/short_fuzz.sh 2
 check "static analysis" analysed
 
 if [ "$long" = yes ]; then

@@ -126,7 +126,7 @@ for test in $tests; do
     road)
         for name in the_window_repaints_while_300_recordings_are_added_and_extracted \
             a_dropped_card_of_5000_files_is_listed_within_a_second \
-            cancel_answers_at_once the_queue_plays_through_50_ends; do
+            cancel_answers_at_once the_queue_plays_through_50_ends english chinese; do
             on_display build/default/tests/gui/long_road --gtest_filter="*.$name" \
                 >"$work/road.log" 2>&1
             code=$?

@@ -1,6 +1,6 @@
 #!/bin/bash
 # Runs the fuzzers, two at a time, and prints a line for each. Builds them first; ends with 1 when
-# one found something, did not start or ran nothing. What was found stays in build/fuzz/findings.
+# one found something, did not start or ran nothing. What was found stays in build/sanitizers/findings.
 #   tools/short_fuzz.sh [SECONDS [NAME...]]   SECONDS for each (default 2); NAME as it is printed,
 #                                             such as ExtractionFuzzer or FamilyFuzzer.3
 set -u
@@ -19,8 +19,8 @@ if [ "${VELMORANT_FUZZ_WORK:-}" != "" ]; then
     esac
     mkdir -p "$VELMORANT_FUZZ_WORK/corpus/$name"
     log="$VELMORANT_FUZZ_WORK/$name.log"
-    "build/fuzz/fuzz/${name%.*}" "${option[@]}" -max_total_time="$VELMORANT_FUZZ_SECONDS" \
-        -timeout=25 -rss_limit_mb=2048 -artifact_prefix="build/fuzz/findings/$name-" \
+    "build/sanitizers/fuzz/${name%.*}" "${option[@]}" -max_total_time="$VELMORANT_FUZZ_SECONDS" \
+        -timeout=25 -rss_limit_mb=2048 -artifact_prefix="build/sanitizers/findings/$name-" \
         "$VELMORANT_FUZZ_WORK/corpus/$name" "$seeds" >"$log" 2>&1
     code=$?
     runs=$(sed -n 's/^Done \([0-9]*\) runs in .*/\1/p' "$log")
@@ -36,15 +36,14 @@ fi
 export VELMORANT_FUZZ_SECONDS=${1:-2}
 [ $# -eq 0 ] || shift
 
-cmake --preset fuzz >/dev/null &&
-    cmake --build --preset fuzz --target fuzzers >build/fuzz/build.log 2>&1 || {
-    tail -n 20 build/fuzz/build.log
+log=$(cmake --preset sanitizers && cmake --build --preset sanitizers --target fuzzers) || {
+    tail -n 20 <<<"$log"
     exit 1
 }
 VELMORANT_FUZZ_WORK=$(mktemp -d)
 export VELMORANT_FUZZ_WORK
 trap 'rm -rf "$VELMORANT_FUZZ_WORK"' EXIT
-mkdir -p build/fuzz/findings "$VELMORANT_FUZZ_WORK"/{recordings,tracks,none}
+mkdir -p build/sanitizers/findings "$VELMORANT_FUZZ_WORK"/{recordings,tracks,none}
 
 # A recording of every layout, and track files of a few, are what the fuzzers start from, where a
 # build with the maker is at hand.
@@ -62,7 +61,7 @@ echo "  starting from $(find "$VELMORANT_FUZZ_WORK/recordings" -type f | wc -l) 
 
 names=("$@")
 if [ ${#names[@]} -eq 0 ]; then
-    for fuzzer in build/fuzz/fuzz/*Fuzzer; do
+    for fuzzer in build/sanitizers/fuzz/*Fuzzer; do
         case $fuzzer in
         */FamilyFuzzer)
             count=$("$fuzzer" --families) || exit 1
