@@ -1,5 +1,6 @@
 #include "app/commandLine.h"
 #include "desktop/map/prepareWebEngine.h"
+#include "desktop/system/returnFreedMemory.h"
 #include "desktop/widgets/Theme.h"
 #include "desktop/wiring/Application.h"
 
@@ -17,6 +18,7 @@ std::optional<std::string> environment(const std::string& name) {
 } // namespace
 
 int main(int count, char** arguments) {
+    velmorant::returnFreedMemory();
     velmorant::prepareWebEngine(velmorant::videoOutput(environment) ==
                                         velmorant::VideoOutput::OpenGl
                                     ? velmorant::OpenGlUse::Picture

@@ -51,9 +51,21 @@ journal_has() { # JOURNAL PATTERN PROCESS SECONDS
     done
 }
 
+# The first start writes the values that the configuration still lacks.
+start_once() {
+    VELMORANT_JOURNAL="$work/journal" setsid "$program/Velmorant DVR Tools" >"$work/log" 2>&1 &
+    local process=$!
+    journal_has "$work/journal" '^page velmorant:' "$process" 60
+    local code=$?
+    kill -TERM -- "-$process" 2>/dev/null
+    wait "$process" 2>/dev/null
+    return $code
+}
+
 # The real program and, by turns, the driven one, which is caught while it extracts and plays.
 kill_at_random_moments() {
     local before i moment process
+    start_once || return 1
     before=$(sums)
     for ((i = 1; i <= kills; i++)); do
         "$program/velmorant-list" "$work/card" >/dev/null || return 1

@@ -4,6 +4,7 @@
 #include "app/PosixHostPaths.h"
 #include "benchmarks/BareLibmpv.h"
 #include "desktop/map/prepareWebEngine.h"
+#include "desktop/system/returnFreedMemory.h"
 #include "desktop/widgets/Theme.h"
 #include "tools/driving/ProgramDriver.h"
 
@@ -183,6 +184,7 @@ int main(int count, char** arguments) {
                                                  std::atoi(arguments[4]), seconds));
         return 0;
     }
+    returnFreedMemory();
     prepareWebEngine();
     QApplication application(count, arguments);
     std::setlocale(LC_NUMERIC, "C");

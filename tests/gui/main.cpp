@@ -1,4 +1,5 @@
 #include "desktop/map/prepareWebEngine.h"
+#include "desktop/system/returnFreedMemory.h"
 #include "desktop/widgets/Theme.h"
 
 #include <QApplication>
@@ -11,6 +12,7 @@ int main(int count, char** arguments) {
     // The build lists the tests where there is no display.
     if (GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();
+    velmorant::returnFreedMemory();
     velmorant::prepareWebEngine();
     QApplication application(count, arguments);
     std::setlocale(LC_NUMERIC, "C");

@@ -2,6 +2,7 @@
 // road by the mouse; leaves pictures of the screen. The list must have been left by velmorant-list.
 #include "app/commandLine.h"
 #include "desktop/map/prepareWebEngine.h"
+#include "desktop/system/returnFreedMemory.h"
 #include "desktop/widgets/Theme.h"
 #include "tools/driving/MainRoad.h"
 
@@ -50,6 +51,7 @@ int main(int count, char** arguments) {
         std::fprintf(stderr, "usage: drive_road PROGRAM_FOLDER PICTURES_FOLDER\n");
         return 2;
     }
+    velmorant::returnFreedMemory();
     velmorant::prepareWebEngine(velmorant::videoOutput(environment) ==
                                         velmorant::VideoOutput::OpenGl
                                     ? velmorant::OpenGlUse::Picture

@@ -199,6 +199,8 @@ TEST_F(LongRoadTest, the_queue_plays_through_50_ends) {
             << "end " << end << ": row " << row << " does not follow";
         if (end == 10)
             after10 = residentMegabytes();
+        if (end % 10 == 0)
+            std::printf("memory after %d ends %.1f MB\n", end, residentMegabytes());
     }
     const double after50 = residentMegabytes();
     std::printf("memory after 10 ends %.1f MB, after %d ends %.1f MB\n", after10, ends, after50);

@@ -46,7 +46,8 @@ class StatePicturesTest : public ProgramTest {
     void take(const QString& name) {
         QTest::qWait(700); // the page draws on its own time
         const QImage picture = QApplication::primaryScreen()->grabWindow(0).toImage();
-        QDir folder(qEnvironmentVariable("VELMORANT_PICTURES", "pictures"));
+        QDir folder(qEnvironmentVariable("VELMORANT_PICTURES",
+                                         QApplication::applicationDirPath() + "/pictures"));
         ASSERT_TRUE(folder.mkpath("."));
         ASSERT_TRUE(picture.save(folder.filePath(name + ".png")));
         QSet<QRgb> colours;
