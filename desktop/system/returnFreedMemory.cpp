@@ -1,5 +1,7 @@
 #include "desktop/system/returnFreedMemory.h"
 
+#include <cstdlib> // names the C library
+
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif

@@ -141,7 +141,7 @@ TEST_F(LongRoadTest, a_dropped_card_of_5000_files_is_listed_within_a_second) {
         char name[60];
         std::snprintf(name, sizeof name, "/202406%02d/%06d.MP4", 1 + i / 250, 100000 + i % 250);
         fs::create_directories(fs::path(card + name).parent_path());
-        std::ofstream(card + name, std::ios::binary) << "stub";
+        std::ofstream(card + name, std::ios::binary) << "short";
     }
     start();
     RepaintProbe probe(panes().frame.skin());
