@@ -13,6 +13,7 @@
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
+#include <unistd.h>
 
 namespace velmorant {
 
@@ -22,18 +23,23 @@ namespace {
 
 constexpr const char* programParts[] = {"map", "skin", "system", "movsupport"};
 
-/// Made once for all tests of a build folder.
+/// Made once for all tests of a build folder. Several tests may begin at once, each a process of
+/// its own: each makes a card beside the place, and the first to be ready moves it there.
 const std::string& card() {
     static const std::string folder = VELMORANT_CARD;
     static const bool made = [] {
         if (fs::exists(folder + "/complete"))
             return true;
-        fs::remove_all(folder);
-        const std::string command = std::string("'") + VELMORANT_MAKE_CARD + "' '" + folder +
+        const std::string own = folder + "." + std::to_string(getpid());
+        const std::string command = std::string("'") + VELMORANT_MAKE_CARD + "' '" + own +
                                     "' --recordings 4 --seconds 8 --one-picture >/dev/null";
         if (std::system(command.c_str()) != 0)
             throw std::runtime_error("the sample card cannot be made: " + command);
-        std::ofstream(folder + "/complete").put('\n');
+        std::ofstream(own + "/complete").put('\n');
+        std::error_code taken;
+        fs::rename(own, folder, taken);
+        if (taken)
+            fs::remove_all(own);
         return true;
     }();
     static_cast<void>(made);
