@@ -1,16 +1,23 @@
 #include "desktop/system/QtFileDialogs.h"
 
 #include "common/textRules.h"
+#include "desktop/system/FileRowDelegate.h"
 #include <QApplication>
+#include <QDir>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStringList>
+#include <QTreeView>
 #include <cstddef>
 #include <utility>
 
 namespace velmorant {
 namespace {
+
+/// Room for a name, a size, a kind and a date beside the folders' list.
+constexpr QSize dialogSize(820, 500);
 
 QString memoryKey(bool open) {
     return open ? QStringLiteral("folders/open") : QStringLiteral("folders/save");
@@ -28,14 +35,33 @@ QString endingOf(const QString& nameFilter) {
 
 } // namespace
 
-QtFileDialogs::QtFileDialogs(HandlerGate& gate, std::string memoryFile, Language language)
+QtFileDialogs::QtFileDialogs(HandlerGate& gate, std::string memoryFile, Additions additions)
     : gate_(gate),
       memoryFile_(QString::fromStdString(memoryFile)),
-      language_(std::move(language)) {}
+      additions_(std::move(additions)) {}
 
 void QtFileDialogs::translate() {
-    if (language_)
-        toolkitTexts_.use(QString::fromStdString(language_()));
+    toolkitTexts_.use(addition("toolkit.language", "en"));
+}
+
+void QtFileDialogs::prepare(QFileDialog& dialog) {
+    // One look on every desktop, reachable by the keyboard, in the program's own colours.
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    kinds_ = std::make_unique<FileKinds>(addition("files.folder", "Folder"),
+                                         addition("files.file", "%1 file"));
+    dialog.setIconProvider(kinds_.get());
+    dialog.setItemDelegate(new FileRowDelegate(*kinds_, &dialog));
+    // As wide as what they show; the toolkit measures them by texts of its own.
+    if (const auto* rows = dialog.findChild<QTreeView*>(QStringLiteral("treeView"))) {
+        rows->header()->setStretchLastSection(false);
+        rows->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        rows->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    }
+    dialog.resize(dialogSize);
+}
+
+QString QtFileDialogs::addition(const char* name, const char* english) const {
+    return additions_ ? QString::fromStdString(additions_(name)) : QString(english);
 }
 
 QStringList QtFileDialogs::nameFilters(const std::string& filter) {
@@ -53,6 +79,7 @@ QStringList QtFileDialogs::nameFilters(const std::string& filter) {
 std::string QtFileDialogs::openFiles(const OpenFilesRequest& request) {
     translate();
     QFileDialog dialog(QApplication::activeWindow(), QString::fromStdString(request.title));
+    prepare(dialog);
     dialog.setFileMode(QFileDialog::ExistingFiles);
     dialog.setNameFilters(nameFilters(request.filter));
     if (!run(dialog, Kind::Open))
@@ -69,6 +96,7 @@ std::string QtFileDialogs::openFiles(const OpenFilesRequest& request) {
 std::string QtFileDialogs::saveFile(const SaveFileRequest& request) {
     translate();
     QFileDialog dialog(QApplication::activeWindow(), QString::fromStdString(request.title));
+    prepare(dialog);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     const QStringList filters = nameFilters(request.filter);
@@ -84,8 +112,6 @@ std::string QtFileDialogs::saveFile(const SaveFileRequest& request) {
 }
 
 bool QtFileDialogs::run(QFileDialog& dialog, Kind kind) {
-    // One look on every desktop, reachable by the keyboard, in the program's own colours.
-    dialog.setOption(QFileDialog::DontUseNativeDialog);
     if (kind == Kind::Open)
         dialog.setDirectory(lastFolder(kind));
     const HandlerGate::ModalScope modal(gate_);
@@ -103,8 +129,9 @@ QString QtFileDialogs::lastFolder(Kind kind) const {
     }
     if (!folder.isEmpty() && QFileInfo(folder).isDir())
         return folder;
-    return QStandardPaths::writableLocation(kind == Kind::Open ? QStandardPaths::MoviesLocation
-                                                               : QStandardPaths::PicturesLocation);
+    folder = QStandardPaths::writableLocation(
+        kind == Kind::Open ? QStandardPaths::MoviesLocation : QStandardPaths::PicturesLocation);
+    return QFileInfo(folder).isDir() ? folder : QDir::homePath();
 }
 
 void QtFileDialogs::keepFolder(Kind kind, const QString& folder) {

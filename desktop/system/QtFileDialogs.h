@@ -1,10 +1,12 @@
 #pragma once
 
+#include "desktop/system/FileKinds.h"
 #include "desktop/system/HandlerGate.h"
 #include "desktop/system/ToolkitTexts.h"
 #include "ports/FileDialogs.h"
 #include <QString>
 #include <functional>
+#include <memory>
 #include <string>
 
 class QFileDialog;
@@ -18,12 +20,15 @@ namespace velmorant {
 /// buffer that does not exist here, and dropping files of a card unseen would be worse.
 class QtFileDialogs : public FileDialogs {
   public:
-    /// The language of the program at the moment, as ToolkitTexts takes it.
-    using Language = std::function<std::string()>;
+    /// A text of the program's additions in its language at the moment; asked for
+    /// "toolkit.language", as ToolkitTexts takes it, "files.folder" and "files.file".
+    using Additions = std::function<std::string(const std::string& name)>;
 
     /// `memoryFile` is an INI file of the toolkit's that keeps the folders from run to run; empty:
-    /// they are kept for this run only.
-    explicit QtFileDialogs(HandlerGate& gate, std::string memoryFile = {}, Language language = {});
+    /// they are kept for this run only. Without `additions` the dialogs speak the toolkit's
+    /// English.
+    explicit QtFileDialogs(HandlerGate& gate, std::string memoryFile = {},
+                           Additions additions = {});
     std::string openFiles(const OpenFilesRequest& request) override;
     std::string saveFile(const SaveFileRequest& request) override;
 
@@ -34,14 +39,18 @@ class QtFileDialogs : public FileDialogs {
     enum class Kind { Open, Save };
 
     void translate();
+    /// For every dialog as it is made; the one before must be gone.
+    void prepare(QFileDialog& dialog);
+    QString addition(const char* name, const char* english) const;
     bool run(QFileDialog& dialog, Kind kind);
     QString lastFolder(Kind kind) const;
     void keepFolder(Kind kind, const QString& folder);
 
     HandlerGate& gate_;
     QString memoryFile_;
-    Language language_;
+    Additions additions_;
     ToolkitTexts toolkitTexts_;
+    std::unique_ptr<FileKinds> kinds_;
     QString folders_[2];
 };
 

@@ -39,7 +39,8 @@ Host::Host(const EnvironmentLookup& environment, const std::string& programFolde
            const Texts& texts)
     : paths(environment, programFolder),
       shellObject("velmorant-dvr-tools"),
-      dialogs(gate, dialogMemory(paths), [&texts] { return texts.addition("toolkit.language"); }),
+      dialogs(gate, dialogMemory(paths),
+              [&texts](const std::string& name) { return texts.addition(name); }),
       messageBox(gate,
                  [&texts](MessageAnswer answer) {
                      switch (answer) {

@@ -25,6 +25,8 @@ constexpr Row rows[] = {
       "設定現在已生效，但無法保存供下次啟動使用："}},
     {"extraction.more", {"... and %1 more files", "……以及另外 %1 個檔案"}},
     {"extraction.title", {"Reading tracks", "正在讀取軌跡"}},
+    {"files.file", {"%1 file", "%1 檔案"}},
+    {"files.folder", {"Folder", "資料夾"}},
     {"frame.filter", {"JPEG picture|*.jpg|PNG picture|*.png", "JPEG 圖片|*.jpg|PNG 圖片|*.png"}},
     {"frame.title", {"Save frame", "儲存影格"}},
     {"list.fileMissing", {"Not played, the file is missing: %1", "未播放，檔案不存在：%1"}},

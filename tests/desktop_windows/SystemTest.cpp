@@ -1,4 +1,5 @@
 #include "common/StepError.h"
+#include "desktop/system/FileRowDelegate.h"
 #include "desktop/system/QtClock.h"
 #include "desktop/system/QtFileDialogs.h"
 #include "desktop/system/QtMessageBox.h"
@@ -14,9 +15,12 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
+#include <QTest>
 #include <QTimer>
+#include <QTreeView>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <map>
 
 namespace velmorant {
 namespace {
@@ -158,6 +162,33 @@ TEST(QtFileDialogs, saving_proposes_the_name_and_adds_the_ending_of_the_filter) 
     });
     EXPECT_EQ(dialogs.saveFile({"title", "JPG format file|*.jpg", "20121009103045"}),
               folder.path("20121009103045.jpg"));
+}
+
+TEST(QtFileDialogs, kinds_stand_in_the_language_of_the_program) {
+    const TemporaryFolder folder;
+    folder.write("103045.MP4", "");
+    ASSERT_TRUE(QDir(QString::fromStdString(folder.path())).mkdir("20240612"));
+    HandlerGate gate;
+    const std::map<std::string, std::string> additions = {
+        {"toolkit.language", "zh_TW"}, {"files.folder", "資料夾"}, {"files.file", "%1 檔案"}};
+    QtFileDialogs dialogs(gate, {}, [&](const std::string& name) { return additions.at(name); });
+    std::map<QString, QString> kinds;
+    whenShown<QFileDialog>([&](QFileDialog& dialog) {
+        dialog.setDirectory(QString::fromStdString(folder.path()));
+        const auto* view = dialog.findChild<QTreeView*>("treeView");
+        EXPECT_NE(dynamic_cast<FileRowDelegate*>(dialog.itemDelegate()), nullptr);
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            kinds.clear();
+            for (int row = 0; row < view->model()->rowCount(view->rootIndex()); ++row)
+                kinds[view->model()->index(row, 0, view->rootIndex()).data().toString()] =
+                    view->model()->index(row, 2, view->rootIndex()).data().toString();
+            return kinds.size() == 2 && !kinds["20240612"].isEmpty();
+        }));
+        dialog.reject();
+    });
+    dialogs.openFiles({"title", "MP4 file|*.MP4", 32767});
+    EXPECT_EQ(kinds["20240612"], "資料夾");
+    EXPECT_EQ(kinds["103045.MP4"], "MP4 檔案");
 }
 
 TEST(QtFileDialogs, filters_are_pairs_of_description_and_patterns) {
