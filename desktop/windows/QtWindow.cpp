@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QEventLoop>
 #include <QScreen>
+#include <QWindow>
 #include <algorithm>
 #include <utility>
 
@@ -94,9 +95,20 @@ void QtWindow::onResize(std::function<void()> listener) {
     resized_ = std::move(listener);
 }
 
+/// What a window manager tells while it takes the window over may be the place from before the
+/// window was moved. The toolkit then believes that one for pictures of the screen, menus and
+/// screen readers, until the place is asked for again.
+void QtWindow::agreeOnPlace() {
+    QWindow* const native = widget_->windowHandle();
+    if (native && native->position() != widget_->geometry().topLeft())
+        native->setPosition(widget_->geometry().topLeft());
+}
+
 bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched != widget_)
         return false;
+    if (event->type() == QEvent::WindowActivate)
+        agreeOnPlace();
     if (event->type() == QEvent::Resize && resized_)
         gate_.runWhenFree([window = QPointer<QtWindow>(this)] {
             if (window)

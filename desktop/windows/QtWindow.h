@@ -37,6 +37,8 @@ class QtWindow : public QObject, public Window {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void agreeOnPlace();
+
     QPointer<QWidget> widget_;
     HandlerGate& gate_;
     const Screen& screen_;
