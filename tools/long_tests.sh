@@ -176,7 +176,8 @@ for test in $tests; do
     keyboard)
         tools/on_virtual_display.sh 1024x768 dbus-run-session -- /usr/bin/python3 \
             tests/gui/accessibility_test.py "$program" resources/skin/texts \
-            build/default/tests/gui/card build/window-pictures 2>"$work/keyboard.log"
+            build/default/tests/gui/card build/window-pictures \
+            build/default/server/catalogue/velmorant-catalogue 2>"$work/keyboard.log"
         result "the whole program by keyboard and screen reader" $?
         ;;
     clean)

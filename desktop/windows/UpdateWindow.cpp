@@ -2,6 +2,7 @@
 
 #include "common/fillIn.h"
 #include "common/trapErrors.h"
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
@@ -77,6 +78,14 @@ void UpdateWindow::showEvent(QShowEvent* event) {
         move(screen()->availableGeometry().center() - rect().center());
     }
     QWidget::showEvent(event);
+}
+
+void UpdateWindow::keyPressEvent(QKeyEvent* event) {
+    // As in every other window.
+    if (event->key() == Qt::Key_Escape)
+        close();
+    else
+        event->ignore();
 }
 
 void UpdateWindow::showTexts() {

@@ -24,6 +24,7 @@ class UpdateWindow : public QWidget, public UpdateProgress {
 
   protected:
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void showTexts();

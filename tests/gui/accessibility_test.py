@@ -1,19 +1,24 @@
 #!/usr/bin/python3
 """Uses the real program without a mouse, by the keyboard and by what it tells screen readers.
 
-    accessibility_test.py PROGRAM_FOLDER SKIN_TEXTS_FOLDER CARD PICTURES_FOLDER
+    accessibility_test.py PROGRAM_FOLDER SKIN_TEXTS_FOLDER CARD PICTURES_FOLDER CATALOGUE_PROGRAM
 
 In English: every command of the skins is in the accessibility tree under its name, the Tab key
-reaches each, and the focus can be seen; the dialogs, boxes and menus open and close by keys. Then
-the settings change the language: the program starts again with the same rows, and all is looked at
-once more in Chinese. Needs a display, a session bus, openbox, xdotool and ImageMagick. Leaves a
-picture of every window in each language."""
+reaches each, and the focus can be seen; the dialogs, boxes and menus open and close by keys, and so
+does the update's window while it fetches a release from a slow server. Then the settings change the
+language: the program starts again with the same rows, and all is looked at once more in Chinese.
+Needs a display, a session bus, openbox, xdotool and ImageMagick. Leaves a picture of every window
+in each language."""
 
+import functools
+import http.server
 import os
+import shutil
 import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 
 import gi
@@ -22,6 +27,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (the version comes first)
 
 WAIT = 30
+MAIN = "Velmorant DVR Tools"
 COMMANDS = {"push button", "check box", "toggle button", "slider", "radio button"}
 # What the page of the map offers, by the language of the page.
 MAP_COMMANDS = {1: ["Zoom in", "Zoom out"], 2: ["放大", "縮小"]}
@@ -284,6 +290,10 @@ def use_dialogs(program):
     press(program, names["main.open.name"])
     wait_for_names(program, FILE_DIALOG[language], "file dialog")
     program.picture("open")
+    kinds = {name for name in program.named({"table cell", "tree item"})
+             if name in ("Folder", "\u8cc7\u6599\u593e")}
+    check(kinds <= {{1: "Folder", 2: "\u8cc7\u6599\u593e"}[language]},
+          f"file dialog: {kinds} is not in the program's language")
     for text in program.named({"label"}):
         check(language == 1 or not text.startswith(("Look", "File", "Directory")),
               f"file dialog: {text!r} is not in the program's language")
@@ -317,17 +327,74 @@ def use_menus(program):
     wait_for(lambda: Screen().differs(before) < 2000, "the list's menu gone")
 
 
-def look_for_updates(program):
-    """The window or the notice of the update, whatever it has to say here."""
-    before = program.named()
+class SlowFiles(http.server.SimpleHTTPRequestHandler):
+    """The map page at the top and the releases below it. A file of a release comes in small pieces,
+    so that its window can be used meanwhile."""
+
+    extensions_map = {**http.server.SimpleHTTPRequestHandler.extensions_map, ".asp": "text/html"}
+
+    def translate_path(self, path):
+        return super().translate_path(path if path.startswith("/update/") else "/map" + path)
+
+    def copyfile(self, source, outputfile):
+        if not self.path.startswith("/update/") or self.path.endswith("remote.rar"):
+            super().copyfile(source, outputfile)
+            return
+        while piece := source.read(20000):
+            outputfile.write(piece)
+            time.sleep(0.1)
+
+    def log_message(self, format, *args):  # pylint: disable=redefined-builtin
+        pass
+
+
+class Server:
+    """The server of the map page, which has a newer release when told so."""
+
+    def __init__(self, folder, program_folder, catalogue):
+        self.catalogue = catalogue
+        self.program_folder = program_folder
+        self.served = os.path.join(folder, "served")
+        self.release = os.path.join(folder, "release")
+        shutil.copytree(os.path.join(program_folder, "map"), os.path.join(self.served, "map"))
+        handler = functools.partial(SlowFiles, directory=self.served)
+        self.server = http.server.ThreadingHTTPServer(("127.0.0.1", 0), handler)
+        self.base = f"http://127.0.0.1:{self.server.server_port}/"
+        threading.Thread(target=self.server.serve_forever, daemon=True).start()
+
+    def publish(self, version):
+        """One new file; the main program is the same, so that nothing is asked."""
+        os.makedirs(os.path.join(self.release, "system"), exist_ok=True)
+        shutil.copy2(os.path.join(self.program_folder, MAIN), self.release)
+        with open(os.path.join(self.release, "system", "slow.bin"), "wb") as file:
+            file.write(version.encode() * 5_000_000)
+        run(self.catalogue, "publish", self.release, self.served, "--version", version)
+
+    def withdraw(self):
+        for name in os.listdir(self.served):
+            if name != "map":
+                path = os.path.join(self.served, name)
+                shutil.rmtree(path) if os.path.isdir(path) else os.remove(path)
+
+
+def look_for_updates(program, server):
+    """The update's window, while it fetches: named, reached by keys, closed by Escape."""
+    title = {1: "Online update", 2: "\u7dda\u4e0a\u66f4\u65b0"}[program.language]
+    close = {1: "Close", 2: "\u95dc\u9589"}[program.language]
+    server.publish(f"R{program.language}")
     focus(program, program.names["main.info.name"])
     open_menu(program, "title-menu")
     key("Up")
     key("Return")
-    wait_for(lambda: program.named() - before, "the update")
+    wait_for(lambda: any(title in bar for bar in program.named({"progress bar"})),
+             "the update's progress in the tree")
+    wait_for(lambda: steady(lambda: window_of(program.focused()).get_name())() == title,
+             "the focus in the update's window")
+    reach_all(program, [close], "update")
     program.picture("update")
-    for _ in range(3):
-        key("Escape")
+    key("Escape")
+    wait_until_gone(program, title, "update")
+    server.withdraw()
 
 
 def extract(program):
@@ -355,7 +422,7 @@ def change_language(program, apply):
     return rows
 
 
-def use_all(program):
+def use_all(program, server):
     language = program.language
     wait_for(program.focused, "the focus")
     for name in OTHER_NAMES[language]:
@@ -364,7 +431,7 @@ def use_all(program):
               program.commands_of("list") + MAP_COMMANDS[language], "main window")
     use_dialogs(program)
     use_menus(program)
-    look_for_updates(program)
+    look_for_updates(program, server)
     extract(program)
 
 
@@ -389,30 +456,33 @@ def environment_of(folder):
 
 
 def main():
-    program_folder, texts, card, pictures = sys.argv[1:5]
+    program_folder, texts, card, pictures, catalogue = sys.argv[1:6]
     os.makedirs(pictures, exist_ok=True)
     Atspi.init()
     Atspi.get_desktop(0).get_child_count()  # wakes the registry, which the program looks for
     with tempfile.TemporaryDirectory() as folder:
-        environment = environment_of(folder)
+        # A copy, because an update writes into it.
+        program_folder = shutil.copytree(program_folder, os.path.join(folder, "program"))
+        server = Server(folder, program_folder, catalogue)
+        environment = dict(environment_of(folder), VELMORANT_SERVER=server.base)
         for command in (["velmorant-setup"], ["velmorant-list", card]):
             subprocess.run([os.path.join(program_folder, command[0])] + command[1:],
                            env=environment, check=True, stdout=subprocess.DEVNULL)
         manager = subprocess.Popen(["openbox"], env=environment, stderr=subprocess.DEVNULL)
         # A window that is there before the manager would not hear where it is put.
         wait_for(lambda: "window id" in run("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"), "openbox")
-        first = subprocess.Popen([os.path.join(program_folder, "Velmorant DVR Tools")],
+        first = subprocess.Popen([os.path.join(program_folder, MAIN)],
                                  env=environment, stderr=subprocess.DEVNULL)
         second = None
         try:
             program = Program(texts, pictures, 1)
-            use_all(program)
+            use_all(program, server)
             rows = change_language(program, texts_of(texts, 2)["setup.cmdclose"])
             first.wait(WAIT)
             program = Program(texts, pictures, 2)
             second = program.application.get_process_id()
             check(program.rows() == rows, f"other rows after the restart: {program.rows()}, {rows}")
-            use_all(program)
+            use_all(program, server)
             end_by_keys(program)
             second = None
         except TimeoutError as missed:

@@ -7,10 +7,12 @@
 #include <QDir>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTest>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 namespace velmorant {
@@ -89,15 +91,22 @@ TEST_F(UpdateWindowTest, asks_before_the_main_program_and_starts_the_updater) {
     EXPECT_FALSE(desktop.folder.has("config.mp4"));
 }
 
-TEST_F(UpdateWindowTest, is_abandoned_by_its_button) {
+TEST_F(UpdateWindowTest, is_abandoned_by_its_button_or_by_escape) {
     publishFiles("R1", "one");
     DesktopUpdate desktop(nginx.base());
-    desktop.update.Open(UpdateOpening::OnRequest);
-    ASSERT_TRUE(waitFor([&] { return desktop.update.sumValue() >= 1; }));
-    desktop.widget.findChild<QPushButton*>()->click();
-    EXPECT_TRUE(waitFor([&] { return !desktop.update.running(); }));
-    EXPECT_FALSE(desktop.widget.isVisible());
-    EXPECT_FALSE(desktop.folder.has("config.mp4"));
+    const auto button = [&] { return desktop.widget.findChild<QPushButton*>(); };
+    const std::function<void()> ways[] = {
+        [&] { button()->click(); },
+        [&] { QTest::keyClick(button(), Qt::Key_Escape); },
+    };
+    for (const auto& abandon : ways) {
+        desktop.update.Open(UpdateOpening::OnRequest);
+        ASSERT_TRUE(waitFor([&] { return desktop.update.sumValue() >= 1; }));
+        abandon();
+        EXPECT_TRUE(waitFor([&] { return !desktop.update.running(); }));
+        EXPECT_FALSE(desktop.widget.isVisible());
+        EXPECT_FALSE(desktop.folder.has("config.mp4"));
+    }
     desktop.messages.answers = {MessageAnswer::No};
     ASSERT_TRUE(desktop.runToEnd());
     EXPECT_EQ(desktop.folder.read("readme.txt"), "one");
