@@ -96,7 +96,7 @@ analysed() {
 export ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1
 tests_of "unit tests under ASan and UBSan" build/sanitizers ctest -j2 --output-on-failure
 # More at once than there are cores: the whole program's tests wait most of their time.
-tests_of "unit, adapter and end-to-end tests" build/default ctest -j4 --output-on-failure
+tests_of "unit, adapter and end-to-end tests" build/default ctest -j6 --output-on-failure
 
 check "a few seconds of every fuzzer" tools/short_fuzz.sh 2
 check "static analysis" analysed

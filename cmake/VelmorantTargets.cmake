@@ -10,7 +10,9 @@ endif()
 # A second build folder then costs little: both share what was compiled.
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    set(CMAKE_CXX_COMPILER_LAUNCHER "${CCACHE_PROGRAM}")
+    # The sloppiness is what it asks for where headers are precompiled.
+    set(CMAKE_CXX_COMPILER_LAUNCHER
+        /usr/bin/env CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE_PROGRAM}")
 endif()
 
 # The program folder, assembled as it is installed.
@@ -50,6 +52,27 @@ function(velmorant_room name)
     endif()
 endfunction()
 
+# The tests' own code need not be fast, and compiles in half the time.
+set(VELMORANT_TEST_OPTIONS -O0)
+if(VELMORANT_FUZZERS)
+    # No fuzzer looks at their paths.
+    list(APPEND VELMORANT_TEST_OPTIONS -fno-sanitize=fuzzer-no-link)
+endif()
+
+# velmorant_test_headers(NAME [LIBRARIES ...] [HEADERS ...]): the headers of GoogleTest and some
+# more, read once for the tests of this folder and below; reading them takes most of the time of
+# compiling a test. What is compiled in another way, as the code with the toolkit is, needs its own.
+macro(velmorant_test_headers name)
+    cmake_parse_arguments(parsed "" "" "LIBRARIES;HEADERS" ${ARGN})
+    file(CONFIGURE OUTPUT "${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp" CONTENT "")
+    add_library(${name} OBJECT "${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp")
+    target_link_libraries(${name} PRIVATE
+        velmorant_compile_options ${parsed_LIBRARIES} GTest::gmock GTest::gtest)
+    target_compile_options(${name} PRIVATE ${VELMORANT_TEST_OPTIONS})
+    target_precompile_headers(${name} PRIVATE <gmock/gmock.h> <gtest/gtest.h> ${parsed_HEADERS})
+    set(VELMORANT_TEST_HEADERS ${name})
+endmacro()
+
 # velmorant_test(NAME [libraries...]): one GoogleTest program of every *Test.cpp of the folder,
 # each of its tests known to CTest by name.
 include(GoogleTest)
@@ -61,7 +84,9 @@ function(velmorant_test name)
     add_executable(${name} ${sources})
     target_link_libraries(${name} PRIVATE velmorant_compile_options ${ARGN} GTest::gmock GTest::gtest_main)
     target_compile_definitions(${name} PRIVATE VELMORANT_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data")
-    # The tests' own code need not be fast, and compiles in half the time.
-    target_compile_options(${name} PRIVATE -O0)
+    target_compile_options(${name} PRIVATE ${VELMORANT_TEST_OPTIONS})
+    if(VELMORANT_TEST_HEADERS)
+        target_precompile_headers(${name} REUSE_FROM ${VELMORANT_TEST_HEADERS})
+    endif()
     gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
 endfunction()
