@@ -1,12 +1,14 @@
 #include "track/frmMediaCtrl.h"
 
 #include "common/StepError.h"
+#include "common/fillIn.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
 
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace velmorant {
@@ -14,6 +16,7 @@ namespace velmorant {
 namespace {
 
 constexpr std::chrono::milliseconds pollInterval{200};
+constexpr std::chrono::milliseconds serverPatience{20'000};
 /// A page that does not answer for this long has lost the question.
 constexpr int ticksToWait = 25;
 constexpr double unitsPerDegree = 10'000'000.0;
@@ -44,6 +47,8 @@ PickedPlace PickedPlace::read(std::string_view varLocal) {
 frmMediaCtrl::frmMediaCtrl(const MediaCtrlNeeds& needs) : m_needs(needs) {
     m_needs.tGetMapLocal.setInterval(pollInterval);
     m_needs.tGetMapLocal.onTick([this] { poll(); });
+    m_needs.tMapAnswer.setInterval(serverPatience);
+    m_needs.tMapAnswer.onTick([this] { LoadFailed(m_address); });
 }
 
 void frmMediaCtrl::Load() {
@@ -56,8 +61,25 @@ void frmMediaCtrl::Load() {
 }
 
 void frmMediaCtrl::navigate() {
-    const std::string base = m_needs.serverBase ? *m_needs.serverBase : m_needs.texts.byId(1);
-    m_needs.htmlView.navigate(base + "DeskMap.asp?LangID=1028");
+    const std::string base = m_builtIn            ? m_needs.builtInBase
+                             : m_needs.serverBase ? *m_needs.serverBase
+                                                  : m_needs.texts.byId(1);
+    m_address = base + "DeskMap.asp?LangID=1028";
+    m_needs.tMapAnswer.setEnabled(base != m_needs.builtInBase);
+    m_needs.htmlView.navigate(m_address);
+}
+
+void frmMediaCtrl::LoadFailed(const std::string& address) {
+    trapErrors([&] {
+        // A frame's failure, or late news of a page that is no longer wanted.
+        if (ready() || !equalsIgnoringCase(address, m_address))
+            return;
+        m_needs.tMapAnswer.setEnabled(false);
+        m_needs.status.show(fillIn(m_needs.texts.addition("map.noServer"), "%1", m_address));
+        if (std::exchange(m_builtIn, true))
+            return;
+        navigate();
+    });
 }
 
 void frmMediaCtrl::DocumentComplete(const std::string& address) {
@@ -65,15 +87,28 @@ void frmMediaCtrl::DocumentComplete(const std::string& address) {
         if (!equalsIgnoringCase(m_needs.htmlView.documentUrl(), address))
             return;
         m_tag = "1";
+        m_needs.tMapAnswer.setEnabled(false);
         m_waitsForAnswer = false;
         m_needs.htmlView.attachToBackground();
         m_needs.tGetMapLocal.setEnabled(true);
         m_needs.htmlView.setBodyScroll("no");
     });
+    if (ready() && std::exchange(m_lost, false))
+        trapErrors([this] { drawRoutesAgain(); });
+}
+
+void frmMediaCtrl::drawRoutesAgain() {
+    std::vector<std::int32_t> numbers;
+    // Drawing lets events run, which may change the table.
+    for (const LoadedTracks::Entry& entry : m_needs.state.loadedTracks)
+        numbers.push_back(toInt32(entry.key.substr(0, entry.key.find('N'))));
+    for (const std::int32_t number : numbers)
+        m_needs.drawAgain(number);
 }
 
 void frmMediaCtrl::PageLost() {
     m_tag = "0";
+    m_lost = true;
     m_needs.tGetMapLocal.setEnabled(false);
     trapErrors([this] { navigate(); });
 }

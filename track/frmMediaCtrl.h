@@ -2,6 +2,7 @@
 
 #include "ports/HostPaths.h"
 #include "ports/Skin.h"
+#include "ports/StatusLine.h"
 #include "ports/Texts.h"
 #include "ports/Timer.h"
 #include "ports/WebBrowser.h"
@@ -10,6 +11,7 @@
 #include "track/ProgramState.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,12 +22,18 @@ namespace velmorant {
 struct MediaCtrlNeeds {
     WebBrowser& htmlView;
     Timer& tGetMapLocal;
+    Timer& tMapAnswer;    ///< how long a map server may keep silent
     Skin& backgroundSkin; ///< rightback.mp4
     Skin& controlSkin;    ///< ctl.MP4, with the band "mylist"
     HostPaths& paths;
     Texts& texts;
     MapClickTarget& target;
+    StatusLine& status;
     ProgramState& state;
+    /// Base address of the page that the program holds itself: shown when the server has none.
+    std::string builtInBase;
+    /// Streams a loaded recording's route to the page once more.
+    std::function<void(std::int32_t recordingNumber)> drawAgain;
     /// The map server's base address, ending in "/"; without it the one of the text table.
     std::optional<std::string> serverBase;
 };
@@ -53,7 +61,9 @@ class frmMediaCtrl : public MapPage {
     void Load();
     /// The browser has completed a document; frames within the page have addresses of their own.
     void DocumentComplete(const std::string& address);
-    /// The page's process has ended: loads the page anew.
+    /// A page cannot be had from the server: says so and shows the built-in one.
+    void LoadFailed(const std::string& address);
+    /// The page's process has ended: loads the page anew and then draws the loaded routes again.
     void PageLost();
     void RefreshMyList(); ///< draws the skin element "mylist" anew
 
@@ -69,6 +79,7 @@ class frmMediaCtrl : public MapPage {
 
   private:
     void navigate();
+    void drawRoutesAgain();
     void run(const std::string& function, const std::string& argument);
     void poll();
     void varLocalRead(std::string_view value);
@@ -76,6 +87,9 @@ class frmMediaCtrl : public MapPage {
 
     MediaCtrlNeeds m_needs;
     std::string m_tag = "0";
+    std::string m_address;        ///< of the page that is wanted
+    bool m_builtIn = false;       ///< the server gave no page
+    bool m_lost = false;          ///< a page that held routes has ended
     std::uint64_t m_question = 0; ///< number of the last read; an answer to an older one is late
     int m_ticksWithoutAnswer = 0;
     bool m_waitsForAnswer = false;

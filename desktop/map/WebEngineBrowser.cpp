@@ -50,7 +50,10 @@ WebEngineBrowser::WebEngineBrowser(WebEngineBrowserSettings settings)
                      [this](bool good) { loadFinished(good); });
     QObject::connect(
         page_.get(), &QWebEnginePage::renderProcessTerminated, page_.get(),
-        [this](QWebEnginePage::RenderProcessTerminationStatus, int) { view_->reload(); },
+        [this](QWebEnginePage::RenderProcessTerminationStatus, int) {
+            if (pageLostListener_)
+                pageLostListener_();
+        },
         Qt::QueuedConnection);
 }
 
@@ -83,6 +86,10 @@ void WebEngineBrowser::onLoadFailed(Listener listener) {
     loadFailedListener_ = std::move(listener);
 }
 
+void WebEngineBrowser::onPageLost(std::function<void()> listener) {
+    pageLostListener_ = std::move(listener);
+}
+
 void WebEngineBrowser::onLink(Listener listener) {
     page_->link = [listener](const QUrl& url) { listener(url.toString().toStdString()); };
 }
@@ -94,10 +101,9 @@ void WebEngineBrowser::onPageMessage(Listener listener) {
 void WebEngineBrowser::loadFinished(bool good) {
     if (!good && page_->takeRefusal())
         return;
-    const std::string address = documentUrl();
     const Listener& listener = good ? documentCompleteListener_ : loadFailedListener_;
     if (listener)
-        listener(address);
+        listener(good ? documentUrl() : page_->requestedUrl().toString().toStdString());
 }
 
 void WebEngineBrowser::navigate(const std::string& address) {

@@ -23,8 +23,6 @@ struct WebEngineBrowserSettings {
 /// The browser control on Qt WebEngine. It shows one page, its own (velmorant://map/...) or an
 /// operator's (http, https), and opens no address outside that page's origin. prepareWebEngine()
 /// must have been called.
-///
-/// A page whose process dies is loaded again.
 class WebEngineBrowser : public WebBrowser {
   public:
     using Listener = std::function<void(const std::string& text)>;
@@ -44,6 +42,8 @@ class WebEngineBrowser : public WebBrowser {
     void onDocumentComplete(Listener listener); ///< the main document's address
     /// The address could not be loaded: no network, no such page.
     void onLoadFailed(Listener listener);
+    /// The process of the page has ended; the control stays empty until the next navigate().
+    void onPageLost(std::function<void()> listener);
     void onLink(Listener listener);        ///< for the user's own browser; http or https
     void onPageMessage(Listener listener); ///< a line of the page's console
 
@@ -69,6 +69,7 @@ class WebEngineBrowser : public WebBrowser {
     std::function<void(std::function<void()>)> delivery_;
     Listener documentCompleteListener_;
     Listener loadFailedListener_;
+    std::function<void()> pageLostListener_;
 };
 
 } // namespace velmorant

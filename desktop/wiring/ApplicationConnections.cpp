@@ -133,6 +133,14 @@ void Application::connectMap() {
             m_host->journal.write("page " + address);
         });
     });
+    browser.onLoadFailed([this](const std::string& address) {
+        m_host->gate.runWhenFree([this, address] {
+            m_rooms.mediaCtrl->LoadFailed(address);
+            m_host->journal.write("no page " + address);
+        });
+    });
+    browser.onPageLost(
+        [this] { m_host->gate.runWhenFree([this] { m_rooms.mediaCtrl->PageLost(); }); });
     browser.onLink([](const std::string& address) {
         QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
     });

@@ -1,6 +1,7 @@
 // The rooms are built here, from the bottom up. A room is handed its ports and the bridges to the
 // rooms that it calls; the bridges look those up when they are called.
 
+#include "desktop/map/prepareWebEngine.h"
 #include "desktop/wiring/Bridges.h"
 #include "desktop/wiring/programFacts.h"
 #include "update/builtIn.h"
@@ -29,9 +30,11 @@ void Application::buildSplash() {
 
 void Application::buildTrackRooms() {
     Bridges& bridges = *m_bridges;
-    m_rooms.mediaCtrl = std::make_unique<frmMediaCtrl>(
-        MediaCtrlNeeds{*m_browser, bridges.tGetMapLocal, *m_panes->map.skin, *m_panes->map.bar,
-                       m_host->paths, m_texts, bridges.mapToPlayer, m_rooms.state, std::nullopt});
+    m_rooms.mediaCtrl = std::make_unique<frmMediaCtrl>(MediaCtrlNeeds{
+        *m_browser, bridges.tGetMapLocal, bridges.tMapAnswer, *m_panes->map.skin, *m_panes->map.bar,
+        m_host->paths, m_texts, bridges.mapToPlayer, m_panes->list.status, m_rooms.state,
+        std::string(mapScheme) + "://" + mapHost + "/",
+        [this](std::int32_t number) { m_rooms.sendData->SendLoadedTrack(number); }, std::nullopt});
     m_rooms.sendData = std::make_unique<frmSendData>(SendDataNeeds{
         bridges.tStart, m_panes->extraction, m_host->waits, m_host->files, m_host->paths,
         m_host->shell, m_host->trackDocument, m_host->messageBox, m_texts, m_panes->list.status,

@@ -25,6 +25,7 @@ struct Application::Bridges {
           frameWriter(panes.picture.player),
           tStart(host.gate),
           tGetMapLocal(host.gate),
+          tMapAnswer(host.gate),
           tPlayTime(host.gate),
           tFast(host.gate),
           tContinue(host.gate),
@@ -50,6 +51,7 @@ struct Application::Bridges {
     ExifFrameWriter frameWriter;
     QtTimer tStart;
     QtTimer tGetMapLocal;
+    QtTimer tMapAnswer;
     QtTimer tPlayTime;
     QtTimer tFast;
     QtTimer tContinue;

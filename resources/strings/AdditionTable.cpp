@@ -43,6 +43,8 @@ constexpr Row rows[] = {
     {"list.playing", {"The recording that is open cannot be removed from the list",
                       "已開啟的錄影無法從清單中移除"}},
     {"list.recordings", {"%1 recordings, %2 marked", "%1 個錄影，已標記 %2 個"}},
+    {"map.noServer", {"The map server does not answer, the built-in map is shown: %1",
+                      "地圖伺服器沒有回應，改用內建地圖：%1"}},
     {"moment.cameraClock", {"camera clock", "攝影機時鐘"}},
     {"list.word.marked", {"marked", "已標記"}},
     {"list.word.notMarked", {"not marked", "未標記"}},

@@ -3,6 +3,7 @@
 #include "common/StepError.h"
 #include "tests/fakes/FakeHostPaths.h"
 #include "tests/fakes/FakeSkin.h"
+#include "tests/fakes/FakeStatusLine.h"
 #include "tests/fakes/FakeTexts.h"
 #include "tests/fakes/FakeTimers.h"
 #include "tests/fakes/FakeWebBrowser.h"
@@ -17,6 +18,7 @@ namespace velmorant {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 
 class FakeMapClickTarget : public MapClickTarget {
@@ -42,11 +44,13 @@ class FakeMapClickTarget : public MapClickTarget {
 };
 
 const std::string address = "http://maps.example/DeskMap.asp?LangID=1028";
+const std::string builtIn = "built-in:/DeskMap.asp?LangID=1028";
 
 class frmMediaCtrlTest : public ::testing::Test {
   protected:
     frmMediaCtrlTest() {
         texts.texts["1"] = "http://maps.example/";
+        texts.texts["map.noServer"] = "no answer: %1";
         browser.url = address;
     }
 
@@ -72,15 +76,25 @@ class frmMediaCtrlTest : public ::testing::Test {
 
     fakes::FakeTimers timers;
     fakes::FakeTimer tGetMapLocal{timers};
+    fakes::FakeTimer tMapAnswer{timers};
     fakes::FakeWebBrowser browser;
     fakes::FakeSkin background;
     fakes::FakeSkin control;
     fakes::FakeHostPaths paths;
     fakes::FakeTexts texts;
     FakeMapClickTarget target;
+    fakes::FakeStatusLine status;
+    std::vector<std::int32_t> drawn;
     ProgramState state;
-    frmMediaCtrl pane{
-        {browser, tGetMapLocal, background, control, paths, texts, target, state, {}}};
+    frmMediaCtrl pane{needs()};
+
+    MediaCtrlNeeds needs() {
+        return {browser,    tGetMapLocal, tMapAnswer,
+                background, control,      paths,
+                texts,      target,       status,
+                state,      "built-in:/", [this](std::int32_t number) { drawn.push_back(number); },
+                {}};
+    }
 };
 
 TEST_F(frmMediaCtrlTest, loading_reads_the_skins_and_navigates_to_the_map_server) {
@@ -101,8 +115,9 @@ TEST_F(frmMediaCtrlTest, the_address_does_not_follow_the_language) {
 }
 
 TEST_F(frmMediaCtrlTest, a_server_base_of_the_host_wins_over_the_text_table) {
-    frmMediaCtrl other{{browser, tGetMapLocal, background, control, paths, texts, target, state,
-                        std::string("https://other.example/map/")}};
+    MediaCtrlNeeds elsewhere = needs();
+    elsewhere.serverBase = "https://other.example/map/";
+    frmMediaCtrl other(elsewhere);
     other.Load();
     EXPECT_THAT(browser.navigations,
                 ElementsAre("https://other.example/map/DeskMap.asp?LangID=1028"));
@@ -144,8 +159,69 @@ TEST_F(frmMediaCtrlTest, a_lost_page_is_loaded_anew) {
     EXPECT_FALSE(pane.ready());
     EXPECT_FALSE(tGetMapLocal.enabled());
     EXPECT_THAT(browser.navigations, ElementsAre(address, address));
+    EXPECT_THAT(drawn, IsEmpty());
     pane.DocumentComplete(address);
     EXPECT_TRUE(pane.ready());
+}
+
+TEST_F(frmMediaCtrlTest, a_page_loaded_anew_gets_the_loaded_routes_again_and_once) {
+    load();
+    addTrack("7", 1, 10, 3);
+    addTrack("12", 2, 20, 3);
+    pane.PageLost();
+    pane.DocumentComplete(address);
+    EXPECT_THAT(drawn, ElementsAre(7, 12));
+    pane.DocumentComplete(address);
+    EXPECT_THAT(drawn, ElementsAre(7, 12));
+}
+
+TEST_F(frmMediaCtrlTest, routes_are_not_drawn_again_on_a_page_that_was_not_lost) {
+    addTrack("7", 1, 10, 3);
+    load();
+    EXPECT_THAT(drawn, IsEmpty());
+}
+
+TEST_F(frmMediaCtrlTest,
+       a_server_without_the_page_gives_way_to_the_built_in_one_and_the_line_says_so) {
+    pane.Load();
+    pane.LoadFailed(address);
+    EXPECT_THAT(browser.navigations, ElementsAre(address, builtIn));
+    EXPECT_THAT(status.last(), HasSubstr(address));
+    browser.url = builtIn;
+    pane.DocumentComplete(builtIn);
+    EXPECT_TRUE(pane.ready());
+}
+
+TEST_F(frmMediaCtrlTest, so_does_a_server_that_keeps_silent_for_20_seconds) {
+    pane.Load();
+    timers.advance(19'900);
+    EXPECT_THAT(browser.navigations, ElementsAre(address));
+    timers.advance(200);
+    EXPECT_THAT(browser.navigations, ElementsAre(address, builtIn));
+    timers.advance(60'000);
+    EXPECT_THAT(browser.navigations, ElementsAre(address, builtIn));
+}
+
+TEST_F(frmMediaCtrlTest, a_server_that_answers_is_not_given_up_later) {
+    load();
+    timers.advance(60'000);
+    pane.LoadFailed(address);
+    EXPECT_THAT(browser.navigations, ElementsAre(address));
+    EXPECT_THAT(status.texts, IsEmpty());
+}
+
+TEST_F(frmMediaCtrlTest, a_failed_frame_is_no_failed_page) {
+    pane.Load();
+    pane.LoadFailed("http://maps.example/frame.html");
+    EXPECT_THAT(browser.navigations, ElementsAre(address));
+}
+
+TEST_F(frmMediaCtrlTest, without_the_built_in_page_nothing_more_is_tried) {
+    pane.Load();
+    pane.LoadFailed(address);
+    pane.LoadFailed(builtIn);
+    EXPECT_THAT(browser.navigations, ElementsAre(address, builtIn));
+    EXPECT_THAT(status.last(), HasSubstr(builtIn));
 }
 
 TEST_F(frmMediaCtrlTest, calls_go_to_the_page_as_quoted_script_texts) {
