@@ -10,6 +10,7 @@
 #include <QStandardPaths>
 #include <QStringList>
 #include <QTreeView>
+#include <QUrl>
 #include <cstddef>
 #include <utility>
 
@@ -35,10 +36,12 @@ QString endingOf(const QString& nameFilter) {
 
 } // namespace
 
-QtFileDialogs::QtFileDialogs(HandlerGate& gate, std::string memoryFile, Additions additions)
+QtFileDialogs::QtFileDialogs(HandlerGate& gate, std::string memoryFile, Additions additions,
+                             Cards cards)
     : gate_(gate),
       memoryFile_(QString::fromStdString(memoryFile)),
-      additions_(std::move(additions)) {}
+      additions_(std::move(additions)),
+      cards_(std::move(cards)) {}
 
 void QtFileDialogs::translate() {
     toolkitTexts_.use(addition("toolkit.language", "en"));
@@ -58,6 +61,16 @@ void QtFileDialogs::prepare(QFileDialog& dialog) {
         rows->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     }
     dialog.resize(dialogSize);
+    listPlaces(dialog);
+}
+
+void QtFileDialogs::listPlaces(QFileDialog& dialog) const {
+    QList<QUrl> places = dialog.sidebarUrls();
+    // The toolkit keeps them from dialog to dialog, also those of cards that were taken out.
+    places.removeIf([](const QUrl& place) { return isCardFolder(place.path().toStdString()); });
+    for (const std::string& card : cards_())
+        places << QUrl::fromLocalFile(QString::fromStdString(card));
+    dialog.setSidebarUrls(places);
 }
 
 QString QtFileDialogs::addition(const char* name, const char* english) const {
@@ -129,6 +142,11 @@ QString QtFileDialogs::lastFolder(Kind kind) const {
     }
     if (!folder.isEmpty() && QFileInfo(folder).isDir())
         return folder;
+    // Whoever opens recordings for the first time comes with a card.
+    const std::vector<std::string> cards =
+        kind == Kind::Open ? cards_() : std::vector<std::string>();
+    if (!cards.empty())
+        return QString::fromStdString(cards.front());
     folder = QStandardPaths::writableLocation(
         kind == Kind::Open ? QStandardPaths::MoviesLocation : QStandardPaths::PicturesLocation);
     return QFileInfo(folder).isDir() ? folder : QDir::homePath();

@@ -3,18 +3,21 @@
 #include "desktop/system/FileKinds.h"
 #include "desktop/system/HandlerGate.h"
 #include "desktop/system/ToolkitTexts.h"
+#include "desktop/system/mountedCards.h"
 #include "ports/FileDialogs.h"
 #include <QString>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 class QFileDialog;
 
 namespace velmorant {
 
 /// The toolkit's own file dialogs, the same on every desktop. Each opens in the folder where the
-/// last one ended.
+/// last one ended, the first one for recordings on the memory card that is plugged in. Cards stand
+/// in the list of places.
 ///
 /// More files than `largestResult` can name are returned all the same: the limit is one of a text
 /// buffer that does not exist here, and dropping files of a card unseen would be worse.
@@ -24,11 +27,15 @@ class QtFileDialogs : public FileDialogs {
     /// "toolkit.language", as ToolkitTexts takes it, "files.folder" and "files.file".
     using Additions = std::function<std::string(const std::string& name)>;
 
+    /// The folders of the memory cards that are plugged in at the moment.
+    using Cards = std::function<std::vector<std::string>()>;
+
     /// `memoryFile` is an INI file of the toolkit's that keeps the folders from run to run; empty:
     /// they are kept for this run only. Without `additions` the dialogs speak the toolkit's
     /// English.
-    explicit QtFileDialogs(HandlerGate& gate, std::string memoryFile = {},
-                           Additions additions = {});
+    explicit QtFileDialogs(
+        HandlerGate& gate, std::string memoryFile = {}, Additions additions = {},
+        Cards cards = [] { return mountedCards(); });
     std::string openFiles(const OpenFilesRequest& request) override;
     std::string saveFile(const SaveFileRequest& request) override;
 
@@ -42,6 +49,7 @@ class QtFileDialogs : public FileDialogs {
     /// For every dialog as it is made; the one before must be gone.
     void prepare(QFileDialog& dialog);
     QString addition(const char* name, const char* english) const;
+    void listPlaces(QFileDialog& dialog) const;
     bool run(QFileDialog& dialog, Kind kind);
     QString lastFolder(Kind kind) const;
     void keepFolder(Kind kind, const QString& folder);
@@ -49,6 +57,7 @@ class QtFileDialogs : public FileDialogs {
     HandlerGate& gate_;
     QString memoryFile_;
     Additions additions_;
+    Cards cards_;
     ToolkitTexts toolkitTexts_;
     std::unique_ptr<FileKinds> kinds_;
     QString folders_[2];

@@ -18,6 +18,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
+#include <QUrl>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <map>
@@ -149,6 +150,32 @@ TEST(QtFileDialogs, the_last_folder_is_remembered_by_the_next_run) {
     });
     QtFileDialogs(gate, folder.path("memory.ini")).openFiles(request);
     EXPECT_EQ(opened.toStdString(), folder.path());
+}
+
+TEST(QtFileDialogs, cards_are_places_and_the_first_dialog_opens_on_one) {
+    const TemporaryFolder card;
+    HandlerGate gate;
+    std::vector<std::string> cards = {card.path(), "/media/anna/DASHCAM"};
+    QtFileDialogs dialogs(gate, {}, {}, [&] { return cards; });
+    QString opened;
+    QList<QUrl> places;
+    const auto look = [&](QFileDialog& dialog) {
+        opened = dialog.directory().absolutePath();
+        places = dialog.sidebarUrls();
+        dialog.reject();
+    };
+    const OpenFilesRequest request{"title", "MP4 file|*.MP4", 32767};
+    whenShown<QFileDialog>(look);
+    dialogs.openFiles(request);
+    EXPECT_EQ(opened.toStdString(), card.path());
+    EXPECT_TRUE(places.contains(QUrl::fromLocalFile(QString::fromStdString(card.path()))));
+    EXPECT_TRUE(places.contains(QUrl::fromLocalFile("/media/anna/DASHCAM")));
+
+    cards.clear();
+    whenShown<QFileDialog>(look);
+    dialogs.openFiles(request);
+    EXPECT_NE(opened.toStdString(), card.path());
+    EXPECT_FALSE(places.contains(QUrl::fromLocalFile("/media/anna/DASHCAM"))) << "taken out";
 }
 
 TEST(QtFileDialogs, saving_proposes_the_name_and_adds_the_ending_of_the_filter) {
