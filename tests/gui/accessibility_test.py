@@ -35,6 +35,12 @@ OTHER_NAMES = {1: ["Recordings", "Map", "Picture", "Speed or G-force of every se
                2: ["錄影清單", "地圖", "影像", "每一秒的車速或 G 值"]}
 BOX_BUTTONS = {1: ["Yes", "No"], 2: ["是", "否"]}
 FILE_DIALOG = {1: ["Open", "Cancel"], 2: ["開啟", "取消"]}
+TITLE_MENU = {1: ["Minimise", "Close", "Check for updates"],
+              2: ["最小化", "關閉", "檢查更新"]}
+LIST_MENU = {1: ["Play", "Mark or unmark", "Show on map", "Show in folder", "Copy path",
+                 "Export track", "Remove from list"],
+             2: ["播放", "標記或取消標記", "在地圖上顯示", "在資料夾中顯示", "複製路徑",
+                 "匯出軌跡", "從清單移除"]}
 failures = []
 
 
@@ -301,18 +307,51 @@ def use_dialogs(program):
     wait_until_gone(program, FILE_DIALOG[language][1], "file dialog")
 
 
-def open_menu(program, name):
-    """Opens the menu of what has the focus; a popup is no part of the tree, so it is looked at."""
+class Spoken:
+    """What a screen reader is told while this lives: the names of what gets the focus. A popup is no
+    part of the tree, its items are told in this way alone."""
+
+    def __init__(self):
+        self.names = []
+        self.listener = Atspi.EventListener.new(self.hear)
+        self.listener.register("object:state-changed:focused")
+
+    def hear(self, event):
+        if event.detail1:
+            self.names.append(event.source.get_name())
+
+    def close(self):
+        self.listener.deregister("object:state-changed:focused")
+
+    def wait_for(self, name):
+        def heard():
+            while GLib.MainContext.default().iteration(False):
+                pass
+            return name in self.names
+        try:
+            wait_for(heard, name, 5)
+        except TimeoutError:
+            check(False, f"menu: a screen reader is not told of {name!r}, but of {self.names}")
+
+
+def open_menu(program, name, items):
+    """Opens the menu of what has the focus and goes through all its items."""
     before = Screen()
+    spoken = Spoken()
     key("shift+F10")
     wait_for(lambda: Screen().differs(before) > 5000, f"{name}: a menu on the screen")
+    for item in items:
+        key("Down")
+        spoken.wait_for(item)
     program.picture(name)
+    spoken.close()
+    program.tell(f"{name}: {len(items)} items told")
     return before
 
 
 def use_menus(program):
     focus(program, program.names["main.info.name"])
-    before = open_menu(program, "title-menu")
+    before = open_menu(program, "title-menu", TITLE_MENU[program.language])
     key("Escape")
     wait_for(lambda: Screen().differs(before) < 2000, "the title's menu gone")
 
@@ -322,7 +361,7 @@ def use_menus(program):
         key("Tab")
     key("Home")
     key("Down")
-    before = open_menu(program, "list-menu")
+    before = open_menu(program, "list-menu", LIST_MENU[program.language])
     key("Escape")
     wait_for(lambda: Screen().differs(before) < 2000, "the list's menu gone")
 
@@ -383,8 +422,7 @@ def look_for_updates(program, server):
     close = {1: "Close", 2: "\u95dc\u9589"}[program.language]
     server.publish(f"R{program.language}")
     focus(program, program.names["main.info.name"])
-    open_menu(program, "title-menu")
-    key("Up")
+    open_menu(program, "title-menu", TITLE_MENU[program.language])
     key("Return")
     wait_for(lambda: any(title in bar for bar in program.named({"progress bar"})),
              "the update's progress in the tree")
