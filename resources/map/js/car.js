@@ -51,7 +51,9 @@
             if (route !== null) this.table.activate(route);
             const known = !(call.longitude === 0 && call.latitude === 0) &&
                 (route === null || route.hasFix(call.index - 1));
-            this.onFix(known);
+            // Seconds of a route count from 1: a call without one says that nothing plays any more.
+            const stopped = call.index === 0;
+            this.onFix(known || stopped);
             if (!known) {
                 this.hide();
                 return;

@@ -135,6 +135,16 @@
         equal(notice('no-fix'), '', 'notice');
     });
 
+    test('a_stop_takes_the_car_away_and_is_no_lost_fix', () => {
+        MoveCar('121.5|25.04|1|90');
+        MoveCar('0|0|0|0');
+        check(document.querySelector('.car') === null, 'the car stands at 0, 0');
+        equal(notice('no-fix'), '', 'notice');
+        MoveCar('0|0|2|0');
+        MoveCar('0|0|0|0');
+        equal(notice('no-fix'), '', 'the notice outlives the stop');
+    });
+
     test('bad_car_calls_leave_the_car_where_it_is', () => {
         MoveCar('121.5|25.04|1|90');
         for (const text of ['', '121.5', '121.5|25|1', 'a|b|c|d', '200|25|1|0', '1|95|1|0', '1|1|x|0', '1|1|1|',
