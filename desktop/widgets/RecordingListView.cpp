@@ -73,6 +73,22 @@ void RecordingListView::rowsRemoved(int first, int count) {
 
 void RecordingListView::rowsChanged(int first, int count) {
     model_->rowsChanged(first, count);
+    followPlayingRow(first, count);
+}
+
+/// Among hundreds of rows the one that begins to play is easily out of sight. Who looks through the
+/// list with the mouse at that moment is not disturbed.
+void RecordingListView::followPlayingRow(int first, int count) {
+    for (int row = first; row < first + count && row <= model_->rowCount(); ++row) {
+        const QModelIndex cell = model_->index(row - 1, RecordingListModel::Text);
+        const bool playing = cell.data(RecordingListModel::PlayingRole).toBool();
+        if (playing && row != playingRow_ && !underMouse())
+            scrollTo(cell);
+        if (playing)
+            playingRow_ = row;
+        else if (row == playingRow_)
+            playingRow_ = 0;
+    }
 }
 
 void RecordingListView::selectionChanged(int index) {

@@ -78,6 +78,7 @@ class RecordingListView : public QTreeView, public ListControl, public ListBackg
     void type(const QString& text);
     void moveByKey(QKeyEvent* event);
     void updateKindOffset();
+    void followPlayingRow(int first, int count);
 
     HandlerGate& gate_;
     const Screen& screen_;
@@ -85,6 +86,7 @@ class RecordingListView : public QTreeView, public ListControl, public ListBackg
     RecordingListDelegate* delegate_;
     Listeners listeners_;
     int pressedRow_ = 0;
+    int playingRow_ = 0; ///< 0: none is known
     QString typed_;
     QElapsedTimer sinceTyped_;
     int backgroundHeight_ = 0;

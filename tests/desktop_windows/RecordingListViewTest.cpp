@@ -181,6 +181,34 @@ TEST_F(RecordingListViewTest, the_program_selecting_a_row_reports_nothing_and_sc
     EXPECT_EQ(view.selectedRow(), 0);
 }
 
+TEST_F(RecordingListViewTest,
+       the_row_that_begins_to_play_comes_into_sight_and_then_leaves_the_list_alone) {
+    rows.rows.assign(300, Row{"2012/10/09  10:22:45"});
+    view.setSource(&rows);
+    const auto seen = [&](int row) {
+        const QRect place = view.visualRect(view.model()->index(row - 1, RecordingListModel::Text));
+        return view.viewport()->rect().contains(place.adjusted(0, 1, 0, -1));
+    };
+    ASSERT_FALSE(seen(200));
+    QApplication::processEvents(); // lays the rows out
+    view.setAttribute(Qt::WA_UnderMouse, false);
+    rows.rows[199].weight = RowSource::Weight::Bold;
+    view.rowsChanged(200, 1);
+    EXPECT_TRUE(seen(200));
+    view.scrollToTop();
+    view.rowsChanged(200, 1);
+    EXPECT_TRUE(seen(1)) << "it has been playing for long";
+    rows.rows[199].weight = RowSource::Weight::Normal;
+    rows.rows[249].weight = RowSource::Weight::Bold;
+    view.rowsChanged(1, 300);
+    EXPECT_TRUE(seen(250));
+    view.setAttribute(Qt::WA_UnderMouse);
+    rows.rows[249].weight = RowSource::Weight::Normal;
+    rows.rows[0].weight = RowSource::Weight::Bold;
+    view.rowsChanged(1, 300);
+    EXPECT_TRUE(seen(250)) << "the mouse is on the list";
+}
+
 TEST_F(RecordingListViewTest, rows_come_change_and_go) {
     rows.rows.push_back({"2012/10/09  10:38:45"});
     view.rowsAdded(5, 1);
