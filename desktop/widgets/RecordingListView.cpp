@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -61,6 +62,23 @@ void RecordingListView::setPictures(RowPictures pictures) {
 
 void RecordingListView::setWords(RowWords words) {
     model_->setWords(std::move(words));
+}
+
+void RecordingListView::setEmptyHint(const std::string& hint) {
+    emptyHint_ = QString::fromStdString(hint);
+    setAccessibleDescription(emptyHint_);
+    viewport()->update();
+}
+
+void RecordingListView::paintEvent(QPaintEvent* event) {
+    QTreeView::paintEvent(event);
+    if (model_->rowCount() != 0 || emptyHint_.isEmpty())
+        return;
+    constexpr int margin = 24;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(margin, 0, -margin, 0),
+                     Qt::AlignCenter | Qt::TextWordWrap, emptyHint_);
 }
 
 void RecordingListView::rowsAdded(int first, int count) {

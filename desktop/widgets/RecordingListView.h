@@ -40,6 +40,8 @@ class RecordingListView : public QTreeView, public ListControl, public ListBackg
     void setSource(const RowSource* source);
     void setPictures(RowPictures pictures);
     void setWords(RowWords words);
+    /// What stands in the list while it is empty: how recordings come into it.
+    void setEmptyHint(const std::string& hint);
 
     void rowsAdded(int first, int count) override;
     void rowsRemoved(int first, int count) override;
@@ -61,6 +63,7 @@ class RecordingListView : public QTreeView, public ListControl, public ListBackg
     int selectedRow() const;
 
   protected:
+    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -89,6 +92,7 @@ class RecordingListView : public QTreeView, public ListControl, public ListBackg
     int playingRow_ = 0; ///< 0: none is known
     QString typed_;
     QElapsedTimer sinceTyped_;
+    QString emptyHint_;
     int backgroundHeight_ = 0;
     int textColumnWidth_ = 0; ///< pixels, as the logic set it
 };

@@ -120,6 +120,7 @@ void Application::connectList() {
         m_panes->list.view->setWords(
             {m_texts.addition("list.word.marked"), m_texts.addition("list.word.notMarked"),
              m_texts.addition("list.word.playing"), m_texts.addition("list.word.recording")});
+        m_panes->list.view->setEmptyHint(m_texts.addition("list.empty"));
     });
 }
 

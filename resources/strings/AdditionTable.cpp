@@ -29,6 +29,8 @@ constexpr Row rows[] = {
     {"files.folder", {"Folder", "資料夾"}},
     {"frame.filter", {"JPEG picture|*.jpg|PNG picture|*.png", "JPEG 圖片|*.jpg|PNG 圖片|*.png"}},
     {"frame.title", {"Save frame", "儲存影格"}},
+    {"list.empty", {"Drop recordings, folders or a memory card here, or press Open",
+                    "將錄影檔、資料夾或記憶卡拖放到此處，或按「開啟」"}},
     {"list.fileMissing", {"Not played, the file is missing: %1", "未播放，檔案不存在：%1"}},
     {"list.menu.copy", {"Copy path", "複製路徑"}},
     {"list.menu.export", {"Export track", "匯出軌跡"}},

@@ -209,6 +209,19 @@ TEST_F(RecordingListViewTest,
     EXPECT_TRUE(seen(250)) << "the mouse is on the list";
 }
 
+TEST_F(RecordingListViewTest, an_empty_list_says_how_recordings_come_into_it) {
+    const QImage full = view.grab().toImage();
+    view.setEmptyHint("Drop recordings here");
+    EXPECT_EQ(view.grab().toImage(), full) << "only while it is empty";
+    rows.rows.clear();
+    view.setSource(&rows);
+    const QImage hinted = view.grab().toImage();
+    view.setEmptyHint("");
+    EXPECT_NE(view.grab().toImage(), hinted);
+    view.setEmptyHint("Drop recordings here");
+    EXPECT_EQ(view.accessibleDescription(), "Drop recordings here");
+}
+
 TEST_F(RecordingListViewTest, rows_come_change_and_go) {
     rows.rows.push_back({"2012/10/09  10:38:45"});
     view.rowsAdded(5, 1);
