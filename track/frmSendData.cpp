@@ -153,7 +153,9 @@ bool frmSendData::complete(const std::string& trackFile, const std::string& reco
     const bool whole = trapErrors([&] { m_reader.load(trackFile); }) == StepOutcome::Done;
     if (whole && belongsToAnother())
         return false;
-    m_needs.waits.sleep(settling);
+    // A "Cancel" before it ends no sleep that only begins now.
+    if (!m_cancelled)
+        m_needs.waits.sleep(settling);
     // A file that names its recording was renamed when complete; any other may have grown, and
     // has not had its time when a "Cancel" cut the wait short.
     const bool mayHaveGrown = !whole || m_reader.recording().empty();

@@ -508,6 +508,15 @@ TEST_F(frmSendDataTest, cancel_while_a_file_is_still_being_written_reads_none_of
     EXPECT_THAT(messages.shown, IsEmpty());
 }
 
+TEST_F(frmSendDataTest, cancel_just_before_the_file_is_there_waits_no_more) {
+    written[list.at(1).path] = trackFileContent(3);
+    written[list.at(1).path].rootAttributes["recording"] = list.at(1).path;
+    waits.whenWaiting = [this] { window.cancel(); };
+    extractOne();
+    EXPECT_THAT(waits.sleeps, ::testing::ElementsAre(100));
+    EXPECT_TRUE(list.at(1).extractedAndShown) << "the file was complete";
+}
+
 TEST_F(frmSendDataTest, cancel_while_a_route_is_streamed_sends_the_rest_without_pauses) {
     written[list.at(1).path] = trackFileContent(100);
     addRow("/card/2.MP4", "8");
