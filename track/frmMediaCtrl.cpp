@@ -98,12 +98,16 @@ void frmMediaCtrl::DocumentComplete(const std::string& address) {
 }
 
 void frmMediaCtrl::drawRoutesAgain() {
-    std::vector<std::int32_t> numbers;
     // Drawing lets events run, which may change the table.
+    std::vector<std::pair<std::int32_t, std::shared_ptr<clsDot>>> routes;
     for (const LoadedTracks::Entry& entry : m_needs.state.loadedTracks)
-        numbers.push_back(toInt32(entry.key.substr(0, entry.key.find('N'))));
-    for (const std::int32_t number : numbers)
+        routes.emplace_back(toInt32(entry.key.substr(0, entry.key.find('N'))), entry.track);
+    for (const auto& [number, track] : routes) {
+        // Streaming moves the track's cursor; what plays or is paused stays where it is.
+        const std::int32_t cursor = track->lPlayLocal();
         m_needs.drawAgain(number);
+        track->lPlayLocal(cursor);
+    }
 }
 
 void frmMediaCtrl::PageLost() {

@@ -175,6 +175,16 @@ TEST_F(frmMediaCtrlTest, a_page_loaded_anew_gets_the_loaded_routes_again_and_onc
     EXPECT_THAT(drawn, ElementsAre(7, 12));
 }
 
+TEST_F(frmMediaCtrlTest, drawing_the_routes_again_leaves_the_place_that_plays) {
+    load();
+    const auto track = addTrack("7", 1, 10, 3);
+    track->lPlayLocal(2);
+    pane.PageLost();
+    pane.DocumentComplete(address);
+    ASSERT_THAT(drawn, ElementsAre(7));
+    EXPECT_EQ(track->lPlayLocal(), 2);
+}
+
 TEST_F(frmMediaCtrlTest, routes_are_not_drawn_again_on_a_page_that_was_not_lost) {
     addTrack("7", 1, 10, 3);
     load();
