@@ -19,6 +19,7 @@ class OpenGlSurface : public QOpenGLWidget, public VideoSurface {
     void hold() override { content_ = content_ == Content::Video ? Content::Held : content_; }
     void show() override;
     void clear() override;
+    bool drawsUnseen() const override { return context_; }
 
   protected:
     void initializeGL() override;

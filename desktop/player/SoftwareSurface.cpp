@@ -72,7 +72,7 @@ void SoftwareSurface::skip() {
 
 void SoftwareSurface::draw() {
     const QSize size = (QSizeF(this->size()) * devicePixelRatioF()).toSize();
-    if (size.isEmpty() || !isVisible())
+    if (size.isEmpty())
         return skip();
     std::size_t stride =
         (static_cast<std::size_t>(size.width()) * 4 + alignment - 1) / alignment * alignment;
@@ -113,9 +113,9 @@ void SoftwareSurface::resizeEvent(QResizeEvent*) {
 }
 
 void SoftwareSurface::showEvent(QShowEvent*) {
+    // The frames of the meantime were not drawn.
     if (content_ == Content::Video)
-        QMetaObject::invokeMethod(
-            this, [this] { draw(); }, Qt::QueuedConnection);
+        draw();
 }
 
 } // namespace velmorant

@@ -20,6 +20,7 @@ class SoftwareSurface : public QWidget, public VideoSurface {
     void hold() override;
     void show() override;
     void clear() override;
+    bool drawsUnseen() const override { return true; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;

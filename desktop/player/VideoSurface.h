@@ -14,6 +14,8 @@ class VideoSurface {
     virtual void hold() = 0; ///< keeps the present picture until show()
     virtual void show() = 0;
     virtual void clear() = 0; ///< black until show()
+    /// Whether a picture can come to be drawn while the widget is hidden.
+    virtual bool drawsUnseen() const = 0;
 };
 
 } // namespace velmorant

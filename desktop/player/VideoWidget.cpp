@@ -37,7 +37,34 @@ void VideoWidget::setPictureVisible(bool visible) {
     pictureVisible_ = visible;
     if (!visible)
         setFullScreenPicture(false);
-    picture().setVisible(visible);
+    placePicture();
+}
+
+void VideoWidget::placePicture() {
+    if (!fullScreen_)
+        picture().setVisible(pictureVisible_ && (pictureThere_ || !surface_->drawsUnseen()));
+}
+
+void VideoWidget::holdPicture() {
+    if (!picture().isHidden()) {
+        surface_->hold();
+        return;
+    }
+    // What was seen last is the background: the picture of another recording must not come between.
+    surface_->clear();
+    pictureThere_ = false;
+}
+
+void VideoWidget::showPicture() {
+    surface_->show();
+    pictureThere_ = true;
+    placePicture();
+}
+
+void VideoWidget::clearPicture() {
+    surface_->clear();
+    pictureThere_ = false;
+    placePicture();
 }
 
 void VideoWidget::setFullScreenPicture(bool fullScreen) {
@@ -53,7 +80,7 @@ void VideoWidget::setFullScreenPicture(bool fullScreen) {
         picture().setWindowState(Qt::WindowNoState);
         picture().setParent(this, Qt::Widget);
         picture().setGeometry(QRect(QPoint(), pictureSize_));
-        picture().setVisible(pictureVisible_);
+        placePicture();
         window()->activateWindow();
     }
     if (fullScreenListener_)

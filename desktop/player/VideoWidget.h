@@ -21,8 +21,9 @@ struct PictureMouseEvent {
 };
 
 /// The background picture box and, over it, the player's picture, letterboxed. The player's picture
-/// is hidden at first. It becomes a window of its own while it fills the screen; keys pressed there
-/// arrive in this widget.
+/// is hidden at first; made visible it takes the background's place when it has something to show,
+/// so that nothing flashes between the two. It becomes a window of its own while it fills the
+/// screen; keys pressed there arrive in this widget.
 class VideoWidget : public QWidget, private PictureListener {
   public:
     /// Throws StepError when libmpv cannot draw. Widget and player may end in either order.
@@ -47,9 +48,10 @@ class VideoWidget : public QWidget, private PictureListener {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    void holdPicture() override { surface_->hold(); }
-    void showPicture() override { surface_->show(); }
-    void clearPicture() override { surface_->clear(); }
+    void holdPicture() override;
+    void showPicture() override;
+    void clearPicture() override;
+    void placePicture();
     bool mouseEvent(QEvent& event, MouseAction action);
     bool wheelEvent(QEvent& event);
     QWidget& picture() { return surface_->widget(); }
@@ -58,7 +60,8 @@ class VideoWidget : public QWidget, private PictureListener {
     QPointer<QWidget> surfaceWidget_;
     std::shared_ptr<PictureLink> link_;
     QSize pictureSize_;
-    bool pictureVisible_ = false;
+    bool pictureVisible_ = false; ///< as asked for
+    bool pictureThere_ = false;   ///< the present recording has one, or an earlier one is held
     bool fullScreen_ = false;
     int wheelAngle_ = 0;
     QString backgroundPath_;

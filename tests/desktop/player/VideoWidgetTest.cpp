@@ -16,6 +16,8 @@ namespace {
 
 using testing::ElementsAre;
 
+constexpr QRgb green = qRgb(0, 200, 0);
+
 class VideoWidgetTest : public testing::Test {
   protected:
     VideoWidgetTest() {
@@ -30,6 +32,14 @@ class VideoWidgetTest : public testing::Test {
         player_.setCurrentPosition(seconds);
         ASSERT_TRUE(waitFor([this] { return player_.playState() == PlayState::Stopped; }));
     }
+    /// A background of one colour, which no frame of the recordings has.
+    void setBackground(QRgb colour) {
+        const QString path = folder_.filePath("playback.MP4");
+        QImage picture(64, 36, QImage::Format_RGB32);
+        picture.fill(colour);
+        ASSERT_TRUE(picture.save(path, "PNG"));
+        ASSERT_TRUE(view_.setBackgroundPicture(path.toStdString()));
+    }
     QRgb pixel(int x, int y) { return widget_.grab().toImage().pixel(x, y); }
     /// Whether the middle of the widget comes to show that frame.
     bool shows(int frame) {
@@ -40,6 +50,7 @@ class VideoWidgetTest : public testing::Test {
     MpvPlayer player_{VideoOutput::Software, AudioOutput::System};
     VideoWidget widget_{player_};
     VideoWidgetView view_{widget_};
+    QTemporaryDir folder_;
     std::vector<PictureMouseEvent> mouse_;
 };
 
@@ -96,7 +107,48 @@ TEST_F(VideoWidgetTest, keeps_the_last_picture_until_the_next_recording_has_one)
     EXPECT_FALSE(black);
 }
 
-TEST_F(VideoWidgetTest, is_black_when_nothing_is_open) {
+TEST_F(VideoWidgetTest, keeps_the_background_until_the_first_recording_has_a_picture) {
+    ASSERT_NO_FATAL_FAILURE(setBackground(green));
+    player_.setUrl(testMedium(TestMedium::TenSeconds));
+    player_.setCurrentPosition(3);
+    view_.setVisible(true);
+    std::vector<QRgb> seen;
+    ASSERT_TRUE(waitFor([&] {
+        seen.push_back(pixel(160, 90));
+        return frameNumberOf(qRed(seen.back())) == 90;
+    }));
+    seen.pop_back();
+    EXPECT_THAT(seen, testing::Each(green)) << "neither black nor another frame";
+    EXPECT_FALSE(seen.empty());
+}
+
+TEST_F(VideoWidgetTest, shows_no_picture_of_the_recording_before_when_it_was_hidden_meanwhile) {
+    ASSERT_NO_FATAL_FAILURE(setBackground(green));
+    view_.setVisible(true);
+    open(3);
+    ASSERT_TRUE(shows(90));
+    view_.setVisible(false);
+    player_.setUrl(testMedium(TestMedium::Short));
+    view_.setVisible(true);
+    std::vector<QRgb> seen;
+    ASSERT_TRUE(waitFor([&] {
+        seen.push_back(pixel(160, 90));
+        return frameNumberOf(qRed(seen.back())) == 0 && seen.back() != green;
+    }));
+    seen.pop_back();
+    EXPECT_THAT(seen, testing::Each(green));
+}
+
+TEST_F(VideoWidgetTest, returns_to_the_background_when_nothing_is_open) {
+    ASSERT_NO_FATAL_FAILURE(setBackground(green));
+    view_.setVisible(true);
+    open(3);
+    ASSERT_TRUE(shows(90));
+    player_.setUrl("");
+    EXPECT_TRUE(waitFor([&] { return pixel(160, 90) == green; }));
+}
+
+TEST_F(VideoWidgetTest, is_black_without_a_recording_and_without_a_background) {
     view_.setVisible(true);
     open(3);
     ASSERT_TRUE(shows(90));
@@ -105,20 +157,16 @@ TEST_F(VideoWidgetTest, is_black_when_nothing_is_open) {
 }
 
 TEST_F(VideoWidgetTest, shows_the_background_picture_while_hidden) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("playback.MP4");
-    QImage green(64, 36, QImage::Format_RGB32);
-    green.fill(qRgb(0, 200, 0));
-    ASSERT_TRUE(green.save(path, "PNG"));
     EXPECT_FALSE(view_.setBackgroundPicture(testMedium(TestMedium::NoMedia)));
     EXPECT_FALSE(view_.setBackgroundPicture("/nowhere/playback.MP4"));
-    EXPECT_TRUE(view_.setBackgroundPicture(path.toStdString()));
-    EXPECT_EQ(pixel(10, 10), qRgb(0, 200, 0));
-    EXPECT_EQ(pixel(310, 170), qRgb(0, 200, 0));
+    ASSERT_NO_FATAL_FAILURE(setBackground(green));
+    EXPECT_EQ(pixel(10, 10), green);
+    EXPECT_EQ(pixel(310, 170), green);
     view_.setVisible(true);
-    EXPECT_NE(pixel(10, 10), qRgb(0, 200, 0));
+    open(2);
+    EXPECT_NE(pixel(10, 10), green);
     view_.setVisible(false);
-    EXPECT_EQ(pixel(10, 10), qRgb(0, 200, 0));
+    EXPECT_EQ(pixel(10, 10), green);
 }
 
 TEST_F(VideoWidgetTest, fills_the_screen_and_comes_back) {
@@ -149,6 +197,7 @@ TEST_F(VideoWidgetTest, fills_the_screen_and_comes_back) {
 TEST_F(VideoWidgetTest, leaves_the_full_screen_when_it_is_hidden_or_closed) {
     QWidget* const surface = picture();
     view_.setVisible(true);
+    open(2);
     view_.setFullScreen(true);
     surface->close();
     EXPECT_FALSE(view_.fullScreen());
