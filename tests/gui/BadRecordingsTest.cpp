@@ -63,10 +63,8 @@ TEST_F(BadRecordingsTest, the_queue_goes_on_behind_what_cannot_be_played) {
 TEST_F(BadRecordingsTest, a_missing_file_loses_its_mark_and_opens_nothing) {
     const std::string gone = copied(recording(2), "card/20240612/103100.MP4");
     showOnMap({copied(recording(1), "card/20240612/103000.MP4"), gone});
-    // The page has the route before it has moved to where it can be clicked.
-    std::optional<MapProbe::RoutePlace> place;
-    ASSERT_TRUE(waitUntil(
-        [&] { return (place = driver().map().routePlace(driver().number(2), 0.5)).has_value(); }));
+    const auto place = driver().map().routePlace(driver().number(2), 0.5);
+    ASSERT_TRUE(place.has_value());
     fs::remove(gone);
     driver().map().click(place->pixel);
     EXPECT_TRUE(waitUntil([&] { return rooms().rows->text(2, SubItem::FileMissing) == "1"; }));

@@ -59,11 +59,8 @@ TEST_F(MainRoadTest, click_on_another_route_switches_and_seeks) {
 TEST_F(MainRoadTest, click_on_the_route_that_plays_seeks_in_it) {
     showCard();
     play(1);
-    std::optional<MapProbe::RoutePlace> place;
-    ASSERT_TRUE(waitUntil([&] {
-        place = driver().map().routePlace(driver().number(1), 0.8);
-        return place.has_value();
-    }));
+    const auto place = driver().map().routePlace(driver().number(1), 0.8);
+    ASSERT_TRUE(place.has_value());
     const double second = driver().track(1)->dot(place->index).second;
     ASSERT_GE(second, 4);
     player().pause();
@@ -82,11 +79,8 @@ TEST_F(MainRoadTest, real_recordings_go_the_whole_road) {
         const int first = driver().map().carIndex();
         EXPECT_TRUE(waitUntil([&] { return driver().map().carIndex() > first; }));
     }
-    std::optional<MapProbe::RoutePlace> place;
-    ASSERT_TRUE(waitUntil([&] {
-        place = driver().map().routePlace(driver().number(3), 0.3);
-        return place.has_value();
-    }));
+    const auto place = driver().map().routePlace(driver().number(3), 0.3);
+    ASSERT_TRUE(place.has_value());
     player().pause();
     ASSERT_TRUE(waitUntil([&] { return player().playState() == PlayState::Paused; }));
     driver().map().click(place->pixel);

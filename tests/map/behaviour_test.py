@@ -94,7 +94,7 @@ class Checks:
         self.draw()
         x, y = self.place_of(90)
         self.pointer(self.move(x, y), {"type": "pointerDown", "button": 0}, {"type": "pointerUp", "button": 0})
-        picked = self.browser.wait("window.varLocal", 5)
+        picked = self.browser.wait("window.varLocal")
         self.check("a_real_click_picks_a_place", picked.startswith("P121.5"), picked)
         centre = self.browser.run("return velmorantMap.map.getCenter().lng")
         self.pointer(self.move(150, 200), {"type": "pointerDown", "button": 0}, self.move(90, 200, 200),
@@ -106,7 +106,7 @@ class Checks:
         zoom = self.browser.run("return velmorantMap.map.getZoom()")
         self.browser.run("document.getElementById('zoomIn').focus()")
         self.keys(ENTER)
-        self.browser.wait(f"velmorantMap.map.getZoom() === {zoom + 1}", 5)
+        self.browser.wait(f"velmorantMap.map.getZoom() === {zoom + 1}")
         self.check("enter_on_a_button_presses_it", True)
         order = []
         self.browser.run("document.activeElement.blur(); velmorantMap.map.getContainer().focus()")
@@ -159,7 +159,7 @@ class Checks:
             "const d = b.context.getImageData(b.canvas.width / 2, b.canvas.height / 2, 9, 9).data;"
             "return d.some((v, i) => i % 4 === 3 && v > 0); })()", 10)
         self.check("the_map_is_not_blank_without_a_network", painted)
-        self.browser.wait("document.getElementById('source').textContent === velmorantMap.texts.get('tilesFailing')", 20)
+        self.browser.wait("document.getElementById('source').textContent === velmorantMap.texts.get('tilesFailing')")
         self.check("the_page_says_that_tiles_do_not_come", True)
         self.browser.protocol("Network.emulateNetworkConditions", {
             "offline": False, "latency": 0, "downloadThroughput": -1, "uploadThroughput": -1})
@@ -172,10 +172,10 @@ class Checks:
         self.draw()
         small = self.browser.run("return velmorantMap.map.getZoom()")
         self.browser.resize(1024, 708)
-        self.browser.wait(f"velmorantMap.map.getZoom() > {small} && velmorantMap.map.getSize().x === 1024", 5)
+        self.browser.wait(f"velmorantMap.map.getZoom() > {small} && velmorantMap.map.getSize().x === 1024")
         self.check("the_routes_fill_an_enlarged_map", True)
         self.browser.resize(338, 248)
-        self.browser.wait(f"velmorantMap.map.getZoom() === {small}", 5)
+        self.browser.wait(f"velmorantMap.map.getZoom() === {small}")
         self.check("and_fit_the_small_one_again", True)
 
     def chinese(self):

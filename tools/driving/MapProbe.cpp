@@ -37,6 +37,9 @@ const char* const placeOfRoute = R"((function (number, along) {
     return '';
 }))";
 
+/// The view is about to show new routes, or follows the car.
+const char* const viewMoves = "velmorantMap.view.timer !== 0 || velmorantMap.view.moving";
+
 /// As if the user had moved the map there.
 const char* const lookThere = R"((function (longitude, latitude, zoom, x, y) {
     const { map, view } = window.velmorantMap;
@@ -96,6 +99,10 @@ std::vector<MapProbe::Place> MapProbe::routePlaces(long number) {
 }
 
 std::optional<MapProbe::RoutePlace> MapProbe::routePlace(long number, double along) {
+    // Until the view has come to where the routes are seen, a place would be gone when it is
+    // clicked.
+    if (!QTest::qWaitFor([this] { return evaluate(viewMoves) == "false"; }, answerLimit))
+        return std::nullopt;
     const QString call = QString("%1(%2, %3)").arg(placeOfRoute).arg(number).arg(along);
     const QStringList parts = evaluate(call).split(',');
     if (parts.size() != 3)

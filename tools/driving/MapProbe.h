@@ -35,8 +35,9 @@ class MapProbe {
     std::string carPlace();
     /// All places of the route with that number, as the page keeps them; empty when none is drawn.
     std::vector<Place> routePlaces(long number);
-    /// The place nearest to `along` (0 start .. 1 end) of the route with that number; none when the
-    /// route is not drawn or other routes or buttons lie over all of it.
+    /// The place nearest to `along` (0 start .. 1 end) of the route with that number, as soon as
+    /// the view stands still; none when the route is not drawn or other routes or buttons lie over
+    /// all of it.
     std::optional<RoutePlace> routePlace(long number, double along);
     /// Shows a place, `aside` of the middle, and returns where it stands then; none when the page
     /// does not answer. The view stays there for some seconds, whatever the car does.
