@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <string>
 #include <vector>
 
@@ -181,16 +180,14 @@ TEST_F(RecordingListFileTest, makes_the_users_data_folder) {
     EXPECT_TRUE(files.folderExists("/home/data"));
 }
 
-TEST_F(RecordingListFileTest, reads_100000_entries_within_seconds) {
+TEST_F(RecordingListFileTest, reads_100000_entries) {
     std::string content = "<mp4list>";
     for (int i = 0; i < 100000; ++i)
         content += "<Data><x2>2012/10/09  10:30:45</x2><x3>/card/" + std::to_string(i) +
                    ".MP4</x3></Data>";
     put(content + "</mp4list>");
-    const auto start = std::chrono::steady_clock::now();
     load();
     EXPECT_EQ(list.count(), 100000);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
 } // namespace
