@@ -82,9 +82,9 @@ for preset in default sanitizers; do
 done
 
 # The analysis uses the time in which tests wait.
-quick=--quick
-[ "$long" = no ] || quick=""
-nice -n 19 tools/check_tidy.sh $quick >build/tidy.out 2>&1 &
+scope=--quick
+[ "$long" = no ] || scope=--all
+nice -n 19 tools/check_tidy.sh $scope >build/tidy.out 2>&1 &
 tidy=$!
 analysed() {
     wait "$tidy"

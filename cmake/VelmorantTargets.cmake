@@ -52,6 +52,15 @@ function(velmorant_room name)
     endif()
 endfunction()
 
+# velmorant_use_desktop_headers(TARGET...): they read the toolkit's headers as precompiled for the
+# rooms of the desktop.
+function(velmorant_use_desktop_headers)
+    foreach(target ${ARGN})
+        target_compile_options(${target} PRIVATE -pthread)
+        target_precompile_headers(${target} REUSE_FROM velmorant_desktop_headers)
+    endforeach()
+endfunction()
+
 # The tests' own code need not be fast, and compiles in half the time.
 set(VELMORANT_TEST_OPTIONS -O0)
 if(VELMORANT_FUZZERS)

@@ -103,6 +103,10 @@ ChartWidget::ChartWidget(QWidget* parent) : plot_(new QCustomPlot(parent)), seri
     });
 }
 
+std::string ChartWidget::libraryVersion() {
+    return QCUSTOMPLOT_VERSION_STR;
+}
+
 ChartWidget::~ChartWidget() {
     delete plot_;
 }

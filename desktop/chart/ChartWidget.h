@@ -38,6 +38,9 @@ class ChartWidget : public Chart {
     ChartWidget(const ChartWidget&) = delete;
     ChartWidget& operator=(const ChartWidget&) = delete;
 
+    /// Of the plot's library, for the about box.
+    static std::string libraryVersion();
+
     /// For the window that lays it out, which may also delete it before the chart ends.
     QWidget& widget();
 

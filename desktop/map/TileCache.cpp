@@ -9,7 +9,7 @@ namespace velmorant {
 namespace {
 
 constexpr int timeoutMilliseconds = 15000;
-constexpr qint64 largestTile = 2 * 1024 * 1024;
+constexpr qint64 largestTile = qint64{2} * 1024 * 1024;
 
 bool onMap(const TileProvider& provider, int zoom, int x, int y) {
     return zoom >= 0 && zoom <= provider.maxZoom && zoom <= 22 && x >= 0 && y >= 0 &&
@@ -47,7 +47,8 @@ void TileCache::setProvider(std::optional<TileProvider> provider) {
     provider_ = std::move(provider);
 }
 
-void TileCache::fetch(int zoom, int x, int y, std::function<void(std::optional<Tile>)> result) {
+void TileCache::fetch(int zoom, int x, int y,
+                      const std::function<void(std::optional<Tile>)>& result) {
     const QUrl url =
         provider_ && onMap(*provider_, zoom, x, y) ? addressOf(*provider_, zoom, x, y) : QUrl();
     if (!url.isValid() || (url.scheme() != "http" && url.scheme() != "https")) {
@@ -55,11 +56,11 @@ void TileCache::fetch(int zoom, int x, int y, std::function<void(std::optional<T
             &network_, [result] { result(std::nullopt); }, Qt::QueuedConnection);
         return;
     }
-    request(url, From::Network, std::move(result));
+    request(url, From::Network, result);
 }
 
 void TileCache::request(const QUrl& url, From from,
-                        std::function<void(std::optional<Tile>)> result) {
+                        const std::function<void(std::optional<Tile>)>& result) {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", "VelmorantDVRTools/" VELMORANT_VERSION);
     if (!provider_->referer.isEmpty())

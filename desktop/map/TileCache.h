@@ -34,11 +34,12 @@ class TileCache {
 
     /// Calls back once, from the event loop; without a tile when there is no provider, the place is
     /// outside the map, or the tile can be had neither from the network nor from the disk.
-    void fetch(int zoom, int x, int y, std::function<void(std::optional<Tile>)> result);
+    void fetch(int zoom, int x, int y, const std::function<void(std::optional<Tile>)>& result);
 
   private:
     enum class From { Network, Disk };
-    void request(const QUrl& url, From from, std::function<void(std::optional<Tile>)> result);
+    void request(const QUrl& url, From from,
+                 const std::function<void(std::optional<Tile>)>& result);
 
     QNetworkAccessManager network_;
     std::optional<TileProvider> provider_;

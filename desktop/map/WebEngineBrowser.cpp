@@ -90,11 +90,11 @@ void WebEngineBrowser::onPageLost(std::function<void()> listener) {
     pageLostListener_ = std::move(listener);
 }
 
-void WebEngineBrowser::onLink(Listener listener) {
+void WebEngineBrowser::onLink(const Listener& listener) {
     page_->link = [listener](const QUrl& url) { listener(url.toString().toStdString()); };
 }
 
-void WebEngineBrowser::onPageMessage(Listener listener) {
+void WebEngineBrowser::onPageMessage(const Listener& listener) {
     page_->message = [listener](const QString& text) { listener(text.toStdString()); };
 }
 

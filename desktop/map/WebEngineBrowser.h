@@ -44,8 +44,8 @@ class WebEngineBrowser : public WebBrowser {
     void onLoadFailed(Listener listener);
     /// The process of the page has ended; the control stays empty until the next navigate().
     void onPageLost(std::function<void()> listener);
-    void onLink(Listener listener);        ///< for the user's own browser; http or https
-    void onPageMessage(Listener listener); ///< a line of the page's console
+    void onLink(const Listener& listener);        ///< for the user's own browser; http or https
+    void onPageMessage(const Listener& listener); ///< a line of the page's console
 
     void navigate(const std::string& address) override;
     std::string documentUrl() const override;

@@ -96,7 +96,7 @@ void ExifFrameWriter::saveFrame(const std::string& path, const FrameDetails& det
     const std::optional<DecodedFrame> frame = player_.decodedFrame();
     if (!frame)
         throw StepError(path + ": there is no picture to save");
-    const QImage image(frame->rgb.data(), frame->width, frame->height, 3 * frame->width,
+    const QImage image(frame->rgb.data(), frame->width, frame->height, qsizetype{3} * frame->width,
                        QImage::Format_RGB888);
     const bool png = path.size() >= 4 && equalsIgnoringCase(path.substr(path.size() - 4), ".png");
     QByteArray bytes;

@@ -32,6 +32,7 @@ MpvHandle::~MpvHandle() {
 
 void MpvHandle::command(const std::vector<std::string>& words, std::uint64_t reply) {
     std::vector<const char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (const std::string& word : words)
         arguments.push_back(word.c_str());
     arguments.push_back(nullptr);

@@ -107,13 +107,13 @@ bool VideoWidget::setBackgroundPicture(const std::string& path) {
 bool VideoWidget::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
-        return mouseEvent(*event, MouseAction::Press);
+        return reportMouse(*event, MouseAction::Press);
     case QEvent::MouseButtonRelease:
-        return mouseEvent(*event, MouseAction::Release);
+        return reportMouse(*event, MouseAction::Release);
     case QEvent::MouseButtonDblClick:
-        return mouseEvent(*event, MouseAction::DoubleClick);
+        return reportMouse(*event, MouseAction::DoubleClick);
     case QEvent::Wheel:
-        return wheelEvent(*event);
+        return reportWheel(*event);
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
         if (!fullScreen_)
@@ -131,7 +131,7 @@ bool VideoWidget::eventFilter(QObject* watched, QEvent* event) {
     return QWidget::eventFilter(watched, event);
 }
 
-bool VideoWidget::mouseEvent(QEvent& event, MouseAction action) {
+bool VideoWidget::reportMouse(QEvent& event, MouseAction action) {
     const auto& mouse = static_cast<QMouseEvent&>(event);
     PictureMouseEvent report;
     report.action = action;
@@ -149,7 +149,7 @@ bool VideoWidget::mouseEvent(QEvent& event, MouseAction action) {
     return true;
 }
 
-bool VideoWidget::wheelEvent(QEvent& event) {
+bool VideoWidget::reportWheel(QEvent& event) {
     constexpr int anglePerStep = 120;
     wheelAngle_ += static_cast<QWheelEvent&>(event).angleDelta().y();
     const int steps = wheelAngle_ / anglePerStep;

@@ -52,8 +52,8 @@ class VideoWidget : public QWidget, private PictureListener {
     void showPicture() override;
     void clearPicture() override;
     void placePicture();
-    bool mouseEvent(QEvent& event, MouseAction action);
-    bool wheelEvent(QEvent& event);
+    bool reportMouse(QEvent& event, MouseAction action);
+    bool reportWheel(QEvent& event);
     QWidget& picture() { return surface_->widget(); }
 
     VideoSurface* surface_; ///< a child widget, deleted as such

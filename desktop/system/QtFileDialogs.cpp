@@ -36,7 +36,7 @@ QString endingOf(const QString& nameFilter) {
 
 } // namespace
 
-QtFileDialogs::QtFileDialogs(HandlerGate& gate, std::string memoryFile, Additions additions,
+QtFileDialogs::QtFileDialogs(HandlerGate& gate, const std::string& memoryFile, Additions additions,
                              Cards cards)
     : gate_(gate),
       memoryFile_(QString::fromStdString(memoryFile)),

@@ -34,7 +34,7 @@ class QtFileDialogs : public FileDialogs {
     /// they are kept for this run only. Without `additions` the dialogs speak the toolkit's
     /// English.
     explicit QtFileDialogs(
-        HandlerGate& gate, std::string memoryFile = {}, Additions additions = {},
+        HandlerGate& gate, const std::string& memoryFile = {}, Additions additions = {},
         Cards cards = [] { return mountedCards(); });
     std::string openFiles(const OpenFilesRequest& request) override;
     std::string saveFile(const SaveFileRequest& request) override;

@@ -22,7 +22,7 @@ VideoOutput videoOutput(const EnvironmentLookup& environment) {
                : VideoOutput::Software;
 }
 
-Application::Application(EnvironmentLookup environment, std::string programFolder)
+Application::Application(EnvironmentLookup environment, const std::string& programFolder)
     : m_environment(std::move(environment)),
       m_texts(m_rooms.state.settings, m_environment("VELMORANT_SERVER").value_or("")) {
     m_host = std::make_unique<Host>(m_environment, programFolder, m_texts);

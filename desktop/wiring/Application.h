@@ -26,7 +26,7 @@ VideoOutput videoOutput(const EnvironmentLookup& environment);
 /// The application object must exist, and prepareWebEngine() have been called before it.
 class Application {
   public:
-    Application(EnvironmentLookup environment, std::string programFolder);
+    Application(EnvironmentLookup environment, const std::string& programFolder);
     ~Application();
     Application(const Application&) = delete;
     Application& operator=(const Application&) = delete;
