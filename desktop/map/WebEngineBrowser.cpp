@@ -120,7 +120,7 @@ std::string WebEngineBrowser::documentUrl() const {
 void WebEngineBrowser::execScript(const std::string& text, const std::string&) {
     // Nobody waits for the value of the last expression; should a version of the browser bring it
     // over all the same, it is a small one and not a whole route.
-    page_->runJavaScript(QString::fromStdString(text));
+    page_->runJavaScript(QString::fromStdString(text) + "\n;0");
 }
 
 void WebEngineBrowser::readWindowProperty(const std::string& name,

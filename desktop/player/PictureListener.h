@@ -6,10 +6,11 @@ namespace velmorant {
 class PictureListener {
   public:
     virtual ~PictureListener() = default;
-    /// Another file opens: the present picture stays until showPicture(), so that nothing flashes.
+    /// Another file opens: what is seen, a picture or the background, stays until showPicture(), so
+    /// that nothing flashes.
     virtual void holdPicture() = 0;
-    virtual void showPicture() = 0;
-    virtual void clearPicture() = 0; ///< no file: black
+    virtual void showPicture() = 0;  ///< the opened file's first one can be drawn
+    virtual void clearPicture() = 0; ///< no file: the background, on the full screen black
 };
 
 class MpvPlayer;

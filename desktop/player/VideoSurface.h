@@ -11,8 +11,8 @@ class VideoSurface {
   public:
     virtual ~VideoSurface() = default;
     virtual QWidget& widget() = 0;
-    virtual void hold() = 0; ///< keeps the present picture until show()
-    virtual void show() = 0;
+    virtual void hold() = 0;  ///< keeps the present picture until show()
+    virtual void show() = 0;  ///< the pictures of the file that is open, the present one at once
     virtual void clear() = 0; ///< black until show()
     /// Whether a picture can come to be drawn while the widget is hidden.
     virtual bool drawsUnseen() const = 0;
