@@ -1,6 +1,7 @@
 #include "app/InstallerStep.h"
 
 #include "app/IniFile.h"
+#include "common/Language.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
 #include "ports/ensureFolder.h"
@@ -9,8 +10,7 @@ namespace velmorant {
 
 namespace {
 
-constexpr const char* english = "1001";
-constexpr const char* chinese = "1002";
+/// The default of the configuration, which stands for no language.
 constexpr const char* notChosen = "1003";
 
 } // namespace
@@ -26,8 +26,8 @@ InstallerStep::Result InstallerStep::run(const std::string& locale) {
     if (!present.empty() && present != notChosen)
         return Result::AlreadyChosen;
     trapErrors([&] { ensureFolder(m_files, m_paths, folderOf(m_paths, path)); });
-    const bool isChinese = lowerCase(locale).starts_with("zh");
-    const IniFileWrite written = configuration.writeKey("mainv", isChinese ? chinese : english);
+    const std::int32_t code = languageOfLocale(lowerCase(locale)).code();
+    const IniFileWrite written = configuration.writeKey("mainv", std::to_string(code));
     return written == IniFileWrite::Kept ? Result::Written : Result::NotWritten;
 }
 

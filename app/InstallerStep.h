@@ -17,8 +17,8 @@ class InstallerStep {
 
     InstallerStep(ProfileFunctions& profile, FileSystem& files, const HostPaths& paths);
 
-    /// Writes "mainv" (1002 for a Chinese locale, 1001 for every other one) when it is missing,
-    /// empty or 1003; makes the file's folder when it is missing.
+    /// Writes the code of the locale's language as "mainv" when it is missing, empty or 1003; makes
+    /// the file's folder when it is missing.
     Result run(const std::string& locale);
 
   private:

@@ -1,11 +1,11 @@
 #include "app/LanguageTable.h"
 
+#include "common/Language.h"
 #include "common/StepError.h"
 #include "common/textRules.h"
 #include "resources/strings/AdditionTable.h"
 #include "resources/strings/StringTable.h"
 
-#include <cstdint>
 #include <utility>
 
 namespace velmorant {
@@ -13,7 +13,6 @@ namespace velmorant {
 namespace {
 
 constexpr int serverAddressId = 1;
-constexpr std::int32_t chineseIndex = 2;
 
 } // namespace
 
@@ -42,8 +41,7 @@ std::string LanguageTable::addition(const std::string& name) const {
     const auto texts = additionTexts(name);
     if (!texts)
         throw StepError("The table of additions has no row \"" + name + "\"");
-    return std::string(m_settings.languageIndex == chineseIndex ? texts->traditionalChinese
-                                                                : texts->english);
+    return std::string(texts->at(columnOf(languageOf(m_settings.languageIndex))));
 }
 
 } // namespace velmorant

@@ -1,5 +1,7 @@
 #include "common/SettingsState.h"
 
+#include "common/SpeedUnit.h"
+
 namespace velmorant {
 
 void SettingsState::setLanguage(std::int32_t code) {
@@ -11,19 +13,8 @@ void SettingsState::setLanguage(std::int32_t code) {
 
 void SettingsState::setUnit(std::int32_t code) {
     unitCode = code;
-    switch (code % 10) {
-    case 1:
-        speedFactor = 1.0;
-        break;
-    case 2:
-        speedFactor = 0.6213712;
-        break;
-    case 3:
-        speedFactor = 0.5399568;
-        break;
-    default:
-        break;
-    }
+    if (const SpeedUnit* unit = speedUnitOf(code))
+        speedFactor = unit->factor;
 }
 
 } // namespace velmorant

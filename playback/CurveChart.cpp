@@ -1,8 +1,8 @@
 #include "playback/CurveChart.h"
 
+#include "common/SpeedUnit.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
-#include "playback/speedUnit.h"
 
 #include <algorithm>
 #include <memory>
@@ -34,9 +34,10 @@ void CurveChart::setMode(ChartMode mode) {
         m_needs.chart.setLegend(2, acceleration ? "G y" : "");
         m_needs.chart.setLegend(3, acceleration ? "G z" : "");
         m_needs.chart.setAxisTitle(
-            ChartAxis::Left, acceleration ? "G"
-                                          : m_needs.texts.byOffset(3022) + " (" +
-                                                speedUnit(m_needs.state.settings.unitCode) + ")");
+            ChartAxis::Left,
+            acceleration ? "G"
+                         : m_needs.texts.byOffset(3022) + " (" +
+                               std::string(speedSign(m_needs.state.settings.unitCode)) + ")");
         m_needs.chart.setAxisTitle(ChartAxis::Bottom, m_needs.texts.byOffset(3023) + " (s)");
     });
 }
@@ -123,7 +124,7 @@ std::string CurveChart::PointText(std::int32_t point) const {
         return {};
     return m_mode == ChartMode::Speed
                ? track->ShowInfo(point + 1, m_needs.state.settings.speedFactor) + " " +
-                     speedUnit(m_needs.state.settings.unitCode)
+                     std::string(speedSign(m_needs.state.settings.unitCode))
                : accelerationText(*track, point + 1);
 }
 

@@ -1,9 +1,9 @@
 #include "playback/MomentCard.h"
 
+#include "common/SpeedUnit.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
 #include "playback/recordedMoment.h"
-#include "playback/speedUnit.h"
 
 #include <cmath>
 
@@ -36,7 +36,8 @@ void MomentCard::Preview(double percent) {
 
 void MomentCard::ShowUnit() {
     trapErrors([this] {
-        m_needs.controlBar.setText("place.unit", speedUnit(m_needs.state.settings.unitCode));
+        m_needs.controlBar.setText("place.unit",
+                                   std::string(speedSign(m_needs.state.settings.unitCode)));
     });
 }
 

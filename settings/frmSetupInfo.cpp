@@ -1,18 +1,16 @@
 #include "settings/frmSetupInfo.h"
 
+#include "common/Language.h"
+#include "common/SpeedUnit.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
 #include "settings/sizeAndCentre.h"
-
-#include <array>
 
 namespace velmorant {
 
 namespace {
 
 constexpr PixelSize dialogSize{800, 480};
-constexpr std::array<std::int32_t, 2> languageCodes = {1001, 1002};
-constexpr std::array<std::int32_t, 3> unitCodes = {1001, 1002, 1003};
 
 constexpr int informationTitle = 3000;
 constexpr int warningTitle = 3011;
@@ -53,22 +51,23 @@ SkinLoad frmSetupInfo::applySkin() {
 }
 
 void frmSetupInfo::showSelection() {
-    for (const std::int32_t code : languageCodes)
-        m_needs.skin.setOn("lang" + std::to_string(code), code == m_pendingLanguage);
-    for (const std::int32_t code : unitCodes)
-        m_needs.skin.setOn("unit" + std::to_string(code), code == m_pendingUnit);
+    for (const Language& language : languages)
+        m_needs.skin.setOn("lang" + std::to_string(language.code()),
+                           language.code() == m_pendingLanguage);
+    for (const SpeedUnit& unit : speedUnits)
+        m_needs.skin.setOn("unit" + std::to_string(unit.code), unit.code == m_pendingUnit);
 }
 
 void frmSetupInfo::SkinClick(const std::string& element) {
     const std::string name = upperCase(element);
     trapErrors([&] {
-        for (const std::int32_t code : languageCodes) {
-            if (name == "LANG" + std::to_string(code))
-                chooseLanguage(code);
+        for (const Language& language : languages) {
+            if (name == "LANG" + std::to_string(language.code()))
+                chooseLanguage(language.code());
         }
-        for (const std::int32_t code : unitCodes) {
-            if (name == "UNIT" + std::to_string(code))
-                chooseUnit(code);
+        for (const SpeedUnit& unit : speedUnits) {
+            if (name == "UNIT" + std::to_string(unit.code))
+                chooseUnit(unit.code);
         }
         if (name == "CMDCLOSE")
             applyAndClose();

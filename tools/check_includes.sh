@@ -21,7 +21,7 @@ settings: settings update track ports common
 xml: xml ports common expat
 server: server update ports common os
 desktop: desktop update app library track playback settings ports common resources xml telemetry qt os expat
-resources: resources
+resources: resources common
 '
 
 status=0

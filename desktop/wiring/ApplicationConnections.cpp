@@ -1,6 +1,7 @@
 // What the user and the components do, handed to the rooms. Everything passes the gate, so that no
 // two handlers run at once.
 
+#include "common/Language.h"
 #include "desktop/wiring/Bridges.h"
 #include "desktop/wiring/keys.h"
 
@@ -151,8 +152,8 @@ void Application::connectMap() {
         [this](const std::string&) { m_panes->list.view->setFocus(Qt::OtherFocusReason); });
     // app -> track: the pane is loaded when it gets its band.
     m_frameBands.onChild("frmMediaCtrl", [this] {
-        m_panes->map.browser.setLanguage(m_rooms.state.settings.languageIndex == 2 ? "zh-TW"
-                                                                                   : "en");
+        m_panes->map.browser.setLanguage(QString::fromStdString(
+            std::string(languageOf(m_rooms.state.settings.languageIndex).tag)));
         m_rooms.mediaCtrl->Load();
     });
 }

@@ -1,5 +1,6 @@
 #include "desktop/wiring/MapData.h"
 
+#include "common/Language.h"
 #include "common/textRules.h"
 #include "library/recordingNames.h"
 
@@ -85,7 +86,8 @@ std::optional<std::string> MapData::track(long number) const {
 
 std::string MapData::configuration() const {
     QJsonObject object;
-    object["language"] = m_state.settings.languageIndex == 2 ? "zh-TW" : "en";
+    object["language"] =
+        QString::fromStdString(std::string(languageOf(m_state.settings.languageIndex).tag));
     QJsonObject unit;
     unit["factor"] = m_state.settings.speedFactor;
     unit["label"] = QString::fromStdString(m_texts.byOffset(1000 + m_state.settings.unitCode % 10));

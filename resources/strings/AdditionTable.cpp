@@ -1,5 +1,8 @@
 #include "resources/strings/AdditionTable.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace velmorant {
 
 namespace {
@@ -87,6 +90,14 @@ constexpr Row rows[] = {
     {"title.menu.update", {"Check for updates", "檢查更新"}},
 };
 // clang-format on
+
+constexpr bool isWhole(const Row& row) {
+    return std::none_of(row.texts.begin(), row.texts.end(),
+                        [](std::string_view text) { return text.empty(); });
+}
+
+static_assert(std::all_of(std::begin(rows), std::end(rows), isWhole),
+              "a row has no text in one of the languages");
 
 } // namespace
 

@@ -1,5 +1,8 @@
 #include "tools/check_skin/SkinKind.h"
 
+#include "common/Language.h"
+#include "common/SpeedUnit.h"
+
 #include <array>
 
 namespace velmorant {
@@ -21,6 +24,17 @@ Rules joined(std::initializer_list<Rules> parts) {
     Rules rules;
     for (const Rules& part : parts)
         rules.insert(rules.end(), part.begin(), part.end());
+    return rules;
+}
+
+/// The buttons of the settings dialog: one per language and per speed unit.
+Rules choices() {
+    Rules rules;
+    for (const Language& language : languages)
+        rules.push_back(
+            {"lang" + QString::number(language.code()), ElementType::Toggle, Need::Required});
+    for (const SpeedUnit& unit : speedUnits)
+        rules.push_back({"unit" + QString::number(unit.code), ElementType::Toggle, Need::Required});
     return rules;
 }
 
@@ -51,8 +65,7 @@ std::vector<SkinRules> makeRules() {
          joined({all(ElementType::Toggle, "mylist"), all(ElementType::Place, "place.status?"),
                  all(ElementType::Picture, "ground")})},
         {"setup", 800, 480,
-         joined({all(ElementType::Toggle, "lang1001 lang1002 unit1001 unit1002 unit1003"),
-                 all(ElementType::Button, "cmdclose cancel?"),
+         joined({choices(), all(ElementType::Button, "cmdclose cancel?"),
                  all(ElementType::Place, "place.drag?"), all(ElementType::Picture, "ground")})},
         {"playback", 656, 369, all(ElementType::Picture, "ground")},
         {"splash", 1024, 708, all(ElementType::Picture, "ground")},
