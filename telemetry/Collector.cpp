@@ -147,6 +147,7 @@ void Collector::add(const Fix& given) {
     judge(fix);
     if (fix.state == FixState::good) {
         ++fixes_;
+        standardTime_ = standardTime_ || (fix.standardTime && fix.time != noTime);
     }
     if (!known(fix.mediaTime)) {
         if (sequence_.empty()) {

@@ -94,6 +94,8 @@ class Collector {
 
     bool empty() const { return sequence_.empty() && bins_.empty(); }
     bool hasFixes() const { return fixes_ > 0; }
+    // Whether the clock was read from a format that defines it as UTC.
+    bool hasStandardTime() const { return standardTime_; }
     std::size_t readings() const { return readings_; }
 
     // One sample per second of `duration` seconds; where that is unknown (0), or far from what the
@@ -130,6 +132,7 @@ class Collector {
     std::size_t expected_ = 0;
     std::size_t fixes_ = 0;
     std::size_t readings_ = 0;
+    bool standardTime_ = false;
 };
 
 // Sets the state of a fix whose own values betray it: range, zero, date.

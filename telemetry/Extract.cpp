@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "telemetry/ClockEvidence.h"
 #include "telemetry/UtcTime.h"
 #include "telemetry/families/TransportStream.h"
 
@@ -66,6 +67,34 @@ std::optional<Error> readStructure(Recording& recording) {
     return std::nullopt;
 }
 
+// A clock that the evidence takes for another than its format says is labelled so everywhere.
+void labelClock(const Recording& recording, std::int64_t creation, bool standard,
+                Telemetry& telemetry) {
+    ClockWitnesses witnesses;
+    witnesses.declared = telemetry.base;
+    witnesses.standard = standard;
+    witnesses.path = recording.input.name();
+    witnesses.creation = creation;
+    witnesses.duration = telemetry.duration;
+    witnesses.setAtFirstFix = setAtFirstFix(telemetry.samples);
+    witnesses.clock = telemetry.samples.empty() ? 0 : telemetry.samples.front().time;
+    const auto fix =
+        std::find_if(telemetry.samples.begin(), telemetry.samples.end(),
+                     [](const Sample& sample) { return sample.state == FixState::good; });
+    if (fix != telemetry.samples.end()) {
+        witnesses.longitude = fix->longitude;
+    }
+    telemetry.clock = judgeClock(witnesses);
+    telemetry.base = telemetry.clock.base;
+    if (telemetry.base == TimeBase::camera) {
+        for (Sample& sample : telemetry.samples) {
+            if (sample.recordedBase == TimeBase::utc) {
+                sample.recordedBase = TimeBase::camera;
+            }
+        }
+    }
+}
+
 Telemetry finish(const Recording& recording, Collector& collector) {
     std::int64_t creation = 0;
     double duration = 0;
@@ -75,7 +104,11 @@ Telemetry finish(const Recording& recording, Collector& collector) {
                        std::min<std::uint64_t>(recording.movie->creation, UINT32_MAX)) -
                    secondsFrom1904To1970;
     }
-    return collector.finish(duration, std::max<std::int64_t>(creation, 0));
+    creation = std::max<std::int64_t>(creation, 0);
+    const bool standard = collector.hasStandardTime();
+    Telemetry telemetry = collector.finish(duration, creation);
+    labelClock(recording, creation, standard, telemetry);
+    return telemetry;
 }
 
 Result<Telemetry> withoutTelemetry(const Recording& recording) {

@@ -86,6 +86,7 @@ std::optional<Fix> readRmc(std::string_view sentence) {
     if (const auto milliseconds = toMilliseconds(civil)) {
         fix.time = *milliseconds;
         fix.base = TimeBase::utc;
+        fix.standardTime = true;
     } else if (fix.state == FixState::good) {
         fix.state = FixState::badDate;
     }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,15 @@ enum class TimeBase : std::uint8_t {
     creation, // the recording's creation time, whatever the recorder's clock meant by it
     camera,   // the recorder's own clock, its zone unknown
     utc
+};
+
+// The clock of a recording's times and what speaks for it; see ClockEvidence.h.
+struct ClockEvidence {
+    TimeBase base = TimeBase::none;
+    // How far the recorder's own clock is ahead of UTC (negative: behind), where the evidence fits
+    // one offset. Times are never converted by it.
+    std::optional<int> minutesAheadOfUtc{};
+    std::vector<std::string> reasons{}; // plain words, the weightiest first
 };
 
 // Why a position is not to be trusted; `good` is a fix.
@@ -50,6 +60,7 @@ struct Fix {
     double mediaTime = unknown; // seconds from the recording's start
     std::int64_t time = noTime; // milliseconds since 1970 on the clock of `base`
     TimeBase base = TimeBase::none;
+    bool standardTime = false; // a published format defines `time` as UTC
     FixState state = FixState::good;
     double latitude = unknown, longitude = unknown; // degrees, north and east positive
     double speed = unknown;                         // km/h
@@ -81,10 +92,11 @@ struct Sample {
 // A recording's telemetry.
 struct Telemetry {
     std::string family;             // name in the table of families
-    TimeBase base = TimeBase::none; // of Sample::time
-    double duration = 0;            // seconds of the recording; 0 when it does not say
-    std::vector<Sample> samples;    // element i is second i; times rise by one each
-    std::vector<Error> notices;     // what was wrong but did not stop the reading
+    TimeBase base = TimeBase::none; // of Sample::time; the same as clock.base
+    ClockEvidence clock;
+    double duration = 0;         // seconds of the recording; 0 when it does not say
+    std::vector<Sample> samples; // element i is second i; times rise by one each
+    std::vector<Error> notices;  // what was wrong but did not stop the reading
 
     std::size_t fixes() const;
 };

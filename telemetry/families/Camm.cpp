@@ -48,6 +48,7 @@ void readPosition(Bytes body, bool withTime, double creation, Fix& fix) {
     fix.state = body.u32le(8) >= 2 ? FixState::good : FixState::noFix;
     fix.time = timeOf(body.f64le(0), creation);
     fix.base = fix.time == noTime ? TimeBase::none : TimeBase::utc;
+    fix.standardTime = true;
     fix.altitude = static_cast<double>(body.f32le(28));
     const auto east = static_cast<double>(body.f32le(40));
     const auto north = static_cast<double>(body.f32le(44));

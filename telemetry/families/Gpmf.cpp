@@ -206,6 +206,7 @@ class PayloadReader {
             Fix fix;
             fix.mediaTime = timeOf(row, rows);
             fix.base = TimeBase::utc;
+            fix.standardTime = true;
             if (!readRow(values, row, fix)) {
                 return;
             }
