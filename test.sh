@@ -71,6 +71,7 @@ fi
 check "formatting" tools/check_format.sh
 check "includes follow the arrows" tools/check_includes.sh
 check "the include check fails on a forbidden include" tools/check_includes_test.sh
+check "the places that are broken to try the tests" tools/mutation_test.py
 check "file lengths" tools/check_sizes.sh
 
 for preset in default sanitizers; do

@@ -5,10 +5,13 @@
 #   VELMORANT_KILLS          how often it is killed (default 30)
 #   VELMORANT_CLICKS         how many places of routes are clicked (default 200)
 #   VELMORANT_FUZZ_SECONDS   how long each fuzzer runs (default 120)
-#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz package keyboard clean
+#   VELMORANT_MUTANTS        how many places of the logic are broken (default 200)
+#   VELMORANT_MUTATION_SEED  which places (default 1)
+#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz mutation package
+#                                 keyboard clean
 set -u
 cd "$(dirname "$0")/.." || exit 1
-tests=${*:-road clicks kills starts update fuzz package keyboard clean}
+tests=${*:-road clicks kills starts update fuzz mutation package keyboard clean}
 starts=${VELMORANT_STARTS:-100}
 kills=${VELMORANT_KILLS:-30}
 fuzz_seconds=${VELMORANT_FUZZ_SECONDS:-120}
@@ -168,6 +171,10 @@ for test in $tests; do
     fuzz)
         tools/short_fuzz.sh "$fuzz_seconds"
         result "fuzzers" $?
+        ;;
+    mutation)
+        tools/mutation.py --count "${VELMORANT_MUTANTS:-200}" --seed "${VELMORANT_MUTATION_SEED:-1}"
+        result "the tests catch what is broken on purpose" $?
         ;;
     package)
         tools/package_test.sh
