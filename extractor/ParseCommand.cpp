@@ -3,6 +3,7 @@
 #include <chrono>
 #include <filesystem>
 
+#include "extractor/PrivateFiles.h"
 #include "extractor/TrackFileWriter.h"
 #include "telemetry/Extract.h"
 
@@ -43,13 +44,12 @@ int runParse(const std::vector<std::string>& arguments, const Environment& envir
         return wrongUse;
     }
     const auto folder = temporaryFolder(environment);
-    std::error_code folderError;
-    if (folder) {
-        std::filesystem::create_directories(*folder, folderError);
+    if (!folder) {
+        report(errors, "no temporary folder: HOME is not set");
+        return noAccess;
     }
-    if (!folder || folderError) {
-        report(errors, "no temporary folder: " + (folder ? *folder + ": " + folderError.message()
-                                                         : std::string("HOME is not set")));
+    if (const auto problem = makePrivateFolder(*folder)) {
+        report(errors, "no temporary folder: " + *folder + ": " + *problem);
         return noAccess;
     }
     const auto deadline = std::chrono::steady_clock::now() + timeToRead;

@@ -5,10 +5,10 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
-#include <random>
 #include <vector>
 
 #include "extractor/DigitCursor.h"
+#include "extractor/PrivateFiles.h"
 #include "telemetry/UtcTime.h"
 #include "telemetry/XmlText.h"
 
@@ -22,7 +22,8 @@ constexpr std::size_t longestSample = 2048;
 // A file that keeps what is appended in one small buffer; the first failure is remembered.
 class Output {
   public:
-    explicit Output(const std::string& path) : file_(std::fopen(path.c_str(), "wb")) {
+    // Takes the descriptor over; a negative one is a failure with errno set.
+    explicit Output(int descriptor) : file_(descriptor < 0 ? nullptr : ::fdopen(descriptor, "wb")) {
         if (file_ == nullptr) {
             failed();
         } else {
@@ -233,17 +234,14 @@ void writeSamples(Output& output, const Telemetry& telemetry) {
     }
 }
 
-std::string besideName(const std::string& trackFile) {
-    std::random_device random;
-    return trackFile + ".part-" + std::to_string(random());
-}
-
 } // namespace
 
 std::optional<std::string> writeTrackFile(const std::string& trackFile,
                                           const std::string& recording,
                                           const Result<Telemetry>& outcome) {
-    const std::string beside = besideName(trackFile);
+    removeLeftOvers(trackFile);
+    const BesideFile beside = openBeside(trackFile);
+    Output output(beside.descriptor);
     std::string head = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<track";
     appendRecording(head, recording);
     if (outcome) {
@@ -252,23 +250,23 @@ std::optional<std::string> writeTrackFile(const std::string& trackFile,
         head += ">\n";
         appendTextElement(head, "error", outcome.error().reason);
     }
-    Output output(beside);
     output.append(head);
     if (outcome) {
         writeSamples(output, outcome.value());
     }
     output.append("</track>\n");
+    // Not synced: the player reads it at once and removes it; after a crash nobody wants it.
     std::error_code renameError;
     auto problem = output.close();
     if (!problem) {
-        std::filesystem::rename(beside, trackFile, renameError);
+        std::filesystem::rename(beside.name, trackFile, renameError);
         if (renameError) {
             problem = renameError.message();
         }
     }
     if (problem) {
         std::error_code ignored;
-        std::filesystem::remove(beside, ignored);
+        std::filesystem::remove(beside.name, ignored);
         return trackFile + ": cannot be written: " + *problem;
     }
     return std::nullopt;

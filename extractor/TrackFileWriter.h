@@ -36,8 +36,9 @@
 
 namespace velmorant::telemetry {
 
-// Writes beside `trackFile` and renames, so that nobody ever reads half of it. Returns what went
-// wrong. `recording` is the absolute path.
+// Writes beside `trackFile` and renames, so that nobody ever reads half of it; only the owner may
+// read it, and what runs that were broken off have left beside it goes. Returns what went wrong.
+// `recording` is the absolute path.
 std::optional<std::string> writeTrackFile(const std::string& trackFile,
                                           const std::string& recording,
                                           const Result<Telemetry>& outcome);

@@ -6,7 +6,9 @@
 #include <fstream>
 #include <regex>
 #include <sstream>
+#include <unistd.h>
 
+#include "extractor/PrivateFiles.h"
 #include "tools/recordings/FreeGpsBlocks.h"
 #include "tools/recordings/Mp4Builder.h"
 
@@ -177,6 +179,37 @@ TEST_F(ParseCommand, replaces_an_old_track_file_and_leaves_nothing_else_behind) 
     EXPECT_EQ(values("fix").size(), 5U);
     const auto entries = fs::directory_iterator(trackFile().parent_path());
     EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+}
+
+TEST_F(ParseCommand, lets_nobody_else_read_where_somebody_drove) {
+    // Folder and file of an earlier version, for all to read.
+    fs::create_directories(trackFile().parent_path());
+    fs::permissions(trackFile().parent_path(), fs::perms(0755));
+    const std::string path = write("a.MP4", recording(Driver({}, 70, 5).drive(beforeMidnight, 5)));
+    for (int run = 0; run < 2; ++run) {
+        EXPECT_EQ(parse({path}), 0);
+        EXPECT_EQ(fs::status(trackFile()).permissions(), fs::perms(0600));
+        EXPECT_EQ(fs::status(trackFile().parent_path()).permissions(), fs::perms(0700));
+        fs::remove_all(trackFile().parent_path());
+    }
+}
+
+TEST_F(ParseCommand, removes_what_runs_that_were_broken_off_have_left) {
+    const fs::path folder = trackFile().parent_path();
+    fs::create_directories(folder);
+    std::ofstream(folder / "output.kml.part-1234") << "half";
+    std::ofstream(folder / "other.part-1234") << "not ours";
+    fs::create_symlink("/nowhere", folder / "output.kml.part-77");
+    const BesideFile atWork = openBeside(trackFile().string()); // of a run that goes on
+    ASSERT_GE(atWork.descriptor, 0);
+    const std::string path = write("a.MP4", recording(Driver({}, 70, 5).drive(beforeMidnight, 5)));
+    EXPECT_EQ(parse({path}), 0);
+    EXPECT_FALSE(fs::exists(folder / "output.kml.part-1234"));
+    EXPECT_TRUE(fs::exists(folder / "other.part-1234"));
+    EXPECT_TRUE(fs::exists(atWork.name));
+    ::close(atWork.descriptor);
+    EXPECT_EQ(parse({path}), 0);
+    EXPECT_FALSE(fs::exists(atWork.name));
 }
 
 TEST_F(ParseCommand, says_when_the_track_file_cannot_be_written) {
