@@ -178,6 +178,16 @@ Result<Telemetry> extractWith(std::span<const Family> asked, ByteSource& source,
     return std::move(*best);
 }
 
+bool beginsAsRecording(ByteSource& source) {
+    Input input(source);
+    if (isTransportStream(input)) {
+        return true;
+    }
+    // Other files may have a box's name in that place, but hardly a size that fits.
+    const auto first = BoxWalker(input, 0, input.size(), {}).next();
+    return first && mayOpenAFile(first->type) && (!first->cut || first->type == code("ftyp"));
+}
+
 Result<Telemetry> extractFile(const std::string& path, const ReadOptions& options) {
     auto source = openFile(path);
     if (!source) {

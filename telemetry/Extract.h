@@ -19,6 +19,8 @@ Result<Telemetry> extract(ByteSource& source, const ReadOptions& options = {},
 // The same, asking only the given families.
 Result<Telemetry> extractWith(std::span<const Family> asked, ByteSource& source,
                               const ReadOptions& options, Siblings* siblings);
+// Whether the first bytes are those of a recording, usable or not.
+bool beginsAsRecording(ByteSource& source);
 Result<Telemetry> extractFile(const std::string& path, const ReadOptions& options = {});
 
 } // namespace velmorant::telemetry

@@ -1,6 +1,7 @@
 #include "telemetry/Siblings.h"
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 
 namespace velmorant::telemetry {
@@ -9,11 +10,17 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::array trackExtensions = {".GPS", ".NMEA", ".3GF", ".SRT"};
+
 std::string upper(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(), [](char c) {
         return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
     });
     return text;
+}
+
+bool isCardTable(const std::string& capitals) {
+    return capitals.starts_with("GPSDATA") && capitals.ends_with(".TXT");
 }
 
 class FileSiblings final : public Siblings {
@@ -39,8 +46,7 @@ class FileSiblings final : public Siblings {
             std::error_code error;
             for (fs::directory_iterator i(folder.empty() ? "." : folder, error), end;
                  !error && i != end && tables.size() < mostTables; i.increment(error)) {
-                const std::string name = upper(i->path().filename().string());
-                if (!name.starts_with("GPSDATA") || !name.ends_with(".TXT")) {
+                if (!isCardTable(upper(i->path().filename().string()))) {
                     continue;
                 }
                 if (auto source = openFile(i->path().string())) {
@@ -60,6 +66,13 @@ class FileSiblings final : public Siblings {
 };
 
 } // namespace
+
+bool isTrackFileName(const std::string& path) {
+    const std::string name = upper(fs::path(path).filename().string());
+    return isCardTable(name) ||
+           std::any_of(trackExtensions.begin(), trackExtensions.end(),
+                       [&](const char* extension) { return name.ends_with(extension); });
+}
 
 std::unique_ptr<Siblings> siblingsOf(const std::string& recording) {
     return std::make_unique<FileSiblings>(recording);

@@ -19,6 +19,9 @@ class Siblings {
     virtual std::vector<std::unique_ptr<ByteSource>> cardTables() = 0;
 };
 
+// Whether a file of this name is one that a recorder keeps a track in.
+bool isTrackFileName(const std::string& path);
+
 // Looks in the file system.
 std::unique_ptr<Siblings> siblingsOf(const std::string& recording);
 

@@ -1,5 +1,6 @@
 #include "extractor/command/OrderedReading.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <map>
 #include <mutex>
@@ -31,14 +32,16 @@ void readInOrder(const std::vector<std::string>& paths, unsigned jobs, const Rea
     for (unsigned i = 0; i < jobs && i < paths.size(); ++i) {
         workers.emplace_back(work);
     }
-    for (std::size_t index = 0; index < paths.size(); ++index) {
+    for (std::size_t index = 0; index < paths.size();) {
         std::unique_lock lock(mutex);
         changed.wait(lock, [&] { return ready.contains(index); });
         auto outcome = std::move(ready.extract(index).mapped());
         lock.unlock();
-        consume(index, std::move(outcome));
+        const Reading reading = consume(index, std::move(outcome));
         lock.lock();
-        consumed = index + 1;
+        index = reading == Reading::ends ? paths.size() : index + 1;
+        next = std::max(next, reading == Reading::ends ? paths.size() : 0);
+        consumed = index;
         changed.notify_all();
     }
 }

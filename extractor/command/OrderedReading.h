@@ -10,10 +10,12 @@
 namespace velmorant::telemetry {
 
 using Reader = std::function<Result<Telemetry>(const std::string& path)>;
-using Consumer = std::function<void(std::size_t index, Result<Telemetry> outcome)>;
+enum class Reading { goesOn, ends };
+using Consumer = std::function<Reading(std::size_t index, Result<Telemetry> outcome)>;
 
-// `consume` is called on the caller's thread, for each path once, in their order. A reader never
-// runs further ahead than a few recordings, so memory does not grow with their number.
+// `consume` is called on the caller's thread, for each path once, in their order, until it ends the
+// reading; what is being read then is still read to its end. A reader never runs further ahead than
+// a few recordings, so memory does not grow with their number.
 void readInOrder(const std::vector<std::string>& paths, unsigned jobs, const Reader& read,
                  const Consumer& consume);
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <filesystem>
 
+#include "telemetry/Extract.h"
 #include "telemetry/export/ExportText.h"
 
 namespace velmorant::telemetry {
@@ -80,6 +81,14 @@ std::vector<std::string> recordingsNamed(const std::vector<std::string>& paths, 
         }
     }
     return recordings;
+}
+
+bool holdsRecording(const std::string& path) {
+    if (isRecording(path)) {
+        return true;
+    }
+    const auto source = openFile(path);
+    return source && beginsAsRecording(*source.value());
 }
 
 TableRow rowOf(const std::string& path, const Result<Telemetry>& outcome) {

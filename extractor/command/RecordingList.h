@@ -14,6 +14,10 @@ namespace velmorant::telemetry {
 std::vector<std::string> recordingsNamed(const std::vector<std::string>& paths, Recursion recursion,
                                          std::vector<std::string>& problems);
 
+// Whether an existing file is a recording: its name ends as one's, whatever it holds, or its bytes
+// begin as one's.
+bool holdsRecording(const std::string& path);
+
 // What the table says of one recording.
 struct TableRow {
     std::string path;

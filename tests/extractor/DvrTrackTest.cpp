@@ -2,12 +2,11 @@
 
 #include <gmock/gmock.h>
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
+#include <array>
+#include <atomic>
 
 #include "extractor/command/OrderedReading.h"
-#include "tools/recordings/FamilyMakers.h"
+#include "tests/extractor/DvrTrackFixture.h"
 
 namespace velmorant::telemetry {
 
@@ -18,54 +17,6 @@ using testing::Not;
 namespace {
 
 namespace fs = std::filesystem;
-
-const FamilyMaker& maker(std::string_view name) {
-    return *std::find_if(familyMakers().begin(), familyMakers().end(),
-                         [&](const FamilyMaker& m) { return m.name == name; });
-}
-
-class DvrTrack : public testing::Test {
-  protected:
-    void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  (std::string("dvr-track-") +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(folder_);
-        fs::create_directories(folder_ / "day");
-        Driver driver({}, 70, 5);
-        write("day/103045.MP4", maker("freegps_letters_28").make(driver.drive(start_, 30)));
-        write("day/103115.MP4", maker("gpmf_gps5").make(driver.drive(start_ + 30, 30)));
-        write("day/120000.MP4", maker("gps_box").make(driver.drive(start_ + 5400, 30)));
-    }
-    void TearDown() override { fs::remove_all(folder_); }
-
-    void write(const std::string& name, const ByteVector& bytes) {
-        std::ofstream(folder_ / name, std::ios::binary)
-            .write(reinterpret_cast<const char*>(bytes.data()),
-                   static_cast<std::streamsize>(bytes.size()));
-    }
-    int run(std::vector<std::string> arguments) {
-        out_.str({});
-        errors_.str({});
-        return runDvrTrack(arguments, out_, errors_, Terminal::no);
-    }
-    std::string contentOf(const fs::path& path) const {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    }
-    static std::size_t countOf(const std::string& text, const std::string& part) {
-        std::size_t count = 0;
-        for (std::size_t at = text.find(part); at != std::string::npos;
-             at = text.find(part, at + 1)) {
-            ++count;
-        }
-        return count;
-    }
-
-    static constexpr std::int64_t start_ = 1718188245;
-    fs::path folder_;
-    std::ostringstream out_, errors_;
-};
 
 } // namespace
 
@@ -106,6 +57,27 @@ TEST_F(DvrTrack, joins_recordings_that_follow_one_another) {
     EXPECT_EQ(countOf(out_.str(), "<trkpt "), 90U);
     EXPECT_EQ(run({"--format=gpx", (folder_ / "day").string()}), 0);
     EXPECT_EQ(countOf(out_.str(), "<trk>"), 3U);
+}
+
+TEST_F(DvrTrack, joins_the_recordings_of_each_camera) {
+    using Names = std::array<const char*, 4>; // front and rear by turns, as a folder sorts them
+    for (const Names& names :
+         {Names{"103045_F.MP4", "103045_R.MP4", "103115_F.MP4", "103115_R.MP4"},
+          Names{"Front/1.MP4", "Rear/1.MP4", "Front/2.MP4", "Rear/2.MP4"},
+          Names{"0001F.MP4", "0002B.MP4", "0003F.MP4", "0004B.MP4"}}) {
+        Driver driver({}, 70, 5);
+        const auto first = maker("freegps_letters_28").make(driver.drive(start_, 30));
+        const auto second = maker("freegps_letters_28").make(driver.drive(start_ + 30, 30));
+        std::vector<std::string> arguments = {"-f", "gpx", "--join"};
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            fs::create_directories((folder_ / "pair" / names[i]).parent_path());
+            write(std::string("pair/") + names[i], i < 2 ? first : second);
+            arguments.push_back((folder_ / "pair" / names[i]).string());
+        }
+        EXPECT_EQ(run(arguments), 0) << errors_.str();
+        EXPECT_EQ(countOf(out_.str(), "<trk>"), 2U) << names[0];
+        EXPECT_EQ(countOf(out_.str(), "<trkpt "), 120U) << names[0];
+    }
 }
 
 TEST_F(DvrTrack, writes_one_file_per_recording_into_a_folder) {
@@ -180,9 +152,28 @@ TEST(OrderedReading, hands_over_in_order_whatever_finishes_first) {
         [&](std::size_t index, const Result<Telemetry>& outcome) {
             EXPECT_EQ(outcome.value().family, paths[index]);
             seen.push_back(index);
+            return Reading::goesOn;
         });
     ASSERT_EQ(seen.size(), paths.size());
     EXPECT_TRUE(std::is_sorted(seen.begin(), seen.end()));
+}
+
+TEST(OrderedReading, ends_when_it_is_told) {
+    const std::vector<std::string> paths(200, "a.MP4");
+    std::size_t seen = 0;
+    std::atomic<std::size_t> read = 0;
+    readInOrder(
+        paths, 4,
+        [&](const std::string&) -> Result<Telemetry> {
+            ++read;
+            return Telemetry{};
+        },
+        [&](std::size_t index, const Result<Telemetry>&) {
+            ++seen;
+            return index == 9 ? Reading::ends : Reading::goesOn;
+        });
+    EXPECT_EQ(seen, 10U);
+    EXPECT_LT(read, 30U);
 }
 
 } // namespace velmorant::telemetry
