@@ -31,6 +31,7 @@ from mutation_sites import mutants_of
 ROOMS = ["common", "recordings", "library", "track", "playback", "settings", "update", "app", "xml"]
 TREE = pathlib.Path(__file__).resolve().parent.parent
 FOLDER = TREE / "build" / "mutation"
+SNAPSHOT = FOLDER / "tree"  # what is tried, whatever is edited meanwhile
 LISTED = pathlib.Path(__file__).resolve().parent / "mutation_survivors.txt"
 LEFT_OUT = {"build", ".git", ".cache", "node_modules", "__pycache__"}
 MEMORY = 4 << 30  # a mutant that never stops to grow ends here
@@ -60,7 +61,7 @@ class Workshop:
         self.limits = {}
 
     def prepare(self):
-        copy_changed(TREE, self.tree)
+        copy_changed(SNAPSHOT, self.tree)
         shutil.rmtree(self.home, ignore_errors=True)
         self.home.mkdir(parents=True)
         configured = self.run(
@@ -123,7 +124,7 @@ class Workshop:
     def judge(self, mutant):
         """Whether the mutant is "caught", "survived" or "not compiled"; the tree stays broken."""
         broken = self.tree / mutant.file
-        broken.write_text(mutant.apply((TREE / mutant.file).read_text()))
+        broken.write_text(mutant.apply((SNAPSHOT / mutant.file).read_text()))
         for test in self.tests_of_room.get(mutant.file.split("/")[0], []):
             try:
                 built = self.run(["ninja", "-C", str(self.build), f"-j{self.share_of_cores}", test],
@@ -141,7 +142,7 @@ class Workshop:
         results = []
         for mutant in mutants:
             results.append(Result(mutant, self.judge(mutant)))
-        copy_changed(TREE / mutants[0].file, self.tree / mutants[0].file)
+        copy_changed(SNAPSHOT / mutants[0].file, self.tree / mutants[0].file)
         return results
 
 
@@ -198,10 +199,10 @@ def listed_survivors():
 def all_mutants(places):
     files = []
     for place in places:
-        path = TREE / place
+        path = SNAPSHOT / place
         files += [path] if path.is_file() else sorted(path.glob("*.cpp")) + sorted(path.glob("*.h"))
     return [mutant for file in files
-            for mutant in mutants_of(str(file.relative_to(TREE)), file.read_text())]
+            for mutant in mutants_of(str(file.relative_to(SNAPSHOT)), file.read_text())]
 
 
 def try_all(workshops, mutants):
@@ -257,7 +258,8 @@ def arguments():
 
 def main():
     options = arguments()
-    places = options.places or [room for room in ROOMS if (TREE / room).is_dir()]
+    copy_changed(TREE, SNAPSHOT)
+    places = options.places or [room for room in ROOMS if (SNAPSHOT / room).is_dir()]
     mutants = all_mutants(places)
     random.Random(options.seed).shuffle(mutants)
     listed = listed_survivors()

@@ -23,7 +23,7 @@ namespace {
 
 using fakes::Shortcut;
 using fakes::ShownMessage;
-using Keys = std::map<std::string, std::string>;
+using Keys = fakes::ProfileKeys;
 
 const std::string configurationFile = "/windows/system32/qvconfig.mp4";
 const std::string desktopValue = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\"
@@ -87,7 +87,7 @@ class StartUpTest : public testing::Test {
 
 TEST_F(StartUpTest, shows_the_windows_in_order) {
     configure({{"mainv", "1001"}, {"Area", "2021"}, {"Unit", "1001"}});
-    screen.twips = 12;
+    screen.twipsY = 12;
     EXPECT_EQ(run(), StartUpResult::Running);
     EXPECT_EQ(log, (std::vector<std::string>{"showSplash", "bringSplashToForeground",
                                              "setHeight MediaControl", "setChild MediaControl",

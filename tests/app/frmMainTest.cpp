@@ -160,12 +160,11 @@ TEST_F(frmMainTest, keeps_its_size_at_the_splashs_place) {
     window.frame = &frame;
     splash.x = 6720;
     splash.y = 2790;
-    screen.twips = 12;
     frame.Resize();
     EXPECT_EQ(window.x, 6720);
     EXPECT_EQ(window.y, 2790);
     EXPECT_EQ(window.width, 1024 * 12);
-    EXPECT_EQ(window.height, 708 * 12);
+    EXPECT_EQ(window.height, 708 * 15);
     EXPECT_EQ(window.resizes, 1);
 }
 

@@ -2,6 +2,7 @@
 
 #include "common/textRules.h"
 #include "ports/ProfileFunctions.h"
+#include "tests/fakes/IgnoringCase.h"
 
 #include <map>
 #include <set>
@@ -9,7 +10,10 @@
 
 namespace velmorant::fakes {
 
-/// INI files in memory, as file -> section -> key -> value. A file in `refused` cannot be written.
+using ProfileKeys = std::map<std::string, std::string, IgnoringCase>;
+
+/// INI files in memory, as file and section -> key -> value; the case of sections and keys does not
+/// matter. A file in `refused` cannot be written.
 class FakeProfileFunctions : public ProfileFunctions {
   public:
     std::string read(const std::string& file, const std::string& section,
@@ -47,7 +51,7 @@ class FakeProfileFunctions : public ProfileFunctions {
         return true;
     }
 
-    std::map<std::pair<std::string, std::string>, std::map<std::string, std::string>> contents;
+    std::map<std::pair<std::string, std::string>, ProfileKeys, IgnoringCase> contents;
     std::set<std::string> refused;
     std::vector<std::string> writes;
     bool withTerminator = true; ///< false: the buffer holds no NUL

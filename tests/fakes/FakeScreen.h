@@ -8,17 +8,18 @@
 
 namespace velmorant::fakes {
 
-/// 1024 x 708 pixels at 96 dots per inch until the test says otherwise.
+/// 1024 x 708 pixels until the test says otherwise; as on some screens, they are not square.
 class FakeScreen : public Screen {
   public:
-    int width() const override { return pixelWidth * twips; }
-    int height() const override { return pixelHeight * twips; }
-    int twipsPerPixelX() const override { return twips; }
-    int twipsPerPixelY() const override { return twips; }
+    int width() const override { return pixelWidth * twipsX; }
+    int height() const override { return pixelHeight * twipsY; }
+    int twipsPerPixelX() const override { return twipsX; }
+    int twipsPerPixelY() const override { return twipsY; }
 
     int pixelWidth = 1024;
     int pixelHeight = 708;
-    int twips = 15;
+    int twipsX = 12;
+    int twipsY = 15;
 };
 
 class FakeScreenCapture : public ScreenCapture {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/Skin.h"
+#include "tests/fakes/IgnoringCase.h"
 
 #include <map>
 #include <string>
@@ -8,6 +9,7 @@
 
 namespace velmorant::fakes {
 
+/// Keeps what it was told by the elements' names, without regard to case.
 class FakeSkin : public Skin {
   public:
     bool load(const std::string& path) override {
@@ -43,11 +45,11 @@ class FakeSkin : public Skin {
     std::vector<std::string> loaded;
     std::vector<std::string> calls;
     std::vector<std::string> refreshed;
-    std::map<std::string, bool> on;
-    std::map<std::string, bool> enabled;
-    std::map<std::string, double> values;
-    std::map<std::string, int> digits;
-    std::map<std::string, std::string> texts;
+    std::map<std::string, bool, IgnoringCase> on;
+    std::map<std::string, bool, IgnoringCase> enabled;
+    std::map<std::string, double, IgnoringCase> values;
+    std::map<std::string, int, IgnoringCase> digits;
+    std::map<std::string, std::string, IgnoringCase> texts;
 };
 
 } // namespace velmorant::fakes

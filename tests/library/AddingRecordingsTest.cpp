@@ -89,9 +89,9 @@ TEST_F(AddingRecordings, adds_paths_with_blanks_ampersands_chinese_signs_and_300
 }
 
 TEST_F(AddingRecordings, labels_rows_for_the_density_and_the_language) {
-    screen.twips = 12;
+    screen.twipsY = 12;
     add({"103045.MP4"});
-    screen.twips = 15;
+    screen.twipsY = 15;
     texts.languageBase = 20000;
     add({"103045_P.MP4"});
     EXPECT_EQ(column(SubItem::DisplayText),

@@ -22,7 +22,7 @@ TEST_F(frmMP4ListTest, loads_its_skin_and_adapts_to_the_density) {
     };
     skin.colour = 0x281812;
     for (const Case each : {Case{15, 11.0, 300, 2740}, {12, 8.7, 260, 2120}}) {
-        screen.twips = each.twips;
+        screen.twipsY = each.twips;
         EXPECT_EQ(window.Load(), SkinLoad::Loaded);
         EXPECT_EQ(control.fontSize, each.fontSize);
         EXPECT_EQ(control.columnWidths[2], each.markWidth);
@@ -37,7 +37,7 @@ TEST_F(frmMP4ListTest, loads_its_skin_and_adapts_to_the_density) {
 }
 
 TEST_F(frmMP4ListTest, keeps_the_designed_sizes_at_other_densities) {
-    screen.twips = 10;
+    screen.twipsY = 10;
     window.Load();
     EXPECT_EQ(control.fontSize, 0.0);
     EXPECT_TRUE(control.columnWidths.empty());
@@ -70,7 +70,7 @@ TEST_F(frmMP4ListTest, toggles_by_a_click_in_the_mark_column_alone) {
     };
     addRows(1);
     for (const Case each :
-         {Case{9, 1, false}, {10, 1, true}, {29, 1, true}, {30, 1, false}, {15, 0, false}}) {
+         {Case{12, 1, false}, {13, 1, true}, {37, 1, true}, {38, 1, false}, {15, 0, false}}) {
         list.setMark(1, MarkState::NotMarked);
         control.rowUnderMouse = each.row;
         window.MouseClick(each.x, 5);

@@ -25,20 +25,22 @@ class StillPictureTest : public PlayerFixture {
 struct CapturedPlace {
     int screenWidth;
     int screenHeight;
-    int twips;
+    int twipsX;
+    int twipsY;
     int left;
     int top;
 };
 
 TEST_F(StillPictureTest, the_rectangle_is_counted_from_the_screens_bottom_right_corner) {
-    const CapturedPlace rows[] = {{1024, 708, 15, 10, 120},
-                                  {1920, 1080, 15, 906, 492},
-                                  {1920, 1080, 12, 906, 492},
-                                  {800, 600, 15, -214, 12}};
+    const CapturedPlace rows[] = {{1024, 708, 15, 15, 10, 120},
+                                  {1920, 1080, 15, 12, 906, 492},
+                                  {1920, 1080, 12, 15, 906, 492},
+                                  {800, 600, 12, 12, -214, 12}};
     for (const CapturedPlace& row : rows) {
         screen.pixelWidth = row.screenWidth;
         screen.pixelHeight = row.screenHeight;
-        screen.twips = row.twips;
+        screen.twipsX = row.twipsX;
+        screen.twipsY = row.twipsY;
         EXPECT_EQ(still.captureRectangle(), (PixelRectangle{row.left, row.top, 656, 369}));
     }
 }

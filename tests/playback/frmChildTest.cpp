@@ -52,7 +52,7 @@ TEST_F(frmChildTest, resizing_gives_the_map_pane_248_pixels_and_the_player_the_w
     player.Resize();
     EXPECT_EQ(bands.heights["ControlBand"], 248 * 15);
     EXPECT_EQ(bands.layouts, 1);
-    screen.twips = 12;
+    screen.twipsY = 12;
     player.Resize();
     EXPECT_EQ(bands.heights["ControlBand"], 248 * 12);
     player.ResizeBackground(656, 369);

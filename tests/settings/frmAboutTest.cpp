@@ -48,9 +48,9 @@ TEST_F(frmAboutTest, opens_centred_with_the_same_skin_in_every_language) {
     texts.languageBase = 20000;
     EXPECT_EQ(box.Load(), SkinLoad::Loaded);
     EXPECT_EQ(skin.loaded, std::vector<std::string>{"/program/skin/about.mp4"});
-    EXPECT_EQ(window.width, 600 * 15);
+    EXPECT_EQ(window.width, 600 * 12);
     EXPECT_EQ(window.height, 400 * 15);
-    EXPECT_EQ(window.x, 1921 * 15 / 2 - 300 * 15);
+    EXPECT_EQ(window.x, 1921 * 12 / 2 - 300 * 12);
     EXPECT_EQ(window.y, (708 - 400) / 2 * 15);
 }
 

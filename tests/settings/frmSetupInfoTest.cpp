@@ -76,14 +76,13 @@ class frmSetupInfoTest : public testing::Test {
 TEST_F(frmSetupInfoTest, opens_centred_with_the_present_settings_selected) {
     settings.setLanguage(1002);
     settings.setUnit(1003);
-    screen.twips = 12;
     screen.pixelWidth = 1920;
     screen.pixelHeight = 1080;
     EXPECT_EQ(dialog.Load(), SkinLoad::Loaded);
     EXPECT_EQ(window.width, 800 * 12);
-    EXPECT_EQ(window.height, 480 * 12);
+    EXPECT_EQ(window.height, 480 * 15);
     EXPECT_EQ(window.x, (1920 - 800) / 2 * 12);
-    EXPECT_EQ(window.y, (1080 - 480) / 2 * 12);
+    EXPECT_EQ(window.y, (1080 - 480) / 2 * 15);
     EXPECT_EQ(skin.loaded, Calls{"/program/skin/setup/2.mp4"});
     EXPECT_EQ(selected(), (Calls{"lang1002", "unit1003"}));
 }

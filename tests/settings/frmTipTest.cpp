@@ -61,9 +61,9 @@ TEST_F(frmTipTest, stands_in_the_middle_of_the_screen_with_the_frames_size) {
     screen.pixelWidth = 1920;
     screen.pixelHeight = 1080;
     splash.Resize();
-    EXPECT_EQ(window.width, 1024 * 15);
+    EXPECT_EQ(window.width, 1024 * 12);
     EXPECT_EQ(window.height, 708 * 15);
-    EXPECT_EQ(window.x, (1920 - 1024) / 2 * 15);
+    EXPECT_EQ(window.x, (1920 - 1024) / 2 * 12);
     EXPECT_EQ(window.y, (1080 - 708) / 2 * 15);
 }
 
