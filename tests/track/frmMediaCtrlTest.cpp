@@ -89,11 +89,18 @@ class frmMediaCtrlTest : public ::testing::Test {
     frmMediaCtrl pane{needs()};
 
     MediaCtrlNeeds needs() {
-        return {browser,    tGetMapLocal, tMapAnswer,
-                background, control,      paths,
-                texts,      target,       status,
-                state,      "built-in:/", [this](std::int32_t number) { drawn.push_back(number); },
+        return {browser, tGetMapLocal, tMapAnswer,   background,
+                control, paths,        texts,        target,
+                status,  state,        "built-in:/", [this](std::int32_t number) { draw(number); },
                 {}};
+    }
+    /// As the real one does, it leaves the track's cursor behind the dot that was drawn last.
+    void draw(std::int32_t number) {
+        drawn.push_back(number);
+        for (const LoadedTracks::Entry& entry : state.loadedTracks) {
+            if (entry.key == trackKey(std::to_string(number)))
+                entry.track->lPlayLocal(entry.track->count());
+        }
     }
 };
 
