@@ -3,7 +3,7 @@
 namespace velmorant {
 
 ExpatBuilder::ExpatBuilder(ExpatDocument& document, XML_Parser parser)
-    : document_(document), parser_(parser) {
+    : m_document(document), m_parser(parser) {
     XML_SetUserData(parser, this);
     XML_SetElementHandler(parser, startElement, endElement);
     XML_SetCharacterDataHandler(parser, characters);
@@ -15,49 +15,49 @@ void ExpatBuilder::startElement(void* self, const XML_Char* name, const XML_Char
 }
 
 void ExpatBuilder::open(std::string_view name, const XML_Char** attributes) {
-    if (reason_)
+    if (m_reason)
         return;
-    if (open_.size() >= document_.limits_.depth)
+    if (m_open.size() >= m_document.m_limits.depth)
         return stop("elements are nested too deep");
-    if (document_.elements_.size() >= document_.limits_.elements)
+    if (m_document.m_elements.size() >= m_document.m_limits.elements)
         return stop("too many elements");
     ExpatDocument::Element element;
-    element.name = document_.internName(name);
-    element.textBegin = static_cast<ExpatDocument::Index>(document_.text_.size());
+    element.name = m_document.internName(name);
+    element.textBegin = static_cast<ExpatDocument::Index>(m_document.m_text.size());
     element.textEnd = element.textBegin;
-    element.firstAttribute = static_cast<ExpatDocument::Index>(document_.attributes_.size());
+    element.firstAttribute = static_cast<ExpatDocument::Index>(m_document.m_attributes.size());
     for (; *attributes; attributes += 2) {
-        if (document_.attributes_.size() >= document_.limits_.attributes)
+        if (m_document.m_attributes.size() >= m_document.m_limits.attributes)
             return stop("too many attributes");
-        document_.attributes_.push_back({document_.internName(attributes[0]), attributes[1]});
+        m_document.m_attributes.push_back({m_document.internName(attributes[0]), attributes[1]});
     }
-    element.attributeEnd = static_cast<ExpatDocument::Index>(document_.attributes_.size());
-    const auto index = static_cast<ExpatDocument::Index>(document_.elements_.size());
-    document_.elements_.push_back(element);
-    if (!open_.empty()) {
-        Open& parent = open_.back();
+    element.attributeEnd = static_cast<ExpatDocument::Index>(m_document.m_attributes.size());
+    const auto index = static_cast<ExpatDocument::Index>(m_document.m_elements.size());
+    m_document.m_elements.push_back(element);
+    if (!m_open.empty()) {
+        Open& parent = m_open.back();
         if (parent.lastChild == ExpatDocument::none)
-            document_.elements_[parent.element].firstChild = index;
+            m_document.m_elements[parent.element].firstChild = index;
         else
-            document_.elements_[parent.lastChild].nextSibling = index;
+            m_document.m_elements[parent.lastChild].nextSibling = index;
         parent.lastChild = index;
     }
-    open_.push_back({index, ExpatDocument::none});
+    m_open.push_back({index, ExpatDocument::none});
 }
 
 void ExpatBuilder::endElement(void* self, const XML_Char*) {
     auto& builder = *static_cast<ExpatBuilder*>(self);
-    if (builder.reason_)
+    if (builder.m_reason)
         return;
-    builder.document_.elements_[builder.open_.back().element].textEnd =
-        static_cast<ExpatDocument::Index>(builder.document_.text_.size());
-    builder.open_.pop_back();
+    builder.m_document.m_elements[builder.m_open.back().element].textEnd =
+        static_cast<ExpatDocument::Index>(builder.m_document.m_text.size());
+    builder.m_open.pop_back();
 }
 
 void ExpatBuilder::characters(void* self, const XML_Char* text, int length) {
     auto& builder = *static_cast<ExpatBuilder*>(self);
-    if (!builder.reason_)
-        builder.document_.text_.append(text, static_cast<std::size_t>(length));
+    if (!builder.m_reason)
+        builder.m_document.m_text.append(text, static_cast<std::size_t>(length));
 }
 
 // Entities can only be declared in a document type: without one there is nothing to expand and
@@ -68,8 +68,8 @@ void ExpatBuilder::startDoctype(void* self, const XML_Char*, const XML_Char*, co
 }
 
 void ExpatBuilder::stop(const char* reason) {
-    reason_ = reason;
-    XML_StopParser(parser_, XML_FALSE);
+    m_reason = reason;
+    XML_StopParser(m_parser, XML_FALSE);
 }
 
 } // namespace velmorant

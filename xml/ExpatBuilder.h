@@ -13,7 +13,7 @@ class ExpatBuilder {
     ExpatBuilder(ExpatDocument& document, XML_Parser parser);
 
     /// Why the parsing was stopped from here; null when it was not.
-    const char* reason() const { return reason_; }
+    const char* reason() const { return m_reason; }
 
   private:
     static void startElement(void* self, const XML_Char* name, const XML_Char** attributes);
@@ -24,14 +24,14 @@ class ExpatBuilder {
     void open(std::string_view name, const XML_Char** attributes);
     void stop(const char* reason);
 
-    ExpatDocument& document_;
-    XML_Parser parser_;
-    const char* reason_ = nullptr;
+    ExpatDocument& m_document;
+    XML_Parser m_parser;
+    const char* m_reason = nullptr;
     struct Open {
         ExpatDocument::Index element;
         ExpatDocument::Index lastChild;
     };
-    std::vector<Open> open_;
+    std::vector<Open> m_open;
 };
 
 } // namespace velmorant

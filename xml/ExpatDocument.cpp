@@ -63,9 +63,9 @@ void appendEscaped(std::string& out, std::string_view text, bool attribute) {
 
 } // namespace
 
-ExpatDocument::ExpatDocument(XmlLimits limits) : limits_(limits) {
+ExpatDocument::ExpatDocument(XmlLimits limits) : m_limits(limits) {
     // Text offsets are 32 bits wide. Expat turns one byte into at most two (ISO-8859-1 to UTF-8).
-    limits_.bytes = std::min(limits_.bytes, std::size_t{1} << 30);
+    m_limits.bytes = std::min(m_limits.bytes, std::size_t{1} << 30);
 }
 
 void ExpatDocument::load(const std::string& path) {
@@ -109,14 +109,14 @@ void ExpatDocument::parse(const std::string& sourceName, const Source& source) {
                 fail(sourceName, "not enough memory");
             const std::size_t length = source(static_cast<char*>(buffer), pieceSize);
             total += length;
-            if (total > limits_.bytes)
+            if (total > m_limits.bytes)
                 failAt(sourceName, parser.get(), "the document is too large");
             ended = length == 0;
             if (XML_ParseBuffer(parser.get(), static_cast<int>(length), ended) != XML_STATUS_OK)
                 failAt(sourceName, parser.get(),
                        builder.reason() ? builder.reason()
                                         : XML_ErrorString(XML_GetErrorCode(parser.get())));
-            if (names_.size() > largestNameTable)
+            if (m_names.size() > largestNameTable)
                 failAt(sourceName, parser.get(), "too many different names");
         }
     } catch (...) {
@@ -126,82 +126,83 @@ void ExpatDocument::parse(const std::string& sourceName, const Source& source) {
 }
 
 void ExpatDocument::clear() {
-    names_.clear();
-    nameIndexes_.clear();
-    elements_.clear();
-    attributes_.clear();
-    text_.clear();
-    selected_.clear();
+    m_names.clear();
+    m_nameIndexes.clear();
+    m_elements.clear();
+    m_attributes.clear();
+    m_text.clear();
+    m_selected.clear();
 }
 
 ExpatDocument::Index ExpatDocument::nameIndex(std::string_view name) const {
-    const auto found = nameIndexes_.find(name);
-    return found == nameIndexes_.end() ? none : found->second;
+    const auto found = m_nameIndexes.find(name);
+    return found == m_nameIndexes.end() ? none : found->second;
 }
 
 ExpatDocument::Index ExpatDocument::internName(std::string_view name) {
     const Index known = nameIndex(name);
     if (known != none)
         return known;
-    const auto index = static_cast<Index>(names_.size());
-    names_.emplace_back(name);
-    nameIndexes_.emplace(name, index);
+    const auto index = static_cast<Index>(m_names.size());
+    m_names.emplace_back(name);
+    m_nameIndexes.emplace(name, index);
     return index;
 }
 
 std::string_view ExpatDocument::textOf(const Element& element) const {
-    return std::string_view(text_).substr(element.textBegin, element.textEnd - element.textBegin);
+    return std::string_view(m_text).substr(element.textBegin, element.textEnd - element.textBegin);
 }
 
 std::size_t ExpatDocument::selectElements(const std::string& name) {
-    selected_.clear();
+    m_selected.clear();
     const Index wanted = nameIndex(name);
-    for (std::size_t i = 0; wanted != none && i < elements_.size(); ++i)
-        if (elements_[i].name == wanted)
-            selected_.push_back(static_cast<Index>(i));
-    return selected_.size();
+    for (std::size_t i = 0; wanted != none && i < m_elements.size(); ++i)
+        if (m_elements[i].name == wanted)
+            m_selected.push_back(static_cast<Index>(i));
+    return m_selected.size();
 }
 
 std::optional<std::string_view> ExpatDocument::childText(std::size_t index,
                                                          std::string_view child) const {
     const Index wanted = nameIndex(child);
-    if (wanted == none || index >= selected_.size())
+    if (wanted == none || index >= m_selected.size())
         return std::nullopt;
-    for (Index i = elements_[selected_[index]].firstChild; i != none; i = elements_[i].nextSibling)
-        if (elements_[i].name == wanted)
-            return textOf(elements_[i]);
+    for (Index i = m_elements[m_selected[index]].firstChild; i != none;
+         i = m_elements[i].nextSibling)
+        if (m_elements[i].name == wanted)
+            return textOf(m_elements[i]);
     return std::nullopt;
 }
 
 std::optional<std::string> ExpatDocument::elementText(const std::string& name) const {
     const Index wanted = nameIndex(name);
-    const auto found = std::find_if(elements_.begin(), elements_.end(), [&](const Element& e) {
+    const auto found = std::find_if(m_elements.begin(), m_elements.end(), [&](const Element& e) {
         return wanted != none && e.name == wanted;
     });
-    if (found == elements_.end())
+    if (found == m_elements.end())
         return std::nullopt;
     return std::string(textOf(*found));
 }
 
 std::optional<std::string> ExpatDocument::rootAttribute(const std::string& name) const {
     const Index wanted = nameIndex(name);
-    if (wanted == none || elements_.empty())
+    if (wanted == none || m_elements.empty())
         return std::nullopt;
-    const Element& root = elements_.front();
+    const Element& root = m_elements.front();
     for (Index i = root.firstAttribute; i < root.attributeEnd; ++i)
-        if (attributes_[i].name == wanted)
-            return attributes_[i].value;
+        if (m_attributes[i].name == wanted)
+            return m_attributes[i].value;
     return std::nullopt;
 }
 
 void ExpatDocument::writeStart(std::string& out, const Element& element) const {
     out += '<';
-    out += names_[element.name];
+    out += m_names[element.name];
     for (Index i = element.firstAttribute; i < element.attributeEnd; ++i) {
         out += ' ';
-        out += names_[attributes_[i].name];
+        out += m_names[m_attributes[i].name];
         out += "=\"";
-        appendEscaped(out, attributes_[i].value, true);
+        appendEscaped(out, m_attributes[i].value, true);
         out += '"';
     }
     const bool empty = element.firstChild == none && element.textBegin == element.textEnd;
@@ -209,7 +210,7 @@ void ExpatDocument::writeStart(std::string& out, const Element& element) const {
 }
 
 std::string ExpatDocument::serialized() const {
-    if (elements_.empty())
+    if (m_elements.empty())
         return {};
     struct Open {
         const Element* element;
@@ -223,20 +224,20 @@ std::string ExpatDocument::serialized() const {
         if (!out.ends_with("/>"))
             open.push_back({&element, element.firstChild, element.textBegin});
     };
-    const std::string_view text = text_;
-    enter(elements_.front());
+    const std::string_view text = m_text;
+    enter(m_elements.front());
     while (!open.empty()) {
         Open& top = open.back();
         const bool child = top.nextChild != none;
-        const Index until = child ? elements_[top.nextChild].textBegin : top.element->textEnd;
+        const Index until = child ? m_elements[top.nextChild].textBegin : top.element->textEnd;
         appendEscaped(out, text.substr(top.written, until - top.written), false);
         if (child) {
-            const Element& next = elements_[top.nextChild];
+            const Element& next = m_elements[top.nextChild];
             top.written = next.textEnd;
             top.nextChild = next.nextSibling;
             enter(next);
         } else {
-            out += "</" + names_[top.element->name] + ">";
+            out += "</" + m_names[top.element->name] + ">";
             open.pop_back();
         }
     }

@@ -72,13 +72,13 @@ class ExpatDocument : public XmlDocument {
     std::string serialized() const;
     void writeStart(std::string& out, const Element& element) const;
 
-    XmlLimits limits_;
-    std::vector<std::string> names_;
-    std::map<std::string, Index, std::less<>> nameIndexes_;
-    std::vector<Element> elements_;
-    std::vector<Attribute> attributes_;
-    std::string text_;
-    std::vector<Index> selected_;
+    XmlLimits m_limits;
+    std::vector<std::string> m_names;
+    std::map<std::string, Index, std::less<>> m_nameIndexes;
+    std::vector<Element> m_elements;
+    std::vector<Attribute> m_attributes;
+    std::string m_text;
+    std::vector<Index> m_selected;
 };
 
 } // namespace velmorant
