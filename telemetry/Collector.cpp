@@ -1,19 +1,22 @@
 #include "telemetry/Collector.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "telemetry/FalsePositions.h"
+#include "telemetry/TimeLine.h"
 
 namespace velmorant::telemetry {
 
 namespace {
 
-// The first candidate of several that a fair share agrees on: a single wrong clock reading at the
-// start must not move a whole recording. Where none has that share, the commonest.
+// What the clock showed at the recording's start, each reading for itself.
 class Vote {
   public:
-    void add(std::int64_t candidate) {
+    void add(double start) {
         ++total_;
+        const auto candidate = static_cast<std::int64_t>(std::llround(start));
+        fractions_ = fractions_ || std::abs(start - static_cast<double>(candidate)) > 0.0005;
         for (auto& [value, count] : counts_) {
             if (value == candidate) {
                 ++count;
@@ -26,29 +29,23 @@ class Vote {
         }
     }
     bool empty() const { return counts_.empty(); }
-    std::int64_t firstSupported() const {
-        for (const auto& [value, count] : counts_) {
-            if (support(value) * 4 >= total_) {
-                return value;
+    // Of whole seconds what most agree on, of equals the first: a clock that leaps or stumbles
+    // moves no other second. Fractions near a half are rounded up or down by chance, so there the
+    // first counts that a fair share agrees with to within a second.
+    std::int64_t winner() const {
+        if (fractions_) {
+            for (const auto& [value, count] : counts_) {
+                if (support(value) * 4 >= total_) {
+                    return value;
+                }
             }
         }
         return std::max_element(counts_.begin(), counts_.end(),
                                 [](const auto& a, const auto& b) { return a.second < b.second; })
             ->first;
     }
-    // The least of those with a tenth of the votes.
-    std::int64_t leastSupported() const {
-        std::int64_t least = firstSupported();
-        for (const auto& [value, count] : counts_) {
-            if (count * 10 >= total_) {
-                least = std::min(least, value);
-            }
-        }
-        return least;
-    }
 
   private:
-    // A second to either side counts too: receivers report up to one late.
     std::size_t support(std::int64_t candidate) const {
         std::size_t votes = 0;
         for (const auto& [value, count] : counts_) {
@@ -59,14 +56,11 @@ class Vote {
 
     std::vector<std::pair<std::int64_t, std::size_t>> counts_;
     std::size_t total_ = 0;
+    bool fractions_ = false;
 };
 
 bool trustedTime(const Fix& fix) {
     return fix.state == FixState::good && fix.time != noTime;
-}
-
-std::int64_t wholeSeconds(std::int64_t milliseconds) {
-    return milliseconds >= 0 ? milliseconds / 1000 : -((999 - milliseconds) / 1000);
 }
 
 // Every second that is recorded for at least half of its length, and always the first.
@@ -76,10 +70,46 @@ std::size_t wholeLength(double duration) {
                                                                  : Collector::mostSeconds;
 }
 
-// A few readings more than seconds are the previous recording's tail; far more say that the length
-// in the header is wrong.
-bool farMore(std::size_t readings, std::size_t seconds) {
-    return readings > seconds + std::max<std::size_t>(5, seconds / 10);
+// The same reading again: a receiver gives each second another time.
+bool repeats(const Fix& fix, const Fix& before) {
+    return trustedTime(fix) && trustedTime(before) && fix.time == before.time &&
+           fix.latitude == before.latitude && fix.longitude == before.longitude;
+}
+
+// A reading written again stands for its second only where the car has not moved since.
+bool standing(const Fix& fix) {
+    constexpr double walking = 2; // km/h
+    return fix.speed < walking;
+}
+
+// How fast the clock of readings goes against their media times: 1 where both are right. Over an
+// eighth of them each, so that a leap of the clock falls into few spans.
+double paceOf(std::span<const Fix> readings) {
+    std::vector<const Fix*> timed;
+    for (const Fix& fix : readings) {
+        if (trustedTime(fix)) {
+            timed.push_back(&fix);
+        }
+    }
+    constexpr std::size_t fewest = 8;
+    if (timed.size() < fewest) {
+        return 1;
+    }
+    const std::size_t span = timed.size() / 8;
+    std::vector<double> paces;
+    for (std::size_t i = span; i < timed.size(); ++i) {
+        const double media = timed[i]->mediaTime - timed[i - span]->mediaTime;
+        const auto clock = static_cast<double>(timed[i]->time - timed[i - span]->time) / 1000;
+        if (media > 0) {
+            paces.push_back(clock / media);
+        }
+    }
+    if (paces.empty()) {
+        return 1;
+    }
+    const auto middle = paces.begin() + static_cast<std::ptrdiff_t>(paces.size() / 2);
+    std::nth_element(paces.begin(), middle, paces.end());
+    return *middle;
 }
 
 } // namespace
@@ -149,16 +179,35 @@ void Collector::add(const Fix& given) {
         ++fixes_;
         standardTime_ = standardTime_ || (fix.standardTime && fix.time != noTime);
     }
-    if (!known(fix.mediaTime)) {
-        if (sequence_.empty()) {
-            sequence_.reserve(expected_);
+    if (!known(fix.mediaTime) || mediaTimes_ == MediaTimes::doubted) {
+        addToSequence(fix);
+    } else if (mediaTimes_ == MediaTimes::believed) {
+        addAtMediaTime(fix);
+    } else {
+        constexpr std::size_t enough = 256;
+        probation_.push_back(fix);
+        if (probation_.size() == enough) {
+            endProbation();
         }
-        if (sequence_.size() < mostSeconds) {
-            sequence_.push_back({fix, {}});
-        }
+    }
+}
+
+void Collector::addToSequence(const Fix& fix) {
+    if (sequence_.empty()) {
+        sequence_.reserve(expected_);
+    }
+    if (sequence_.size() < mostSeconds) {
+        sequence_.push_back({fix, offset_, {}});
+    }
+}
+
+void Collector::addAtMediaTime(const Fix& fix) {
+    if (!(fix.mediaTime > -1 && fix.mediaTime < static_cast<double>(mostSeconds))) {
         return;
     }
-    if (!(fix.mediaTime > -1 && fix.mediaTime < static_cast<double>(mostSeconds))) {
+    const bool again = repeats(fix, last_);
+    last_ = fix;
+    if (again && !standing(fix)) {
         return;
     }
     const double below = std::floor(fix.mediaTime);
@@ -166,6 +215,41 @@ void Collector::add(const Fix& given) {
         offer(fix, static_cast<std::size_t>(below));
     }
     offer(fix, static_cast<std::size_t>(below + 1));
+}
+
+void Collector::endProbation() {
+    constexpr double tooFast = 1.5;
+    const double pace = paceOf(probation_);
+    const bool doubted = pace > tooFast || (pace > 0.05 && pace < 1 / tooFast);
+    mediaTimes_ = doubted ? MediaTimes::doubted : MediaTimes::believed;
+    for (const Fix& fix : probation_) {
+        doubted ? addToSequence(fix) : addAtMediaTime(fix);
+    }
+    probation_.clear();
+    probation_.shrink_to_fit();
+}
+
+// Where the media times fill the recording as it is, the recording is a time lapse and they are
+// right. Else the clock wins; accelerations that were placed by such times are as wrong as they.
+void Collector::settleDoubt(double duration) {
+    double end = 0;
+    for (const InOrder& reading : sequence_) {
+        end = known(reading.fix.mediaTime) ? std::max(end, reading.fix.mediaTime) : end;
+    }
+    constexpr double most = 0.25;
+    if (duration > 0 && std::abs(end + 1 - duration) <= most * duration + 1) {
+        for (const InOrder& reading : std::exchange(sequence_, {})) {
+            addAtMediaTime(reading.fix);
+        }
+        return;
+    }
+    followedClock_ = true;
+    for (InOrder& reading : sequence_) {
+        reading.fix.mediaTime = unknown;
+    }
+    if (std::abs(static_cast<double>(bins_.size()) - duration) > most * duration + 1) {
+        bins_.clear();
+    }
 }
 
 void Collector::add(double mediaTime, const Acceleration& acceleration) {
@@ -201,99 +285,50 @@ std::size_t Collector::secondsOf(double duration) const {
     return farMore(bins_.size(), seconds) ? bins_.size() : seconds;
 }
 
-// The clock reading of the recording's first second. Each trusted reading votes with its time less
-// its place in the row. Lost blocks make later votes greater and repeated ones smaller, so the
-// least well-supported vote is the one that counts from the true start; blocks beyond the
-// recording's length are the tail of the previous recording and come first.
-std::int64_t Collector::firstSecondOfSequence(std::size_t seconds) const {
-    Vote vote;
-    for (std::size_t i = 0; i < sequence_.size(); ++i) {
-        if (trustedTime(sequence_[i].fix)) {
-            vote.add(wholeSeconds(sequence_[i].fix.time) - static_cast<std::int64_t>(i));
+// Seconds from the recording's start for each reading of the sequence.
+std::vector<double> Collector::linedUp(double duration) const {
+    const std::size_t seconds = duration > 0 ? wholeLength(duration) : 0;
+    std::vector<ClockedReading> readings;
+    readings.reserve(sequence_.size());
+    const Fix* before = nullptr;
+    for (const InOrder& reading : sequence_) {
+        const Fix& fix = reading.fix;
+        ClockedReading clocked;
+        clocked.clock = trustedTime(fix) ? fix.time : noTime;
+        clocked.repeats = before != nullptr && repeats(fix, *before);
+        readings.push_back(clocked);
+        before = &fix;
+    }
+    if (timesAt_ && !followedClock_ && !clockTellsAll(readings, seconds)) {
+        std::vector<std::uint64_t> offsets;
+        offsets.reserve(sequence_.size());
+        for (const InOrder& reading : sequence_) {
+            offsets.push_back(reading.offset);
+        }
+        const std::vector<double> times = timesAt_(offsets);
+        for (std::size_t i = 0; i < times.size() && i < readings.size(); ++i) {
+            readings[i].container = times[i];
         }
     }
-    const std::size_t excess = sequence_.size() > seconds ? sequence_.size() - seconds : 0;
-    return vote.leastSupported() + static_cast<std::int64_t>(excess);
-}
-
-void Collector::placeByIndex(std::size_t seconds) {
-    const std::size_t count = sequence_.size();
-    const bool oncePerSecond = count <= seconds + 3;
-    for (std::size_t i = 0; i < count; ++i) {
-        if (known(sequence_[i].fix.mediaTime)) {
-            continue;
-        }
-        const double place = static_cast<double>(i);
-        sequence_[i].fix.mediaTime =
-            oncePerSecond ? place - static_cast<double>(count > seconds ? count - seconds : 0)
-                          : place * static_cast<double>(seconds) / static_cast<double>(count);
-    }
-}
-
-// The clock reading of the recording's first second, or nothing where no trusted reading has a
-// time.
-std::optional<std::int64_t> Collector::startOfSequence(double duration,
-                                                       std::size_t& seconds) const {
-    std::size_t timed = 0;
-    std::size_t firstIndex = 0;
-    std::int64_t first = noTime;
-    std::int64_t last = noTime;
-    for (std::size_t i = 0; i < sequence_.size(); ++i) {
-        if (trustedTime(sequence_[i].fix)) {
-            last = sequence_[i].fix.time;
-            if (timed++ == 0) {
-                first = last;
-                firstIndex = i;
-            }
-        }
-    }
-    if (timed == 0) {
-        return std::nullopt;
-    }
-    const double spanned = static_cast<double>(last - first) / 1000 + 1;
-    if (timed > 3 && spanned > 0 && static_cast<double>(timed) > 1.5 * spanned) {
-        const double share =
-            static_cast<double>(firstIndex) / static_cast<double>(sequence_.size());
-        return wholeSeconds(first) - static_cast<std::int64_t>(duration > 0 ? share * duration : 0);
-    }
-    if (farMore(sequence_.size(), seconds)) {
-        seconds = sequence_.size();
-    }
-    const std::int64_t start = firstSecondOfSequence(seconds);
-    // Without a length nothing tells a tail from a start; the first reading opens the recording.
-    return duration > 0 || firstIndex > 0 ? start : std::max(start, wholeSeconds(first));
-}
-
-// Trusted readings go where their own clock says; one whose clock belongs to another day stays at
-// its place in the row, untrusted.
-void Collector::placeByClock(std::int64_t start, std::size_t seconds) {
-    const double reach = static_cast<double>(std::max(seconds, sequence_.size())) + 4;
-    for (InOrder& reading : sequence_) {
-        if (!trustedTime(reading.fix)) {
-            continue;
-        }
-        const double place = static_cast<double>(reading.fix.time - start * 1000) / 1000;
-        if (place > -4 && place < reach) {
-            reading.fix.mediaTime = place;
-        } else {
-            reading.fix.state = place < 0 ? FixState::stale : FixState::badDate;
-        }
-    }
+    return timeLine(readings, seconds);
 }
 
 void Collector::placeSequence(double duration) {
-    std::size_t seconds = duration > 0 ? wholeLength(duration) : sequence_.size();
-    if (const auto start = startOfSequence(duration, seconds)) {
-        placeByClock(*start, seconds);
-    }
-    placeByIndex(seconds);
-    for (const InOrder& reading : sequence_) {
-        const double place = reading.fix.mediaTime;
+    const std::vector<double> line = linedUp(duration);
+    const Fix* before = nullptr;
+    for (std::size_t i = 0; i < sequence_.size(); ++i) {
+        InOrder& reading = sequence_[i];
+        const bool again = before != nullptr && repeats(reading.fix, *before);
+        before = &reading.fix;
+        const double place = line[i];
         if (!(place > -0.5 && place < static_cast<double>(mostSeconds))) {
             continue;
         }
         const auto second = static_cast<std::size_t>(std::max(0.0, std::round(place)));
-        offer(reading.fix, second);
+        reading.fix.mediaTime = place;
+        if (!again || standing(reading.fix)) {
+            offer(reading.fix, second);
+        }
         if (Bin* target = bin(second)) {
             target->acceleration.add(reading.acceleration);
         }
@@ -310,17 +345,16 @@ std::int64_t Collector::anchor(std::int64_t creation, TimeBase& base) const {
         if (bins_[second].distance >= 2 || fix.time == noTime) {
             continue;
         }
-        const auto candidate = static_cast<std::int64_t>(
-            std::llround(static_cast<double>(fix.time) / 1000 - fix.mediaTime));
+        const double start = static_cast<double>(fix.time) / 1000 - fix.mediaTime;
         if (fix.state == FixState::good) {
-            vote.add(candidate);
+            vote.add(start);
             base = fix.base;
         } else if (untrusted == noTime) {
-            untrusted = candidate;
+            untrusted = static_cast<std::int64_t>(std::llround(start));
         }
     }
     if (!vote.empty()) {
-        return vote.firstSupported();
+        return vote.winner();
     }
     if (creation > 0) {
         base = TimeBase::creation;
@@ -349,6 +383,12 @@ void Collector::fill(Sample& sample, const Bin& bin) {
 }
 
 Telemetry Collector::finish(double duration, std::int64_t creation) {
+    if (!probation_.empty()) {
+        endProbation();
+    }
+    if (mediaTimes_ == MediaTimes::doubted) {
+        settleDoubt(duration);
+    }
     if (!sequence_.empty()) {
         placeSequence(duration);
     }

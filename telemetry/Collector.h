@@ -2,12 +2,15 @@
 //
 // Readings with a place in the recording (mediaTime) go into the bins of their seconds at once, so
 // a source of any rate costs memory per second only. Readings without one, as written once per
-// second by recorders that index their blocks, are kept in order and placed when all are known.
+// second by recorders that index their blocks, are kept in order and placed when all are known, see
+// TimeLine.h. So are readings whose media times disagree with the clock that each of them carries.
 #pragma once
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "telemetry/Samples.h"
@@ -92,11 +95,21 @@ class Collector {
     // Belongs to the reading added last to the sequence.
     void addToLast(const Acceleration& acceleration);
 
-    bool empty() const { return sequence_.empty() && bins_.empty(); }
+    // Tells for file offsets in ascending order the recording's time in seconds; empty where it
+    // cannot. Asked only where the readings' own clock leaves a doubt.
+    using TimesAt = std::function<std::vector<double>(std::span<const std::uint64_t> offsets)>;
+    void askContainer(TimesAt timesAt) { timesAt_ = std::move(timesAt); }
+    // The readings added to the sequence from here on come from this place of the file.
+    void comesFrom(std::uint64_t offset) { offset_ = offset; }
+
+    bool empty() const { return sequence_.empty() && bins_.empty() && probation_.empty(); }
     bool hasFixes() const { return fixes_ > 0; }
     // Whether the clock was read from a format that defines it as UTC.
     bool hasStandardTime() const { return standardTime_; }
     std::size_t readings() const { return readings_; }
+    // Media times were found to be wrong and the readings' own clock was followed; known when the
+    // readings are finished.
+    bool followedClock() const { return followedClock_; }
 
     // One sample per second of `duration` seconds; where that is unknown (0), or far from what the
     // readings say, the readings tell how many. `creation` is in seconds since 1970, 0 for unknown.
@@ -113,22 +126,32 @@ class Collector {
     };
     struct InOrder {
         Fix fix;
+        std::uint64_t offset = 0; // in the file
         AccelerationMean acceleration;
     };
+    // What is known of the media times: whether they go at the pace of the clock.
+    enum class MediaTimes : std::uint8_t { onProbation, believed, doubted };
 
     Bin* bin(std::size_t second);
     void offer(const Fix& fix, std::size_t second);
+    void addToSequence(const Fix& fix);
+    void addAtMediaTime(const Fix& fix);
+    void endProbation();
+    void settleDoubt(double duration);
     static void fill(Sample& sample, const Bin& bin);
     void placeSequence(double duration);
-    std::optional<std::int64_t> startOfSequence(double duration, std::size_t& seconds) const;
-    void placeByClock(std::int64_t start, std::size_t seconds);
-    std::int64_t firstSecondOfSequence(std::size_t seconds) const;
-    void placeByIndex(std::size_t seconds);
+    std::vector<double> linedUp(double duration) const;
     std::size_t secondsOf(double duration) const;
     std::int64_t anchor(std::int64_t creation, TimeBase& base) const;
 
     std::vector<Bin> bins_;
     std::vector<InOrder> sequence_;
+    std::vector<Fix> probation_; // the first readings with a media time
+    MediaTimes mediaTimes_ = MediaTimes::onProbation;
+    bool followedClock_ = false;
+    Fix last_; // the reading before, to tell one that is written again
+    TimesAt timesAt_;
+    std::uint64_t offset_ = 0;
     std::size_t expected_ = 0;
     std::size_t fixes_ = 0;
     std::size_t readings_ = 0;

@@ -108,6 +108,12 @@ Telemetry finish(const Recording& recording, Collector& collector) {
     const bool standard = collector.hasStandardTime();
     Telemetry telemetry = collector.finish(duration, creation);
     labelClock(recording, creation, standard, telemetry);
+    if (collector.followedClock()) {
+        recording.input.note(recording.input.error(
+            {}, 0,
+            "the times of the samples disagree with the clock that each of them carries: the "
+            "clock was followed"));
+    }
     return telemetry;
 }
 

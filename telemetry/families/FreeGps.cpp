@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "telemetry/PictureTimes.h"
 #include "telemetry/SampleTable.h"
 #include "telemetry/Scan.h"
 #include "telemetry/families/FreeGpsLayouts.h"
@@ -21,6 +22,7 @@ class BlockReader {
 
     // False where the file holds no block at the offset.
     bool take(std::uint64_t offset) {
+        collector_.comesFrom(offset);
         const Bytes block = read(offset);
         if (!block.holds(4, marker)) {
             return false;
@@ -34,6 +36,7 @@ class BlockReader {
                 return true;
             }
             readWaiting();
+            collector_.comesFrom(offset);
             layout_->read(read(offset), collector_);
             return true;
         }
@@ -69,6 +72,7 @@ class BlockReader {
     }
     void readWaiting() {
         for (const std::uint64_t offset : waiting_) {
+            collector_.comesFrom(offset);
             layout_->read(read(offset), collector_);
         }
         waiting_.clear();
@@ -154,6 +158,12 @@ const Box* indexOf(const Recording& recording) {
     return nullptr;
 }
 
+void askPicture(Recording& recording, Collector& collector) {
+    collector.askContainer([&recording](std::span<const std::uint64_t> offsets) {
+        return pictureTimes(recording, offsets);
+    });
+}
+
 // Far fewer blocks than seconds: the index is not whole.
 bool tooFew(std::uint64_t blocks, double seconds) {
     return static_cast<double>(blocks) + 3 < 0.9 * seconds;
@@ -166,6 +176,7 @@ bool readFreeGps(Recording& recording, Collector& collector) {
     if (index == nullptr) {
         return false;
     }
+    askPicture(recording, collector);
     BlockReader reader(recording.input, collector);
     const std::uint64_t good = readIndexed(recording.input, *index, reader);
     if (reader.finish() && !tooFew(good, recording.movie->duration)) {
@@ -184,6 +195,7 @@ bool searchFreeGps(Recording& recording, Collector& collector) {
     if (media == recording.boxes.end()) {
         return false;
     }
+    askPicture(recording, collector);
     BlockReader reader(recording.input, collector);
     scanForBlocks(recording.input, media->payload, recording.movie.has_value(), reader);
     return reader.finish();

@@ -14,9 +14,13 @@ constexpr double kmhPerMile = 1.609344;
 
 ByteVector makeGpsBox(const DriveSeconds& drive) {
     ByteWriter records;
-    for (const DriveSecond& second : drive) {
+    for (std::size_t i = 0; i < drive.size(); ++i) {
+        const DriveSecond& second = drive[i];
+        if (second.written == 0) {
+            continue;
+        }
         records.u32le(1).u32le(second.fix ? 1 : 0);
-        records.u32le(static_cast<std::uint64_t>(second.time - drive.front().time));
+        records.u32le(i);
         records.u32le(static_cast<std::uint64_t>(whole(second.speed * 1000)));
         const auto minutes = [](double value) {
             return static_cast<std::uint64_t>(whole(value * 1000));
@@ -44,7 +48,8 @@ std::string ligoLine(const DriveSecond& second) {
     return text;
 }
 
-ByteVector ligoText(const DriveSeconds& drive) {
+ByteVector ligoText(const DriveSeconds& seconds) {
+    const DriveSeconds drive = asWritten(seconds);
     ByteWriter out;
     out.text("LIGOGPSINFO").zeros(1).u32le(drive.size()).u32le(0);
     for (std::size_t i = 0; i < drive.size(); ++i) {
@@ -88,7 +93,8 @@ ByteVector makeLigoSsmd(const DriveSeconds& drive) {
 
 enum class LigoPlaces { plain, shifted };
 
-ByteVector encipheredLigoText(const DriveSeconds& drive, LigoPlaces places) {
+ByteVector encipheredLigoText(const DriveSeconds& seconds, LigoPlaces places) {
+    const DriveSeconds drive = asWritten(seconds);
     const bool shifted = places == LigoPlaces::shifted;
     ByteWriter out;
     out.text("LIGOGPSINFO").u8(0).u32be(shifted ? 5 : 1).u32le(drive.size());
@@ -130,7 +136,7 @@ ByteVector makeUuidBox(const DriveSeconds& drive) {
     out.text(
         std::string_view("\x9b\x63\x0f\x8d\x63\x74\x40\xec\x82\x04\xbc\x5f\xf5\x09\x17\x28", 16));
     out.zeros(17);
-    for (const DriveSecond& second : drive) {
+    for (const DriveSecond& second : asWritten(drive)) {
         out.u32be(static_cast<std::uint64_t>(second.time + 2082844800));
         out.u16be(static_cast<std::uint64_t>(whole(second.speed / kmhPerMile))).zeros(6);
         out.i32be(second.fix ? whole(second.latitude * stepsPerDegree) : INT32_MIN);
@@ -145,13 +151,16 @@ ByteVector makeFreeBox(const DriveSeconds& drive) {
     constexpr std::int64_t zone = 8 * 3600;
     std::string lines;
     ByteWriter accelerations;
-    for (const DriveSecond& second : drive) {
-        lines += "[" + std::to_string(second.time * 1000) + "]" + rmc(second) + "\r\n";
-        for (std::int64_t i = 0; i < 9; ++i) {
-            const std::int64_t since = second.time - drive.front().time;
-            accelerations.u32be(static_cast<std::uint64_t>(since * 1000 + i * 110));
-            accelerations.i16be(whole(second.right * 128)).i16be(whole(second.forwards * 128));
-            accelerations.i16be(whole(second.up * 128));
+    for (std::size_t second = 0; second < drive.size(); ++second) {
+        const DriveSecond& now = drive[second];
+        for (int copy = 0; copy < now.written; ++copy) {
+            const auto stamp = drive.front().time + static_cast<std::int64_t>(second);
+            lines += "[" + std::to_string(stamp * 1000) + "]" + rmc(now) + "\r\n";
+        }
+        for (std::size_t i = 0; i < 9; ++i) {
+            accelerations.u32be(second * 1000 + i * 110);
+            accelerations.i16be(whole(now.right * 128)).i16be(whole(now.forwards * 128));
+            accelerations.i16be(whole(now.up * 128));
         }
     }
     accelerations.u32be(UINT32_MAX).zeros(6);
@@ -169,7 +178,7 @@ ByteVector makeFreeBox(const DriveSeconds& drive) {
 ByteVector makeGps0(const DriveSeconds& drive) {
     ByteWriter places;
     ByteWriter accelerations;
-    for (const DriveSecond& second : drive) {
+    for (const DriveSecond& second : asWritten(drive)) {
         const auto time = telemetry::civilFromMilliseconds(second.time * 1000);
         const auto minutes = [&](double value, double degrees) {
             return second.fix ? std::copysign(value, degrees) : 4294967295.0;
@@ -196,7 +205,7 @@ ByteVector makeGps0(const DriveSeconds& drive) {
 
 ByteVector makeEncipheredGps0(const DriveSeconds& drive) {
     ByteWriter out;
-    for (const DriveSecond& second : drive) {
+    for (const DriveSecond& second : asWritten(drive)) {
         std::string text = enciphered(second);
         text.replace(0, 8, std::string("\0\0\xf2\xe1\xf0\xee\x54\x54", 8));
         out.text(text);

@@ -33,9 +33,31 @@ ByteVector withBlocks(const DriveSeconds& drive, BlockOf block, Mp4Plan::Index i
     Mp4Plan plan = planOf(drive);
     plan.index = index;
     for (std::size_t i = 0; i < drive.size(); ++i) {
-        plan.blocks.push_back({block(drive[i]), i});
+        for (int copy = 0; copy < drive[i].written; ++copy) {
+            plan.blocks.push_back({block(drive[i]), i});
+        }
     }
     return buildMp4(plan);
+}
+
+DriveSeconds asWritten(const DriveSeconds& drive) {
+    DriveSeconds written;
+    for (const DriveSecond& second : drive) {
+        written.insert(written.end(), static_cast<std::size_t>(second.written), second);
+    }
+    return written;
+}
+
+void addSamples(const DriveSeconds& drive, BlockOf sample, TrackPlan& track) {
+    for (const DriveSecond& second : drive) {
+        for (int copy = 0; copy < second.written; ++copy) {
+            track.samples.push_back(
+                {sample(second), 1000 / static_cast<std::uint32_t>(second.written)});
+        }
+        if (second.written == 0) {
+            track.samples.push_back({{}, 1000});
+        }
+    }
 }
 
 ByteVector withTrack(const DriveSeconds& drive, std::string_view handler, std::string_view format,
@@ -44,9 +66,7 @@ ByteVector withTrack(const DriveSeconds& drive, std::string_view handler, std::s
     TrackPlan track;
     track.handler = handler;
     track.format = format;
-    for (const DriveSecond& second : drive) {
-        track.samples.push_back({sample(second), 1000});
-    }
+    addSamples(drive, sample, track);
     plan.tracks.push_back(std::move(track));
     return buildMp4(plan);
 }

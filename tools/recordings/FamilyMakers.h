@@ -42,7 +42,10 @@ using BlockOf = ByteVector (*)(const DriveSecond& second);
 Mp4Plan planOf(const DriveSeconds& drive);
 ByteVector withBlocks(const DriveSeconds& drive, BlockOf block,
                       Mp4Plan::Index index = Mp4Plan::Index::whole);
-// One sample a second; an empty sample leaves its second out.
+// The seconds that are written, as often as they are.
+DriveSeconds asWritten(const DriveSeconds& drive);
+// One sample a second, several where it is written more often; an empty one where it is lost.
+void addSamples(const DriveSeconds& drive, BlockOf sample, TrackPlan& track);
 ByteVector withTrack(const DriveSeconds& drive, std::string_view handler, std::string_view format,
                      BlockOf sample);
 

@@ -38,7 +38,9 @@ ByteVector stream(const DriveSeconds& drive, unsigned pid, BlockOf content) {
         for (int i = 0; i < 20; ++i) {
             packet(out, 0x0100, i == 0, ByteVector(184, static_cast<std::uint8_t>(i)));
         }
-        unit(out, pid, content(second));
+        for (int copy = 0; copy < second.written; ++copy) {
+            unit(out, pid, content(second));
+        }
     }
     return out.take();
 }

@@ -91,10 +91,8 @@ ByteVector makeSsmd32(const DriveSeconds& drive) {
     places.handler = "meta";
     places.format = "ssmd";
     TrackPlan accelerations = places;
-    for (const DriveSecond& second : drive) {
-        places.samples.push_back({ssmd32(second), 1000});
-        accelerations.samples.push_back({floatG(second), 1000});
-    }
+    addSamples(drive, ssmd32, places);
+    addSamples(drive, floatG, accelerations);
     plan.tracks = {places, accelerations};
     return buildMp4(plan);
 }
