@@ -115,12 +115,17 @@ double paceOf(std::span<const Fix> readings) {
 } // namespace
 
 void judge(Fix& fix) {
-    constexpr double farBeyondAnyCar = 1e5;
-    for (double* value : {&fix.speed, &fix.heading, &fix.altitude}) {
-        if (!(std::abs(*value) < farBeyondAnyCar)) {
-            *value = unknown;
+    // What recorders write for "nothing": 65535 and other values that no car has.
+    const auto keepWithin = [](double& value, double least, double most) {
+        if (!(value >= least && value <= most)) {
+            value = unknown;
         }
-    }
+    };
+    constexpr double deepest = -1000;
+    constexpr double highest = 10000; // metres; no road comes near either
+    keepWithin(fix.speed, 0, fastestSpeed);
+    keepWithin(fix.heading, -360, 360);
+    keepWithin(fix.altitude, deepest, highest);
     if (fix.state != FixState::good) {
         return;
     }

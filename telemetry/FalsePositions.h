@@ -8,11 +8,14 @@
 namespace velmorant::telemetry {
 
 // Takes the trust from good fixes that no drive explains, by setting their state:
-//   jump         off the recording's longest believable chain of positions, where a step between
-//   two
-//                positions is believable up to 90 m/s (324 km/h) and 50 m of scatter
+//   parkedDrift  a place that stays (within 1 m) while the recorded speed makes more than 5 m of
+//   way jump         off the recording's weightiest chain of positions. A step between two
+//   positions is
+//                believable up to 90 m/s (324 km/h) and 30 m of scatter; steps that agree with the
+//                recorded speed weigh most, places that stand still hardly anything.
 //   stale        the same, before that chain begins
-//   parkedDrift  the third and further seconds at one place (within 1 m) with 20 km/h and more
+//   frozen       a place that stood still until a step betrays it that the time since it was new
+//                explains, the last second alone does not
 void markFalsePositions(std::vector<Sample>& samples);
 
 // Fills latitude, longitude, speed and heading from the raw values: good fixes keep theirs, speed

@@ -30,6 +30,8 @@ std::string_view name(FixState state) {
         return "left over from the last drive";
     case FixState::parkedDrift:
         return "speed without movement";
+    case FixState::frozen:
+        return "frozen place";
     case FixState::enciphered:
         return "enciphered by an unknown rule";
     }

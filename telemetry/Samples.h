@@ -20,6 +20,9 @@ inline bool known(double value) {
     return !std::isnan(value);
 }
 
+// Faster is no car; what a source says beyond it stands for "no speed".
+inline constexpr double fastestSpeed = 450; // km/h
+
 // Which clock a time was taken from.
 enum class TimeBase : std::uint8_t {
     none,     // no time at all
@@ -48,6 +51,7 @@ enum class FixState : std::uint8_t {
     jump,         // no car gets there in that time
     stale,        // left over from the last drive
     parkedDrift,  // speed without movement
+    frozen,       // no movement, though the car was elsewhere a second later
     enciphered    // the rule that would decipher the position is unknown
 };
 
