@@ -12,7 +12,7 @@ namespace velmorant::recordings {
 struct DriveSecond {
     std::int64_t time = 0; // UTC, seconds since 1970
     bool fix = true;
-    int written = 1; // how often the recorder writes it; a lost second 0 times
+    int written = 1;                    // how often the recorder writes it; a lost second 0 times
     double latitude = 0, longitude = 0; // degrees
     double altitude = 0;                // metres
     double speed = 0;                   // km/h
