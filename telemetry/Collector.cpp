@@ -4,60 +4,12 @@
 #include <utility>
 
 #include "telemetry/FalsePositions.h"
+#include "telemetry/StartVote.h"
 #include "telemetry/TimeLine.h"
 
 namespace velmorant::telemetry {
 
 namespace {
-
-// What the clock showed at the recording's start, each reading for itself.
-class Vote {
-  public:
-    void add(double start) {
-        ++total_;
-        const auto candidate = static_cast<std::int64_t>(std::llround(start));
-        fractions_ = fractions_ || std::abs(start - static_cast<double>(candidate)) > 0.0005;
-        for (auto& [value, count] : counts_) {
-            if (value == candidate) {
-                ++count;
-                return;
-            }
-        }
-        constexpr std::size_t mostCandidates = 256;
-        if (counts_.size() < mostCandidates) {
-            counts_.emplace_back(candidate, 1);
-        }
-    }
-    bool empty() const { return counts_.empty(); }
-    // Of whole seconds what most agree on, of equals the first: a clock that leaps or stumbles
-    // moves no other second. Fractions near a half are rounded up or down by chance, so there the
-    // first counts that a fair share agrees with to within a second.
-    std::int64_t winner() const {
-        if (fractions_) {
-            for (const auto& [value, count] : counts_) {
-                if (support(value) * 4 >= total_) {
-                    return value;
-                }
-            }
-        }
-        return std::max_element(counts_.begin(), counts_.end(),
-                                [](const auto& a, const auto& b) { return a.second < b.second; })
-            ->first;
-    }
-
-  private:
-    std::size_t support(std::int64_t candidate) const {
-        std::size_t votes = 0;
-        for (const auto& [value, count] : counts_) {
-            votes += std::abs(value - candidate) <= 1 ? count : 0;
-        }
-        return votes;
-    }
-
-    std::vector<std::pair<std::int64_t, std::size_t>> counts_;
-    std::size_t total_ = 0;
-    bool fractions_ = false;
-};
 
 bool trustedTime(const Fix& fix) {
     return fix.state == FixState::good && fix.time != noTime;
@@ -343,7 +295,7 @@ void Collector::placeSequence(double duration) {
 }
 
 std::int64_t Collector::anchor(std::int64_t creation, TimeBase& base) const {
-    Vote vote;
+    StartVote vote;
     std::int64_t untrusted = noTime;
     for (std::size_t second = 0; second < bins_.size(); ++second) {
         const Fix& fix = bins_[second].fix;
