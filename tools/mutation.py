@@ -55,8 +55,9 @@ class Workshop:
         self.tree = FOLDER / str(number) / "tree"
         self.build = FOLDER / str(number) / "build"
         self.home = FOLDER / str(number) / "home"
-        self.environment = dict(os.environ, CCACHE_DIR=str(FOLDER / "ccache"),
-                                CCACHE_BASEDIR=str(FOLDER / str(number)), HOME=str(self.home), LC_ALL="C.UTF-8")
+        self.environment = dict(os.environ, HOME=str(self.home), LC_ALL="C.UTF-8",
+                                CCACHE_DIR=str(FOLDER / "ccache"), CCACHE_DEPEND="1",
+                                CCACHE_BASEDIR=str(FOLDER / str(number)))
         self.tests_of_room = {}
         self.limits = {}
 
@@ -205,8 +206,9 @@ def all_mutants(places):
             for mutant in mutants_of(str(file.relative_to(SNAPSHOT)), file.read_text())]
 
 
-def try_all(workshops, mutants):
-    """The results; the mutants of one file stay together, so that each costs one file's compilation."""
+def try_all(workshops, mutants, listed):
+    """The results; the mutants of one file stay together, so that each costs one file's compilation.
+    Survivors that are not listed are printed as they come."""
     files = collections.OrderedDict()
     for mutant in mutants:
         files.setdefault(mutant.file, []).append(mutant)
@@ -219,11 +221,22 @@ def try_all(workshops, mutants):
                 batch = waiting.popleft()
             except IndexError:
                 break
-            results += workshop.judge_file(batch)
+            for result in workshop.judge_file(batch):
+                results.append(result)
+                if result.outcome == "survived" and key_of(result.mutant) not in listed:
+                    show(result.mutant, "survived")
         return results
 
     with concurrent.futures.ThreadPoolExecutor(len(workshops)) as threads:
         return [result for results in threads.map(work, workshops) for result in results]
+
+
+def key_of(mutant):
+    return mutant.file, mutant.before, mutant.after
+
+
+def show(mutant, outcome):
+    print(f"{mutant.file}:{mutant.line}: {outcome}\n    {mutant.before}\n    {mutant.after}", flush=True)
 
 
 def draw_and_try(workshops, mutants, count, listed):
@@ -231,17 +244,15 @@ def draw_and_try(workshops, mutants, count, listed):
     counted, stale, left_out = [], [], 0
     while mutants and len(counted) < count:
         drawn, mutants = mutants[:count - len(counted)], mutants[count - len(counted):]
-        for result in try_all(workshops, drawn):
-            mutant = result.mutant
-            key = (mutant.file, mutant.before, mutant.after)
+        for result in try_all(workshops, drawn, listed):
             if result.outcome == "not compiled":
                 continue
-            if key in listed:
-                left_out += 1
-                if result.outcome == "caught":
-                    stale.append(mutant)
-            else:
+            if key_of(result.mutant) not in listed:
                 counted.append(result)
+                continue
+            left_out += 1
+            if result.outcome == "caught":
+                stale.append(result.mutant)
     return counted, stale, left_out
 
 
@@ -277,16 +288,12 @@ def main():
           f"{len(mutants)} places in {' '.join(places)}", flush=True)
     counted, stale, left_out = draw_and_try(
         workshops, mutants, len(mutants) if options.all else options.count, listed)
-    survivors = [result.mutant for result in counted if result.outcome == "survived"]
-    for mutant in sorted(survivors, key=lambda one: (one.file, one.line, one.after)):
-        print(f"{mutant.file}:{mutant.line}: survived\n    {mutant.before}\n    {mutant.after}")
     for mutant in stale:
-        print(f"{mutant.file}:{mutant.line}: listed as a survivor, but caught\n    {mutant.before}\n"
-              f"    {mutant.after}")
+        show(mutant, "listed as a survivor, but caught")
     if not counted:
         print("nothing could be tried")
         return 2
-    caught = len(counted) - len(survivors)
+    caught = sum(result.outcome == "caught" for result in counted)
     print(f"{caught} of {len(counted)} caught ({100 * caught / len(counted):.1f} %), {left_out} of the "
           f"list left out, {time.monotonic() - begun:.0f} s, seed {options.seed}")
     return 0 if 100 * caught >= options.share * len(counted) else 1

@@ -9,6 +9,7 @@
 
 #include "telemetry/Extract.h"
 #include "telemetry/Geometry.h"
+#include "tests/builders/TemporaryFolder.h"
 
 namespace velmorant::telemetry {
 
@@ -31,17 +32,9 @@ std::string outputOf(const std::string& command) {
 
 class SampleCard : public testing::Test {
   protected:
-    void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  (std::string("card-") +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(folder_);
-    }
-    void TearDown() override { fs::remove_all(folder_); }
-
     std::vector<std::string> make(const std::string& options) {
         std::istringstream list(outputOf(std::string("\"") + VELMORANT_MAKE_CARD + "\" \"" +
-                                         folder_.string() + "\" --size 320x180 " + options));
+                                         m_folder.file("card") + "\" --size 320x180 " + options));
         std::vector<std::string> paths;
         for (std::string line; std::getline(list, line);) {
             paths.push_back(line);
@@ -49,7 +42,7 @@ class SampleCard : public testing::Test {
         return paths;
     }
 
-    fs::path folder_;
+    const builders::TemporaryFolder m_folder;
 };
 
 } // namespace

@@ -1,11 +1,11 @@
 // Made recordings of the layouts that Debian's ExifTool (12.57) reads whole, read by both.
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "telemetry/UtcTime.h"
+#include "tests/builders/TemporaryFolder.h"
 #include "tests/telemetry/Extraction.h"
 #include "tools/recordings/FamilyMakers.h"
 
@@ -59,17 +59,16 @@ TEST_P(IndependentDecoder, finds_the_same_places_and_speeds) {
     const FamilyMaker& maker = makerOf(GetParam().name);
     auto drive = Driver({}, 70, 5).drive(morning, 60);
     loseFix(drive, 20, 29);
-    const auto path = std::filesystem::temp_directory_path() /
-                      (std::string("decoder-") + GetParam().name + ".MP4");
+    const builders::TemporaryFolder folder;
+    const std::string path = folder.file(std::string(GetParam().name) + ".MP4");
     const ByteVector bytes = maker.make(drive);
     std::ofstream(path, std::ios::binary)
         .write(reinterpret_cast<const char*>(bytes.data()),
                static_cast<std::streamsize>(bytes.size()));
-    const auto read = extractFile(path.string());
+    const auto read = extractFile(path);
     std::istringstream rows(outputOf("exiftool -q -q -m -f -ee -n -p "
                                      "'$gpslatitude $gpslongitude $gpsspeed $gpsdatetime' \"" +
-                                     path.string() + "\" 2>/dev/null"));
-    std::filesystem::remove(path);
+                                     path + "\" 2>/dev/null"));
     ASSERT_TRUE(read);
     std::size_t second = 0;
     std::size_t compared = 0;

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tests/builders/TemporaryFolder.h"
 #include "tests/telemetry/Extraction.h"
 #include "tools/recordings/FamilyMakers.h"
 
@@ -17,19 +18,14 @@ namespace fs = std::filesystem;
 class Sidecars : public testing::Test {
   protected:
     void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  (std::string("sidecars-") +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(folder_);
-        fs::create_directories(folder_ / "Normal" / "Front");
+        fs::create_directories(m_folder / "Normal" / "Front");
         drive_ = Driver({}, 70, 5).drive(morning, 30);
         loseFix(drive_, 10, 14);
         Mp4Plan plan = making::planOf(drive_);
         write(recording(), buildMp4(plan));
     }
-    void TearDown() override { fs::remove_all(folder_); }
 
-    fs::path recording() const { return folder_ / "Normal" / "Front" / "N0001.MP4"; }
+    fs::path recording() const { return m_folder / "Normal" / "Front" / "N0001.MP4"; }
     static void write(const fs::path& path, const ByteVector& bytes) {
         std::ofstream(path, std::ios::binary)
             .write(reinterpret_cast<const char*>(bytes.data()),
@@ -48,7 +44,8 @@ class Sidecars : public testing::Test {
         }
     }
 
-    fs::path folder_;
+    const builders::TemporaryFolder m_temporary;
+    const fs::path m_folder = m_temporary.path();
     DriveSeconds drive_;
 };
 
@@ -93,7 +90,7 @@ TEST_F(Sidecars, the_cards_table_gives_the_lines_that_name_the_recording) {
                       second.forwards * 100, second.up * 100, "Normal/Front/N0001.MP4");
         table += line;
     }
-    write(folder_ / "GPSData000001.txt", table);
+    write(m_folder / "GPSData000001.txt", table);
     expectDrive(true);
 }
 

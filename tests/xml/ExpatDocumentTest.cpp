@@ -1,6 +1,7 @@
 #include "xml/ExpatDocument.h"
 
 #include "common/StepError.h"
+#include "tests/builders/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,16 +19,7 @@ using testing::StartsWith;
 
 class ExpatDocumentTest : public testing::Test {
   protected:
-    void SetUp() override {
-        folder_ = std::filesystem::path(testing::TempDir()) /
-                  (std::string("ExpatDocument-") +
-                   testing::UnitTest::GetInstance()->current_test_info()->name());
-        std::filesystem::remove_all(folder_);
-        std::filesystem::create_directories(folder_);
-    }
-    void TearDown() override { std::filesystem::remove_all(folder_); }
-
-    std::string path(const std::string& name) const { return (folder_ / name).string(); }
+    std::string path(const std::string& name) const { return m_folder.file(name); }
     std::string write(const std::string& name, const std::string& contents) const {
         std::ofstream(path(name), std::ios::binary) << contents;
         return path(name);
@@ -46,7 +38,7 @@ class ExpatDocumentTest : public testing::Test {
         return "no error";
     }
 
-    std::filesystem::path folder_;
+    builders::TemporaryFolder m_folder;
 };
 
 std::string samples(int count) {
@@ -145,8 +137,7 @@ TEST_F(ExpatDocumentTest, names_the_file_that_cannot_be_read) {
     ExpatDocument document;
     EXPECT_EQ(errorOf([&] { document.load(path("missing.kml")); }),
               path("missing.kml") + ": cannot be opened: No such file or directory");
-    EXPECT_EQ(errorOf([&] { document.load(folder_.string()); }),
-              folder_.string() + ": is a folder");
+    EXPECT_EQ(errorOf([&] { document.load(m_folder.path()); }), m_folder.path() + ": is a folder");
 }
 
 TEST_F(ExpatDocumentTest, reads_the_encodings_that_the_declaration_names) {
