@@ -1,5 +1,5 @@
+#include "recordings/clsDot.h"
 #include "track/TrackFileReader.h"
-#include "track/clsDot.h"
 #include "xml/ExpatDocument.h"
 
 #include <benchmark/benchmark.h>
@@ -131,8 +131,8 @@ void readTrackFile(benchmark::State& state) {
         ExpatDocument document;
         TrackFileReader reader(document);
         reader.load(file.path());
-        const TrackFileReader::Contents contents = reader.read();
-        if (contents.track->count() != state.range(0))
+        const std::shared_ptr<clsDot> track = reader.read();
+        if (track->count() != state.range(0))
             state.SkipWithError("not all samples were read");
     }
 }

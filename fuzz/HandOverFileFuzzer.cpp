@@ -1,6 +1,6 @@
 #include "common/textRules.h"
 #include "library/RecordingListFile.h"
-#include "library/recordingNames.h"
+#include "recordings/recordingNames.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/fakes/FakeHostPaths.h"
 #include "xml/ExpatDocument.h"
@@ -40,11 +40,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const RecordingListFile::Entry& entry : RecordingListFile(document, files, paths).read()) {
         require(!entry.path.empty());
         const std::string base = baseNameOf(fileNameOf(paths, entry.path));
-        const std::string date = dateOfFolderName(fileNameOf(paths, folderOf(paths, entry.path)));
-        require(characterCount(date) == 10);
-        const std::string dateAndTime = date + "  " + timeOfBaseName(base);
-        require(characterCount(displayTextOf(dateAndTime, "")) == 22);
-        require(characterCount(displayTextOf(entry.dateAndTime, "")) == 22);
+        const std::string folder = fileNameOf(paths, folderOf(paths, entry.path));
+        require(characterCount(dateOfFolderName(folder)) == 10);
+        require(characterCount(dateAndTimeOfNames(folder, base)) == 20);
     }
     return 0;
 }

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <string>
 
 // The reader loads a file; the fuzzer's input becomes one in the temporary folder.
@@ -25,14 +26,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         reader.recording();
         reader.error();
         reader.notice();
-        const TrackFileReader::Contents contents = reader.read();
-        const bool hasTrack = contents.track != nullptr;
+        const std::shared_ptr<clsDot> read = reader.read();
+        const bool hasTrack = read != nullptr;
         if (hasTrack != (reader.sampleCount() > 0))
             std::abort();
         if (hasTrack) {
-            clsDot& track = *contents.track;
+            clsDot& track = *read;
             if (static_cast<std::size_t>(track.count()) != reader.sampleCount() ||
-                contents.details.samples.size() != reader.sampleCount())
+                track.details().samples.size() != reader.sampleCount())
                 std::abort();
             if (track.minimumG() > 0 || track.maximumG() < 0 || track.maximumSpeed() < 0)
                 std::abort();

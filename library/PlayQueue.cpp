@@ -18,7 +18,7 @@ constexpr std::chrono::milliseconds pauseBeforeOpening{100};
 PlayQueue::PlayQueue(PlayQueueNeeds needs) : m_needs(std::move(needs)) {
     m_needs.tContinue.setInterval(continueInterval);
     m_needs.tContinue.setEnabled(false);
-    m_needs.tContinue.onTick([this] { PlayEntry(m_requested); });
+    m_needs.tContinue.onTick([this] { static_cast<void>(PlayEntry(m_requested)); });
 }
 
 void PlayQueue::RequestPlay(int index) {
@@ -26,27 +26,26 @@ void PlayQueue::RequestPlay(int index) {
     m_needs.tContinue.setEnabled(true);
 }
 
-PlayEntryResult PlayQueue::PlayEntry(int index) {
+RowStart PlayQueue::PlayEntry(int index) {
     m_needs.tContinue.setEnabled(false);
     m_requested = index;
     RecordingList& list = m_needs.list;
     if (index < 1 || index > list.count())
-        return PlayEntryResult::NoSuchRow;
-    if (!m_needs.files.fileExists(list.text(index, SubItem::FullPath))) {
+        return RowStart::NoSuchRow;
+    if (!m_needs.files.fileExists(list.row(index).path)) {
         const RecordingList::Batch batch(list);
         list.setMark(index, MarkState::NotMarked);
-        list.setText(index, SubItem::FileMissing, "1");
+        list.set(index, &RecordingEntry::file, FileState::Missing);
         say("list.fileMissing", index);
-        return PlayEntryResult::FileMissing;
+        return RowStart::FileMissing;
     }
-    std::shared_ptr<clsDot> track =
-        m_needs.state.loadedTracks.find(trackKey(list.text(index, SubItem::SerialNumber)));
+    std::shared_ptr<clsDot> track = m_needs.state.loadedTracks.find(list.row(index).serial);
     if (!track) {
         say("list.notExtracted", index);
-        return PlayEntryResult::NotExtracted;
+        return RowStart::NoTrack;
     }
     start(index, std::move(track));
-    return PlayEntryResult::Started;
+    return RowStart::Started;
 }
 
 void PlayQueue::start(int index, std::shared_ptr<clsDot> track) {
@@ -56,12 +55,12 @@ void PlayQueue::start(int index, std::shared_ptr<clsDot> track) {
     // A step that fails does not keep the others from being done.
     trapErrors([&] { m_needs.waits.sleep(pauseBeforeOpening); });
     trapErrors([&] { m_needs.chart.refreshForCurrentTrack(); });
-    trapErrors([&] { player.openRecording(list.text(index, SubItem::FullPath)); });
+    trapErrors([&] { player.openRecording(list.row(index).path); });
     trapErrors([&] { player.play(); });
     trapErrors([&] { player.enablePlayTimer(); });
     trapErrors([&] { player.applyRate(); });
     list.setPlayingIndex(index);
-    trapErrors([&] { list.setNotice(index, ""); });
+    trapErrors([&] { list.set(index, &RecordingEntry::notice, ""); });
     trapErrors([&] { m_needs.refreshListMarks(index); });
     trapErrors([&] { m_needs.status.show(""); });
 }
@@ -94,11 +93,10 @@ void PlayQueue::PlaybackFailed(const std::string& reason) {
     {
         const RecordingList::Batch batch(m_needs.list);
         m_needs.list.setMark(index, MarkState::NotMarked);
-        m_needs.list.setNotice(index, reason);
+        m_needs.list.set(index, &RecordingEntry::notice, reason);
     }
     trapErrors([&] {
-        const std::string name =
-            fileNameOf(m_needs.paths, m_needs.list.text(index, SubItem::FullPath));
+        const std::string name = fileNameOf(m_needs.paths, m_needs.list.row(index).path);
         m_needs.status.show(
             fillIn(m_needs.texts.addition("list.notPlayable"), "%1", name + ": " + reason));
     });
@@ -113,8 +111,7 @@ void PlayQueue::moveRequest(int newIndex) {
 
 void PlayQueue::say(const std::string& textName, int index) {
     trapErrors([&] {
-        const std::string name =
-            fileNameOf(m_needs.paths, m_needs.list.text(index, SubItem::FullPath));
+        const std::string name = fileNameOf(m_needs.paths, m_needs.list.row(index).path);
         m_needs.status.show(fillIn(m_needs.texts.addition(textName), "%1", name));
     });
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "library/RecordingList.h"
 #include "library/RecordingListChart.h"
 #include "library/RecordingListPlayer.h"
 #include "ports/FileSystem.h"
@@ -9,7 +8,9 @@
 #include "ports/Texts.h"
 #include "ports/Timer.h"
 #include "ports/Waits.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
+#include "recordings/RecordingList.h"
+#include "recordings/RowStart.h"
 
 #include <functional>
 #include <optional>
@@ -31,13 +32,6 @@ struct PlayQueueNeeds {
     std::function<void(int)> refreshListMarks; ///< frmMP4List::RefreshListMarks
 };
 
-enum class PlayEntryResult {
-    Started,
-    FileMissing,  ///< the row is now unmarked and flagged
-    NotExtracted, ///< nothing was changed; the status line says why
-    NoSuchRow
-};
-
 /// The marked rows as a queue: starts a row, and finds the row that follows when one ends.
 class PlayQueue {
   public:
@@ -50,7 +44,7 @@ class PlayQueue {
 
     /// The one routine that starts a row: its track becomes the current one, the chart is filled,
     /// the player plays, the row is the playing one. Ends a pending request.
-    PlayEntryResult PlayEntry(int index);
+    [[nodiscard]] RowStart PlayEntry(int index);
 
     /// The marked row that follows the playing one: rows behind it first, then from the top up to
     /// and including it. Absent when no row is marked.

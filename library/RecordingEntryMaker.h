@@ -1,10 +1,9 @@
 #pragma once
 
-#include "library/RecordingEntry.h"
-#include "library/recordingNames.h"
 #include "ports/HostPaths.h"
-#include "ports/Screen.h"
-#include "ports/Texts.h"
+#include "recordings/RecordingEntry.h"
+#include "recordings/RowView.h"
+#include "recordings/recordingNames.h"
 
 #include <cstdint>
 #include <string>
@@ -17,10 +16,12 @@ namespace velmorant {
 /// single one its extension.
 enum class BaseNameRule { WithoutFourCharacters, WithoutExtension };
 
-/// Makes the rows of the list: texts, kind and the next serial number of the run.
+/// Makes the rows of the list, each with the next serial number of the run.
 class RecordingEntryMaker {
   public:
-    RecordingEntryMaker(const Texts& texts, const Screen& screen, const HostPaths& paths);
+    /// Keeps the references.
+    RecordingEntryMaker(const RowView& view, const HostPaths& paths)
+        : m_view(view), m_paths(paths) {}
 
     void resetCounter() { m_lastSerial = 0; }
 
@@ -30,16 +31,10 @@ class RecordingEntryMaker {
     /// An unmarked row from what the hand-over file holds.
     RecordingEntry fromHandOver(std::string_view dateAndTime, const std::string& path);
 
-    RecordingKind kindOfPath(const std::string& path) const;
-    /// The label depends on the screen's density: the list's column is padded for it. Empty for a
-    /// density, or a language, without labels.
-    std::string kindLabel(RecordingKind kind) const;
-
   private:
-    RecordingEntry entry(std::string_view dateAndTime, const std::string& label, std::string path);
+    RecordingEntry entry(RecordingKind kind, std::string dateAndTime, std::string path);
 
-    const Texts& m_texts;
-    const Screen& m_screen;
+    const RowView& m_view;
     const HostPaths& m_paths;
     std::int32_t m_lastSerial = 0;
 };

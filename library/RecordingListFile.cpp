@@ -3,6 +3,7 @@
 #include "common/textRules.h"
 #include "common/trapErrors.h"
 #include "ports/ensureFolder.h"
+#include "recordings/RowView.h"
 
 #include <cstddef>
 #include <optional>
@@ -28,9 +29,9 @@ std::string RecordingListFile::compose(const RecordingList& list) {
     std::string text = "<?xml version='1.0'?>\n<mp4list>";
     for (int index = 1; index <= list.count(); ++index) {
         text += "\n<Data>\n<x2>";
-        text += leftCharacters(list.text(index, SubItem::DisplayText), dateAndTimeWidth);
+        text += leftCharacters(RowView::displayText(list.row(index)), dateAndTimeWidth);
         text += "</x2>\n<x3>";
-        text += list.text(index, SubItem::FullPath);
+        text += list.row(index).path;
         text += "</x3>\n</Data>";
     }
     return text + "\n</mp4list>";

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "library/RecordingList.h"
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
 #include "ports/XmlDocument.h"
+#include "recordings/RecordingList.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,5 @@
 #include "library/RecordingMarks.h"
 
-#include "common/textRules.h"
 #include "common/trapErrors.h"
 #include "library/RecordingRemoval.h"
 
@@ -39,15 +38,14 @@ void RecordingMarks::toggle(int index) {
         return;
     }
     list.setMark(index, MarkState::Marked);
-    m_needs.marksChanged();
-    if (list.text(index, SubItem::TrackExtracted) == "0") {
+    if (list.row(index).track == TrackState::NotRead) {
         // The extraction of one recording works on the selected row.
         if (list.selected() != index)
             list.select(index);
         m_needs.extraction.extractSelected();
-    } else if (list.text(index, SubItem::ShownOnMap) == "0") {
-        list.setText(index, SubItem::ShownOnMap, "1");
-        m_needs.extraction.drawTrack(toInt32(list.text(index, SubItem::SerialNumber)));
+    } else if (list.row(index).map == MapState::Hidden) {
+        list.set(index, &RecordingEntry::map, MapState::Shown);
+        m_needs.extraction.drawTrack(list.row(index).serial);
     }
 }
 
@@ -56,12 +54,7 @@ void RecordingMarks::markAll() {
 }
 
 void RecordingMarks::markKind(RecordingKind kind) {
-    const std::string label = m_needs.maker.kindLabel(kind);
-    markRows(
-        [&](int index) {
-            return equalsIgnoringCase(m_needs.list.text(index, SubItem::KindLabel), label);
-        },
-        OtherRows::Unmark);
+    markRows([&](int index) { return m_needs.list.row(index).kind == kind; }, OtherRows::Unmark);
 }
 
 void RecordingMarks::unmarkAllButPlaying() {
@@ -76,13 +69,11 @@ void RecordingMarks::unmarkAllButPlaying() {
 void RecordingMarks::unmark(int index) {
     RecordingList& list = m_needs.list;
     // A row that is neither marked nor shown has nothing on the map: thousands of calls are spared.
-    const bool mayBeDrawn = list.marked(index) || list.text(index, SubItem::ShownOnMap) != "0";
+    const bool mayBeDrawn = list.marked(index) || list.row(index).map == MapState::Shown;
     list.setMark(index, MarkState::NotMarked);
-    list.setText(index, SubItem::ShownOnMap, "0");
+    list.set(index, &RecordingEntry::map, MapState::Hidden);
     if (mayBeDrawn && m_needs.map.pageLoaded())
-        trapErrors([&] {
-            m_needs.map.runScript(clearTrackScript(list.text(index, SubItem::SerialNumber)));
-        });
+        trapErrors([&] { m_needs.map.runScript(clearTrackScript(list.row(index).serial)); });
 }
 
 void RecordingMarks::markRows(const std::function<bool(int)>& condition, OtherRows others) {
@@ -98,15 +89,14 @@ void RecordingMarks::markRows(const std::function<bool(int)>& condition, OtherRo
                 continue;
             }
             list.setMark(index, MarkState::Marked);
-            if (list.text(index, SubItem::TrackExtracted) == "0") {
+            if (list.row(index).track == TrackState::NotRead) {
                 tracksMissing = true;
-            } else if (list.text(index, SubItem::ShownOnMap) == "0") {
-                list.setText(index, SubItem::ShownOnMap, "1");
-                hidden.push_back(toInt32(list.text(index, SubItem::SerialNumber)));
+            } else if (list.row(index).map == MapState::Hidden) {
+                list.set(index, &RecordingEntry::map, MapState::Shown);
+                hidden.push_back(list.row(index).serial);
             }
         }
     }
-    m_needs.marksChanged();
     for (const std::int32_t serial : hidden)
         trapErrors([&] { m_needs.extraction.drawTrack(serial); });
     if (tracksMissing)

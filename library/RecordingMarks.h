@@ -1,14 +1,13 @@
 #pragma once
 
-#include "library/RecordingEntryMaker.h"
-#include "library/RecordingList.h"
 #include "library/RecordingListExtraction.h"
 #include "library/RecordingListMap.h"
 #include "library/RecordingListPlayer.h"
-#include "library/recordingNames.h"
 #include "ports/MessageBox.h"
 #include "ports/Texts.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
+#include "recordings/RecordingList.h"
+#include "recordings/recordingNames.h"
 
 #include <functional>
 
@@ -22,8 +21,6 @@ struct RecordingMarksNeeds {
     RecordingListMap& map;
     RecordingListPlayer& player;
     RecordingListExtraction& extraction;
-    const RecordingEntryMaker& maker;
-    std::function<void()> marksChanged; ///< before an extraction takes its time
 };
 
 /// Marks and unmarks rows, and with them draws tracks on the map, has missing ones extracted and

@@ -1,15 +1,15 @@
 #include "library/RecordingRemoval.h"
 
-#include "common/textRules.h"
 #include "common/trapErrors.h"
+#include "recordings/RowView.h"
 
 #include <cstddef>
 #include <vector>
 
 namespace velmorant {
 
-std::string clearTrackScript(const std::string& serialText) {
-    return "clearHistroy('" + zeroPadded(toInt32(serialText), 3) + "')";
+std::string clearTrackScript(std::int32_t serial) {
+    return "clearHistroy('" + RowView::mapNumber(serial) + "')";
 }
 
 RecordingRemoval::RecordingRemoval(RecordingList& list, ProgramState& state, PlayQueue& queue,
@@ -50,9 +50,7 @@ void RecordingRemoval::removeAll() {
     const bool pageLoaded = m_map.pageLoaded();
     for (int index = m_list.count(); pageLoaded && index >= 1; --index) {
         if (m_list.marked(index))
-            trapErrors([&] {
-                m_map.runScript(clearTrackScript(m_list.text(index, SubItem::SerialNumber)));
-            });
+            trapErrors([&] { m_map.runScript(clearTrackScript(m_list.row(index).serial)); });
     }
     m_list.remove(1, m_list.count());
     m_list.setPlayingIndex(0);
@@ -62,11 +60,10 @@ void RecordingRemoval::removeAll() {
 }
 
 void RecordingRemoval::forget(const RecordingEntry& entry) {
-    const std::string& serial = entry.text(SubItem::SerialNumber);
-    const bool drawn = entry.marked() || entry.text(SubItem::ShownOnMap) == "1";
+    const bool drawn = entry.marked() || entry.map == MapState::Shown;
     if (drawn && m_map.pageLoaded())
-        trapErrors([&] { m_map.runScript(clearTrackScript(serial)); });
-    m_state.loadedTracks.remove(trackKey(serial));
+        trapErrors([&] { m_map.runScript(clearTrackScript(entry.serial)); });
+    m_state.loadedTracks.remove(entry.serial);
 }
 
 void RecordingRemoval::renumber(const std::function<int(int)>& newIndex) {

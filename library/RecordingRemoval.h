@@ -1,9 +1,9 @@
 #pragma once
 
 #include "library/PlayQueue.h"
-#include "library/RecordingList.h"
 #include "library/RecordingListMap.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
+#include "recordings/RecordingList.h"
 
 #include <cstdint>
 #include <functional>
@@ -12,7 +12,7 @@
 namespace velmorant {
 
 /// "clearHistroy('007')": the page's script that removes the drawn track of a recording.
-std::string clearTrackScript(const std::string& serialText);
+std::string clearTrackScript(std::int32_t serial);
 
 /// Removes rows from the list so that everything that names a row goes on meaning the same
 /// recording: the playing index, the selection, each track's lSerial and a pending request of the

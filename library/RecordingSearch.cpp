@@ -2,7 +2,7 @@
 
 #include "common/textRules.h"
 #include "common/trapErrors.h"
-#include "library/recordingNames.h"
+#include "recordings/recordingNames.h"
 
 #include <algorithm>
 #include <tuple>

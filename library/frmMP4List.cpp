@@ -1,6 +1,5 @@
 #include "library/frmMP4List.h"
 
-#include "common/fillIn.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
 
@@ -21,10 +20,6 @@ constexpr int recordingsFilter = 3005;
 constexpr int openFilesTitle = 3006;
 constexpr int deletionRefused = 3008;
 constexpr int mapNotLoadedQuestion = 3041;
-
-constexpr std::int32_t yellow = 65535;
-constexpr std::int32_t white = 16777215;
-constexpr std::int32_t red = 255;
 
 constexpr int markColumn = 2;
 constexpr int displayColumn = 3;
@@ -48,15 +43,17 @@ std::string digitsOf(std::string_view text) {
 
 frmMP4List::frmMP4List(const frmMP4ListNeeds& needs)
     : m_needs(needs),
-      m_maker(needs.texts, needs.screen, needs.paths),
+      m_view(needs.texts, needs.screen),
+      m_maker(m_view, needs.paths),
       m_queue({needs.list, needs.state, needs.files, needs.paths, needs.texts, needs.status,
                needs.waits, needs.tContinue, needs.player, needs.chart,
                [this](int index) { RefreshListMarks(index); }}),
       m_marks({needs.list, needs.state, needs.texts, needs.messageBox, needs.map, needs.player,
-               needs.extraction, m_maker, [this] { showCount(); }}),
+               needs.extraction}),
       m_removal(needs.list, needs.state, m_queue, needs.map),
       m_file(needs.document, needs.files, needs.paths),
-      m_search(needs.folders, needs.files, needs.paths) {}
+      m_search(needs.folders, needs.files, needs.paths),
+      m_count(needs.list, needs.skin, needs.texts) {}
 
 SkinLoad frmMP4List::Load() {
     const std::string skin =
@@ -74,7 +71,7 @@ SkinLoad frmMP4List::Load() {
     m_needs.background.setBackColour(m_needs.skin.backColour());
     LoadRecordingList();
     RedrawListBackground();
-    showCount();
+    m_count.show();
     return result;
 }
 
@@ -138,7 +135,7 @@ void frmMP4List::AddRecordings() {
         std::vector<RecordingEntry> rows =
             m_maker.fromFiles(folderOf(m_needs.paths, path), {fileNameOf(m_needs.paths, path)},
                               BaseNameRule::WithoutExtension);
-        rows.front().setText(SubItem::FullPath, path);
+        rows.front().path = path;
         m_needs.list.append(std::move(rows));
         afterAdding();
     });
@@ -190,7 +187,6 @@ void frmMP4List::afterAdding() {
         return;
     RedrawListBackground();
     RefreshListMarks(0);
-    showCount();
 }
 
 void frmMP4List::MouseDown(int x, int y) {
@@ -215,7 +211,7 @@ void frmMP4List::PlaySelected() {
     trapErrors([&] {
         const int index = m_needs.list.selected();
         if (index > 0 && m_needs.list.marked(index))
-            m_queue.PlayEntry(index);
+            static_cast<void>(m_queue.PlayEntry(index)); // the queue says what keeps it
     });
     trapErrors([&] { m_needs.map.refreshMyList(); });
 }
@@ -235,7 +231,7 @@ bool frmMP4List::SelectByTime(std::string_view typed) {
     const int first = m_needs.list.selected() + (wanted.size() > 1 ? 0 : 1);
     for (int step = 0; step < count; ++step) {
         const int index = (std::max(first, 1) - 1 + step) % count + 1;
-        const std::string& text = m_needs.list.text(index, SubItem::DisplayText);
+        const std::string text = RowView::displayText(m_needs.list.row(index));
         const std::string time = leftCharacters(text, dateWidth + timeWidth)
                                      .substr(leftCharacters(text, dateWidth).size());
         if (digitsOf(time).starts_with(wanted)) {
@@ -248,7 +244,6 @@ bool frmMP4List::SelectByTime(std::string_view typed) {
 
 void frmMP4List::ToggleMark(int index) {
     trapErrors([&] { m_marks.toggle(index); });
-    showCount();
 }
 
 void frmMP4List::MarkCommand(const std::string& name) {
@@ -262,7 +257,6 @@ void frmMP4List::MarkCommand(const std::string& name) {
         else if (equalsIgnoringCase(name, "NONE"))
             m_marks.unmarkAllButPlaying();
     });
-    showCount();
 }
 
 void frmMP4List::DeleteAll() {
@@ -283,7 +277,6 @@ void frmMP4List::DeleteAll() {
             MessageStyle::Question);
         if (answer == MessageAnswer::Yes) {
             m_removal.removeAll();
-            showCount();
             if (m_needs.player.playState() == PlayState::Stopped)
                 trapErrors([&] { m_needs.chart.clear(); });
         }
@@ -306,30 +299,19 @@ void frmMP4List::DeleteSelected() {
         list.select(std::min(index, list.count()));
         RedrawListBackground();
     });
-    showCount();
 }
 
 void frmMP4List::RemoveMissing() {
     trapErrors([&] {
         const int removed = m_removal.removeIf(
-            [](const RecordingEntry& entry) { return entry.text(SubItem::FileMissing) == "1"; });
+            [](const RecordingEntry& entry) { return entry.file == FileState::Missing; });
         if (removed > 0)
             RedrawListBackground();
     });
-    showCount();
 }
 
 void frmMP4List::RefreshListMarks(int playingIndex) {
-    RecordingList& list = m_needs.list;
-    const std::string normal = m_maker.kindLabel(RecordingKind::Normal);
-    const RecordingList::Batch batch(list);
-    for (int index = 1; index <= list.count(); ++index) {
-        const bool isNormal = equalsIgnoringCase(list.text(index, SubItem::KindLabel), normal);
-        if (index == playingIndex)
-            list.setAppearance(index, yellow, RowWeight::Bold);
-        else
-            list.setAppearance(index, isNormal ? white : red, RowWeight::Normal);
-    }
+    m_needs.list.highlight(playingIndex);
 }
 
 void frmMP4List::RedrawListBackground() {
@@ -338,26 +320,6 @@ void frmMP4List::RedrawListBackground() {
         m_needs.background.setHeight(rows == 0 ? emptyListHeight
                                                : rows * m_needs.control.rowHeight());
         m_needs.background.draw();
-    });
-}
-
-void frmMP4List::DeriveKindsAgain() {
-    RecordingList& list = m_needs.list;
-    const std::string normal = m_maker.kindLabel(RecordingKind::Normal);
-    const std::string locked = m_maker.kindLabel(RecordingKind::Locked);
-    const RecordingList::Batch batch(list);
-    for (int index = 1; index <= list.count(); ++index) {
-        const RecordingKind kind = m_maker.kindOfPath(list.text(index, SubItem::FullPath));
-        list.setText(index, SubItem::KindLabel, kind == RecordingKind::Normal ? normal : locked);
-    }
-}
-
-void frmMP4List::showCount() {
-    trapErrors([&] {
-        const std::string text = m_needs.texts.addition("list.recordings");
-        const std::string counted = fillIn(text, "%1", std::to_string(m_needs.list.count()));
-        m_needs.skin.setText("place.count",
-                             fillIn(counted, "%2", std::to_string(m_needs.list.markedCount())));
     });
 }
 

@@ -3,8 +3,8 @@
 #include "library/AddingProgress.h"
 #include "library/FolderReader.h"
 #include "library/PlayQueue.h"
+#include "library/RecordingCount.h"
 #include "library/RecordingEntryMaker.h"
-#include "library/RecordingList.h"
 #include "library/RecordingListChart.h"
 #include "library/RecordingListExtraction.h"
 #include "library/RecordingListFile.h"
@@ -27,7 +27,9 @@
 #include "ports/Waits.h"
 #include "ports/XmlDocument.h"
 #include "ports/loadSkin.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
+#include "recordings/RecordingList.h"
+#include "recordings/RowView.h"
 
 #include <string>
 #include <string_view>
@@ -105,15 +107,13 @@ class frmMP4List {
 
     // The play queue.
     void RequestPlay(int index) { m_queue.RequestPlay(index); }
-    PlayEntryResult PlayEntry(int index) { return m_queue.PlayEntry(index); }
+    [[nodiscard]] RowStart PlayEntry(int index) { return m_queue.PlayEntry(index); }
     PlayQueue& queue() { return m_queue; }
 
     void SaveRecordingList() { m_file.SaveRecordingList(m_needs.list); }
-    /// After a change of language that goes on without a restart: the kinds are written in the new
-    /// language, so that colours and mark commands keep working; the shown texts stay.
-    void DeriveKindsAgain();
 
     const RecordingList& list() const { return m_needs.list; }
+    const RowView& view() const { return m_view; } ///< the rows' numbered texts
 
   private:
     void adaptToDensity();
@@ -121,15 +121,16 @@ class frmMP4List {
     bool mayAdd();
     void addSelections(const std::vector<FolderSelection>& selections, int files);
     void afterAdding();
-    void showCount();
 
     frmMP4ListNeeds m_needs;
+    RowView m_view;
     RecordingEntryMaker m_maker;
     PlayQueue m_queue;
     RecordingMarks m_marks;
     RecordingRemoval m_removal;
     RecordingListFile m_file;
     RecordingSearch m_search;
+    RecordingCount m_count;
 };
 
 } // namespace velmorant

@@ -132,14 +132,10 @@ std::string CurveChart::accelerationText(const clsDot& track, std::int32_t index
     const TrackDot& dot = track.dot(index);
     std::string text = "Time:" + dot.timeText + "\rG x:" + twoDecimals(dot.gX) +
                        " G y:" + twoDecimals(dot.gY) + " G z:" + twoDecimals(dot.gZ);
-    for (const LoadedTracks::Entry& entry : m_needs.state.loadedTracks) {
-        const auto sample = static_cast<std::size_t>(index) - 1;
-        if (entry.track.get() != &track || sample >= entry.details.samples.size())
-            continue;
-        if (const auto strongest = entry.details.samples[sample].strongestG)
-            text +=
-                "\r" + m_needs.texts.addition("chart.strongest") + " " + twoDecimals(*strongest);
-    }
+    const SampleDetails* details = track.detailsOfDot(index);
+    if (details != nullptr && details->strongestG)
+        text += "\r" + m_needs.texts.addition("chart.strongest") + " " +
+                twoDecimals(*details->strongestG);
     return text;
 }
 

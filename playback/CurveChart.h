@@ -4,7 +4,7 @@
 #include "playback/frmChild.h"
 #include "ports/Chart.h"
 #include "ports/Texts.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
 
 #include <cstdint>
 #include <string>

@@ -3,7 +3,7 @@
 #include "common/StepError.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
-#include "playback/recordedMoment.h"
+#include "recordings/recordedMoment.h"
 
 #include <algorithm>
 
@@ -37,13 +37,13 @@ void FrameSaver::save() {
 
 FrameDetails FrameSaver::details(double position) const {
     FrameDetails details;
-    if (const auto moment = recordedMoment(m_needs.state, position)) {
+    if (const auto moment = recordedMoment(m_needs.state.currentTrack.get(), position)) {
         if (moment->clock == RecordedClock::Utc)
             details.utcSeconds = moment->seconds;
         else
             details.cameraSeconds = moment->seconds;
     }
-    if (const auto place = recordedPlace(m_needs.state, position)) {
+    if (const auto place = recordedPlace(m_needs.state.currentTrack.get(), position)) {
         details.longitude = place->longitude;
         details.latitude = place->latitude;
         details.heading = place->heading;

@@ -5,7 +5,7 @@
 #include "ports/HostPaths.h"
 #include "ports/MessageBox.h"
 #include "ports/Texts.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
 
 #include <cstdint>
 #include <optional>

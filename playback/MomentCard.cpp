@@ -3,7 +3,7 @@
 #include "common/SpeedUnit.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
-#include "playback/recordedMoment.h"
+#include "recordings/recordedMoment.h"
 
 #include <cmath>
 
@@ -48,7 +48,7 @@ void MomentCard::showPosition(double position) {
     m_needs.frame.setText("place.recording", fileNameOf(m_needs.paths, m_needs.controls.url()));
     std::string shown;
     std::string beside;
-    if (const auto moment = recordedMoment(m_needs.state, position)) {
+    if (const auto moment = recordedMoment(m_needs.state.currentTrack.get(), position)) {
         const bool utc = moment->clock == RecordedClock::Utc;
         const int offset = utc && m_needs.zoneOffset ? m_needs.zoneOffset(moment->seconds) : 0;
         shown = dateAndTime(moment->seconds + offset * std::int64_t{60});
@@ -61,7 +61,7 @@ void MomentCard::showPosition(double position) {
 }
 
 void MomentCard::showPlace(double position) {
-    const auto place = recordedPlace(m_needs.state, position);
+    const auto place = recordedPlace(m_needs.state.currentTrack.get(), position);
     m_needs.frame.setText("place.longitude", place ? degrees(place->longitude) : "");
     m_needs.frame.setText("place.latitude", place ? degrees(place->latitude) : "");
 }

@@ -4,7 +4,7 @@
 #include "ports/HostPaths.h"
 #include "ports/Skin.h"
 #include "ports/Texts.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,16 +1,10 @@
 #pragma once
 
+#include "recordings/RowStart.h"
+
 #include <string>
 
 namespace velmorant {
-
-/// What became of an attempt to start a row of the recording list.
-enum class RowStart {
-    Started,
-    FileMissing, ///< the row is now unmarked and flagged
-    NoTrack,     ///< its track was not extracted; nothing was changed
-    NoSuchRow
-};
 
 /// What the player window and the control bar need of the recording list. Rows are 1-based.
 class PlaybackList {

@@ -16,7 +16,7 @@
 #include "ports/Timer.h"
 #include "ports/Window.h"
 #include "ports/loadSkin.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
 
 #include <functional>
 #include <string>

@@ -5,15 +5,11 @@
 
 namespace velmorant {
 
-/// The control `LstMP4` in report view. The rows themselves belong to the logic (RecordingList);
-/// the control shows them and is told what changed. Indexes are 1-based.
+/// The control `LstMP4` in report view. The rows themselves belong to the logic, whose list of
+/// recordings tells the control what changed. Indexes are 1-based.
 class ListControl {
   public:
     virtual ~ListControl() = default;
-    virtual void rowsAdded(int first, int count) = 0;
-    virtual void rowsRemoved(int first, int count) = 0;
-    virtual void rowsChanged(int first, int count) = 0; ///< texts, icon, colours or weight
-    virtual void selectionChanged(int index) = 0;       ///< 0: none; scrolls it into view
     /// The row at a place of the control, in pixels; 0 for none.
     virtual int hitTest(int x, int y) const = 0;
     virtual int columnLeft(int column) const = 0; ///< twips, 1-based header

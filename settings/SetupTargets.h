@@ -12,7 +12,6 @@ class SetupTargets {
     /// not be kept.
     virtual bool writeConfiguration(const std::string& key, const std::string& value) = 0;
     virtual void saveRecordingList() = 0; ///< writes the list's hand-over file
-    virtual void deriveKindsAgain() = 0;  ///< the list's kinds in the new language
     virtual void redrawChart() = 0;       ///< in the new speed unit
     virtual void endProgram() = 0;        ///< asks nothing
 };

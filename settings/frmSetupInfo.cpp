@@ -105,7 +105,6 @@ frmSetupInfo::Applied frmSetupInfo::applyLanguage() {
     });
     if (answer == MessageAnswer::Yes && restart() == Applied::ProgramEnds)
         return Applied::ProgramEnds;
-    trapErrors([&] { m_needs.targets.deriveKindsAgain(); });
     return Applied::GoOn;
 }
 

@@ -2,7 +2,7 @@
 # Checks the format of every C++ file; with --fix it formats them instead.
 set -eu
 cd "$(dirname "$0")/.."
-files=$(find app common desktop extractor fuzz benchmarks library playback ports resources settings \
+files=$(find app common desktop extractor fuzz benchmarks library playback ports recordings resources settings \
     telemetry tests tools track xml \( -name '*.h' -o -name '*.cpp' \) 2>/dev/null)
 if [ "${1:-}" = --fix ]; then
     printf '%s\n' "$files" | xargs clang-format -i

@@ -12,15 +12,16 @@ common: common
 ports: ports common
 telemetry: telemetry os
 extractor: extractor telemetry os
-track: track ports common
-library: library track ports common
-playback: playback track ports common
-app: app track ports common resources os
+recordings: recordings ports common
+track: track recordings ports common
+library: library recordings ports common
+playback: playback recordings ports common
+app: app ports common resources os
 update: update ports common os openssl
-settings: settings update track ports common
+settings: settings update ports common
 xml: xml ports common expat
 server: server update ports common os
-desktop: desktop update app library track playback settings ports common resources xml telemetry qt os expat
+desktop: desktop update app recordings library track playback settings ports common resources xml telemetry qt os expat
 resources: resources common
 '
 

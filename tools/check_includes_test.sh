@@ -4,7 +4,7 @@ set -eu
 here=$(cd "$(dirname "$0")" && pwd)
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-mkdir -p "$scratch/track" "$scratch/ports" "$scratch/telemetry" "$scratch/library"
+mkdir -p "$scratch/recordings" "$scratch/track" "$scratch/ports" "$scratch/telemetry" "$scratch/library"
 
 try() { # expected result, file, include
     printf '#include %s\n' "$3" >"$scratch/$2"
@@ -16,13 +16,18 @@ try() { # expected result, file, include
         exit 1
     }
 }
-try passes track/clsDot.cpp '"ports/Timer.h"'
-try passes track/clsDot.cpp '<vector>'
-try passes library/frmMP4List.cpp '"track/clsDot.h"'
-try fails track/clsDot.cpp '<QString>'
-try fails track/clsDot.cpp '"library/frmMP4List.h"'
-try fails track/clsDot.cpp '"desktop/Application.h"'
-try fails track/clsDot.cpp '"clsDot.h"'
-try fails ports/Timer.h '"track/clsDot.h"'
+try passes track/frmSendData.cpp '"ports/Timer.h"'
+try passes track/frmSendData.cpp '<vector>'
+try passes library/frmMP4List.cpp '"recordings/RecordingList.h"'
+try passes recordings/RecordingList.cpp '"common/StepError.h"'
+try fails recordings/RecordingList.cpp '"library/frmMP4List.h"'
+try fails recordings/RecordingList.cpp '"track/frmSendData.h"'
+try fails library/frmMP4List.cpp '"track/frmSendData.h"'
+try fails library/frmMP4List.cpp '"telemetry/Reader.h"'
+try fails track/frmSendData.cpp '<QString>'
+try fails track/frmSendData.cpp '"library/frmMP4List.h"'
+try fails track/frmSendData.cpp '"desktop/Application.h"'
+try fails track/frmSendData.cpp '"frmSendData.h"'
+try fails ports/Timer.h '"track/frmSendData.h"'
 try fails telemetry/Reader.cpp '"ports/Timer.h"'
 try fails telemetry/Reader.cpp '<mpv/client.h>'

@@ -4,8 +4,8 @@
 set -eu
 cd "$(dirname "$0")/.."
 status=0
-for file in $(find app common desktop extractor fuzz benchmarks library playback ports resources \
-    settings telemetry tests tools track xml \
+for file in $(find app common desktop extractor fuzz benchmarks library playback ports recordings resources \
+    resources settings telemetry tests tools track xml \
     \( -name '*.h' -o -name '*.cpp' -o -name '*.js' -o -name '*.sh' \) -not -path '*/vendor/*' 2>/dev/null); do
     lines=$(wc -l <"$file")
     if [ "$lines" -gt 400 ] && ! head -n 30 "$file" | grep -q 'Long because'; then

@@ -5,7 +5,7 @@
 # at every name of the standard library.
 set -eu
 cd "$(dirname "$0")/.."
-rooms="common app library track playback settings update server telemetry extractor xml"
+rooms="common recordings app library track playback settings update server telemetry extractor xml"
 without=""
 all=no
 for option in "$@"; do

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "ports/MapPage.h"
 #include "ports/MediaPlayer.h"
 #include "ports/Skin.h"
+#include "recordings/ProgramState.h"
 #include "track/ChartMarker.h"
-#include "track/MapPage.h"
-#include "track/ProgramState.h"
 
 #include <cstdint>
 #include <string>

@@ -1,7 +1,7 @@
 #include "track/RouteSender.h"
 
 #include "common/StepError.h"
-#include "common/textRules.h"
+#include "recordings/RowView.h"
 
 #include <chrono>
 #include <utility>
@@ -15,12 +15,12 @@ constexpr std::chrono::milliseconds pauseAfterCall{5};
 
 } // namespace
 
-RouteSender::RouteSender(MapPage& page, Waits& waits, std::int64_t recordingNumber,
+RouteSender::RouteSender(MapPage& page, Waits& waits, std::int32_t recordingNumber,
                          std::function<bool()> hurried)
     : m_page(page),
       m_waits(waits),
       m_hurried(std::move(hurried)),
-      m_buffer(zeroPadded(recordingNumber, 3)) {}
+      m_buffer(RowView::mapNumber(recordingNumber)) {}
 
 void RouteSender::point(std::int64_t index, std::string_view lonLat) {
     if (!m_page.ready())

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "ports/MapPage.h"
 #include "ports/Waits.h"
-#include "track/MapPage.h"
 
 #include <cstdint>
 #include <functional>
@@ -16,7 +16,7 @@ namespace velmorant {
 class RouteSender {
   public:
     /// `hurried` is asked before each pause: when it says so, the rest goes without pauses.
-    RouteSender(MapPage& page, Waits& waits, std::int64_t recordingNumber,
+    RouteSender(MapPage& page, Waits& waits, std::int32_t recordingNumber,
                 std::function<bool()> hurried = {});
 
     /// Adds a point; a call goes out at every tenth index. `lonLat` is longitude "|" latitude.

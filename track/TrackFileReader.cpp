@@ -4,6 +4,7 @@
 #include "common/textRules.h"
 
 #include <charconv>
+#include <utility>
 
 namespace velmorant {
 
@@ -157,19 +158,20 @@ SampleDetails TrackFileReader::readDetails(std::size_t sample) const {
     return details;
 }
 
-TrackFileReader::Contents TrackFileReader::read() const {
-    Contents contents;
-    contents.details.timeBase = m_document.rootAttribute("time_base").value_or("");
+std::shared_ptr<clsDot> TrackFileReader::read() const {
     if (m_count == 0)
-        return contents;
-    contents.track = std::make_shared<clsDot>();
-    contents.details.samples.reserve(m_count);
+        return nullptr;
+    auto track = std::make_shared<clsDot>();
+    TrackDetails details;
+    details.timeBase = timeBaseNamed(m_document.rootAttribute("time_base").value_or(""));
+    details.samples.reserve(m_count);
     const std::int64_t start = startOfRecording();
     for (std::size_t sample = 0; sample < m_count; ++sample) {
-        readSample(sample, start, *contents.track);
-        contents.details.samples.push_back(readDetails(sample));
+        readSample(sample, start, *track);
+        details.samples.push_back(readDetails(sample));
     }
-    return contents;
+    track->setDetails(std::move(details));
+    return track;
 }
 
 } // namespace velmorant

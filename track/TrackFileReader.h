@@ -1,8 +1,7 @@
 #pragma once
 
 #include "ports/XmlDocument.h"
-#include "track/LoadedTracks.h"
-#include "track/clsDot.h"
+#include "recordings/clsDot.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,11 +27,6 @@ namespace velmorant {
 /// there are no samples; elements "notice": what else was wrong with the recording.
 class TrackFileReader {
   public:
-    struct Contents {
-        std::shared_ptr<clsDot> track; ///< null when the file has no sample
-        TrackDetails details;
-    };
-
     explicit TrackFileReader(XmlDocument& document) : m_document(document) {}
 
     void load(const std::string& path); ///< throws StepError (file, line, reason)
@@ -40,8 +34,9 @@ class TrackFileReader {
     std::string recording() const; ///< the path; "" when the file names none
     std::string error() const;     ///< "" when the file tells none
     std::string notice() const;    ///< the first one; "" without
-    /// Throws StepError that names the sample and the element.
-    Contents read() const;
+    /// The track with its details; null when the file has no sample. Throws StepError that names
+    /// the sample and the element.
+    std::shared_ptr<clsDot> read() const;
 
   private:
     struct TimeOfDay {

@@ -101,7 +101,7 @@ void frmMediaCtrl::drawRoutesAgain() {
     // Drawing lets events run, which may change the table.
     std::vector<std::pair<std::int32_t, std::shared_ptr<clsDot>>> routes;
     for (const LoadedTracks::Entry& entry : m_needs.state.loadedTracks)
-        routes.emplace_back(toInt32(entry.key.substr(0, entry.key.find('N'))), entry.track);
+        routes.emplace_back(entry.serial, entry.track);
     for (const auto& [number, track] : routes) {
         // Streaming moves the track's cursor; what plays or is paused stays where it is.
         const std::int32_t cursor = track->lPlayLocal();

@@ -1,14 +1,14 @@
 #pragma once
 
 #include "ports/HostPaths.h"
+#include "ports/MapPage.h"
 #include "ports/Skin.h"
 #include "ports/StatusLine.h"
 #include "ports/Texts.h"
 #include "ports/Timer.h"
 #include "ports/WebBrowser.h"
+#include "recordings/ProgramState.h"
 #include "track/MapClickTarget.h"
-#include "track/MapPage.h"
-#include "track/ProgramState.h"
 
 #include <cstdint>
 #include <functional>

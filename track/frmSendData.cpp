@@ -36,7 +36,8 @@ std::string withoutPath(const std::string& notice, const std::string& path) {
 
 } // namespace
 
-frmSendData::frmSendData(const SendDataNeeds& needs) : m_needs(needs), m_reader(needs.document) {
+frmSendData::frmSendData(SendDataNeeds needs)
+    : m_needs(std::move(needs)), m_reader(m_needs.document) {
     m_needs.tStart.setInterval(startInterval);
     m_needs.tStart.onTick([this] { tick(); });
     m_needs.window.onCancel([this] { m_cancelled = true; });
@@ -67,14 +68,14 @@ void frmSendData::tick() {
             extract(m_needs.list.selected(), Mode::One);
     });
     trapErrors([this] { showFailures(); });
-    trapErrors([this] { m_needs.list.removeMissingRows(); });
+    trapErrors([this] { m_needs.removeMissingRows(); });
     m_needs.window.close();
 }
 
 void frmSendData::runBatch() {
     const int count = m_needs.list.count();
     for (int row = 1; row <= count && !m_cancelled; ++row) {
-        if (!m_needs.list.isMarked(row))
+        if (!m_needs.list.marked(row))
             continue;
         m_needs.list.select(row);
         if (extract(row, Mode::Batch) == Next::EndRun)
@@ -96,7 +97,7 @@ frmSendData::Next frmSendData::extract(int row, Mode mode) {
 frmSendData::Next frmSendData::extractSteps(int row, Mode mode) {
     m_needs.window.setText(fileName(row));
     const std::string trackFile = prepareTrackFile();
-    const std::string recording = m_needs.list.path(row);
+    const std::string recording = m_needs.list.row(row).path;
     const int started = m_needs.shell.execute("open", m_needs.paths.executable("movsupport/Parse"),
                                               recording, "", ShowWindow::Hidden);
     if (started < firstGoodShellResult) {
@@ -113,7 +114,7 @@ frmSendData::Next frmSendData::extractSteps(int row, Mode mode) {
         // What comes late must not be taken for the next recording's file.
         m_needs.shell.stopLastProgram();
         showTimeOut(row);
-        m_needs.list.setMissing(row);
+        m_needs.list.set(row, &RecordingEntry::file, FileState::Missing);
         break;
     case Waited::Cancelled:
         m_needs.shell.stopLastProgram();
@@ -167,23 +168,26 @@ bool frmSendData::complete(const std::string& trackFile, const std::string& reco
 }
 
 void frmSendData::takeTrackFile(int row, Mode mode) {
-    const std::string serialText = m_needs.list.serialText(row);
-    const std::int32_t number = toInt32(serialText);
+    const std::int32_t number = m_needs.list.row(row).serial;
     LoadedTracks& tracks = m_needs.state.loadedTracks;
-    if (m_reader.sampleCount() > 0 && !tracks.contains(trackKey(serialText))) {
+    if (m_reader.sampleCount() > 0 && !tracks.contains(number)) {
         // The whole file is read before the page hears of it: a broken one leaves no half route.
-        TrackFileReader::Contents contents = m_reader.read();
-        contents.track->lSerial(row);
-        streamTrack(*contents.track, number, mode);
-        tracks.add(trackKey(serialText), contents.track, std::move(contents.details));
+        const std::shared_ptr<clsDot> track = m_reader.read();
+        track->lSerial(row);
+        streamTrack(*track, number, mode);
+        tracks.add(number, track);
     }
-    m_needs.list.setExtractedAndShown(row);
+    {
+        const RecordingList::Batch batch(m_needs.list);
+        m_needs.list.set(row, &RecordingEntry::track, TrackState::Read);
+        m_needs.list.set(row, &RecordingEntry::map, MapState::Shown);
+    }
     RouteSender(m_needs.page, m_needs.waits, number, [this] { return hurried(); }).complete();
     if (!m_reader.error().empty()) {
         noteFailure(row, m_reader.error());
     } else if (!m_reader.notice().empty()) {
-        const std::string notice = withoutPath(m_reader.notice(), m_needs.list.path(row));
-        m_needs.list.noteReason(row, notice);
+        const std::string notice = withoutPath(m_reader.notice(), m_needs.list.row(row).path);
+        m_needs.list.set(row, &RecordingEntry::notice, notice);
         m_needs.status.show(fileName(row) + ": " + notice);
     }
 }
@@ -208,7 +212,7 @@ void frmSendData::showTimeOut(int row) {
 
 void frmSendData::noteFailure(int row, const std::string& reason) {
     m_failures.push_back({fileName(row), reason});
-    m_needs.list.noteReason(row, reason);
+    m_needs.list.set(row, &RecordingEntry::notice, reason);
 }
 
 /// One box for all files of a run, however many failed.
@@ -226,12 +230,11 @@ void frmSendData::showFailures() {
 }
 
 std::string frmSendData::fileName(int row) const {
-    return fileNameOf(m_needs.paths, m_needs.list.path(row));
+    return fileNameOf(m_needs.paths, m_needs.list.row(row).path);
 }
 
 void frmSendData::SendLoadedTrack(std::int32_t recordingNumber) {
-    const std::shared_ptr<clsDot> track =
-        m_needs.state.loadedTracks.find(trackKey(std::to_string(recordingNumber)));
+    const std::shared_ptr<clsDot> track = m_needs.state.loadedTracks.find(recordingNumber);
     if (track == nullptr)
         return;
     trapErrors([&] {

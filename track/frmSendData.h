@@ -2,6 +2,7 @@
 
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
+#include "ports/MapPage.h"
 #include "ports/MessageBox.h"
 #include "ports/ProgressWindow.h"
 #include "ports/Shell.h"
@@ -10,12 +11,12 @@
 #include "ports/Timer.h"
 #include "ports/Waits.h"
 #include "ports/XmlDocument.h"
-#include "track/ExtractionList.h"
-#include "track/MapPage.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
+#include "recordings/RecordingList.h"
 #include "track/TrackFileReader.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,9 +35,11 @@ struct SendDataNeeds {
     MessageBox& messages;
     Texts& texts;
     StatusLine& status;
-    ExtractionList& list;
+    RecordingList& list;
     MapPage& page;
     ProgramState& state;
+    /// Removes the rows whose file is flagged missing, with all that names them.
+    std::function<void()> removeMissingRows;
 };
 
 /// Extracts tracks: runs the extractor on recordings of the list, waits for its track file, reads
@@ -44,7 +47,7 @@ struct SendDataNeeds {
 /// whose "Cancel" ends the run after the current step.
 class frmSendData {
   public:
-    explicit frmSendData(const SendDataNeeds& needs);
+    explicit frmSendData(SendDataNeeds needs);
 
     /// One run; returns when its window has closed. The tag "One" (in any case) extracts the
     /// list's selected recording, any other one every marked recording. A call during a run does

@@ -5,6 +5,7 @@
 #include "desktop/widgets/RecordingListModel.h"
 #include "ports/ListControl.h"
 #include "ports/Screen.h"
+#include "recordings/RecordingListListener.h"
 #include <QElapsedTimer>
 #include <QTreeView>
 #include <functional>
@@ -15,7 +16,10 @@ namespace velmorant {
 ///
 /// The view reports and shows; the selection alone follows the arrow keys by itself, since the
 /// user must see it move, and is reported. Letters that it does not use go on to the window.
-class RecordingListView : public QTreeView, public ListControl, public ListBackground {
+class RecordingListView : public QTreeView,
+                          public ListControl,
+                          public ListBackground,
+                          public RecordingListListener {
     Q_OBJECT
   public:
     /// What the user does. All listeners are called through the gate; rows are 1-based, places are
@@ -46,7 +50,7 @@ class RecordingListView : public QTreeView, public ListControl, public ListBackg
     void rowsAdded(int first, int count) override;
     void rowsRemoved(int first, int count) override;
     void rowsChanged(int first, int count) override;
-    void selectionChanged(int index) override;
+    void selectionChanged(int index) override; ///< scrolls it into view
     int hitTest(int x, int y) const override;
     int columnLeft(int column) const override;
     void setColumnWidth(int column, int twips) override;

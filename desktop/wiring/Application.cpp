@@ -37,7 +37,8 @@ void Application::buildWindows() {
         tileCacheLimit);
     m_panes = std::make_unique<Panes>(*m_host, m_texts, videoOutput(m_environment), mapSettings());
     m_browser = std::make_unique<JournalledBrowser>(m_panes->map.browser, m_host->journal);
-    m_rooms.rows = std::make_unique<RecordingList>(*m_panes->list.view);
+    m_rooms.rows = std::make_unique<RecordingList>();
+    m_rooms.rows->addListener(*m_panes->list.view);
     m_mapData = std::make_unique<MapData>(m_rooms.state, *m_rooms.rows, m_texts);
     m_bridges = std::make_unique<Bridges>(m_rooms, *m_panes, *m_host, [this] { endProgram(); });
     m_titleMenu = std::make_unique<TitleMenu>(

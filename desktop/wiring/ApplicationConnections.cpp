@@ -2,6 +2,7 @@
 // two handlers run at once.
 
 #include "common/Language.h"
+#include "common/textRules.h"
 #include "desktop/wiring/Bridges.h"
 #include "desktop/wiring/keys.h"
 

@@ -35,10 +35,21 @@ void Application::buildTrackRooms() {
         m_host->paths, m_texts, bridges.mapToPlayer, m_panes->list.status, m_rooms.state,
         std::string(mapScheme) + "://" + mapHost + "/",
         [this](std::int32_t number) { m_rooms.sendData->SendLoadedTrack(number); }, std::nullopt});
-    m_rooms.sendData = std::make_unique<frmSendData>(SendDataNeeds{
-        bridges.tStart, m_panes->extraction, m_host->waits, m_host->files, m_host->paths,
-        m_host->shell, m_host->trackDocument, m_host->messageBox, m_texts, m_panes->list.status,
-        bridges.extractionToList, *m_rooms.mediaCtrl, m_rooms.state});
+    m_rooms.sendData = std::make_unique<frmSendData>(
+        SendDataNeeds{.tStart = bridges.tStart,
+                      .window = m_panes->extraction,
+                      .waits = m_host->waits,
+                      .files = m_host->files,
+                      .paths = m_host->paths,
+                      .shell = m_host->shell,
+                      .document = m_host->trackDocument,
+                      .messages = m_host->messageBox,
+                      .texts = m_texts,
+                      .status = m_panes->list.status,
+                      .list = *m_rooms.rows,
+                      .page = *m_rooms.mediaCtrl,
+                      .state = m_rooms.state,
+                      .removeMissingRows = [this] { m_rooms.list->RemoveMissing(); }});
     m_rooms.follow = std::make_unique<PositionFollow>(
         PositionFollowNeeds{m_panes->picture.player, *m_panes->control.skin, bridges.followToChart,
                             *m_rooms.mediaCtrl, m_rooms.state});

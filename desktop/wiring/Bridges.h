@@ -14,7 +14,6 @@ struct Application::Bridges {
           listToExtraction(rooms),
           listToPlayer(rooms, panes.picture.player),
           listToChart(rooms),
-          extractionToList(rooms),
           listRows(rooms),
           playbackToList(rooms),
           playbackToFollow(rooms),
@@ -40,7 +39,6 @@ struct Application::Bridges {
     ListToExtraction listToExtraction;
     ListToPlayer listToPlayer;
     ListToChart listToChart;
-    ExtractionToList extractionToList;
     ListRows listRows;
     PlaybackToList playbackToList;
     PlaybackToFollow playbackToFollow;

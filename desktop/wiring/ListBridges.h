@@ -1,12 +1,10 @@
 #pragma once
 
-#include "common/textRules.h"
 #include "desktop/widgets/RowSource.h"
 #include "desktop/wiring/Rooms.h"
 #include "library/RecordingListExtraction.h"
 #include "library/RecordingListMap.h"
-#include "ports/Texts.h"
-#include "track/ExtractionList.h"
+#include "recordings/RowView.h"
 
 namespace velmorant {
 
@@ -34,33 +32,6 @@ class ListToExtraction : public RecordingListExtraction {
     Rooms& m_rooms;
 };
 
-// track -> library: what extraction asks of the list.
-
-class ExtractionToList : public ExtractionList {
-  public:
-    explicit ExtractionToList(Rooms& rooms) : m_rooms(rooms) {}
-    int count() const override { return m_rooms.rows->count(); }
-    int selected() const override { return m_rooms.rows->selected(); }
-    void select(int row) override { m_rooms.rows->select(row); }
-    bool isMarked(int row) const override { return m_rooms.rows->marked(row); }
-    std::string path(int row) const override { return m_rooms.rows->text(row, SubItem::FullPath); }
-    std::string serialText(int row) const override {
-        return m_rooms.rows->text(row, SubItem::SerialNumber);
-    }
-    void setExtractedAndShown(int row) override {
-        m_rooms.rows->setText(row, SubItem::TrackExtracted, "1");
-        m_rooms.rows->setText(row, SubItem::ShownOnMap, "1");
-    }
-    void setMissing(int row) override { m_rooms.rows->setText(row, SubItem::FileMissing, "1"); }
-    void removeMissingRows() override { m_rooms.list->RemoveMissing(); }
-    void noteReason(int row, const std::string& reason) override {
-        m_rooms.rows->setNotice(row, reason);
-    }
-
-  private:
-    Rooms& m_rooms;
-};
-
 // desktop -> library: the rows as the list view shows them.
 
 class ListRows : public RowSource {
@@ -68,22 +39,20 @@ class ListRows : public RowSource {
     explicit ListRows(const Rooms& rooms) : m_rooms(rooms) {}
     int rowCount() const override { return m_rooms.rows->count(); }
     std::string displayText(int row) const override {
-        return m_rooms.rows->text(row, SubItem::DisplayText);
+        return RowView::displayText(m_rooms.rows->row(row));
     }
-    std::string kindLabel(int row) const override {
-        return m_rooms.rows->text(row, SubItem::KindLabel);
-    }
+    std::string kindLabel(int row) const override { return m_rooms.rows->row(row).shownKind; }
     std::string toolTip(int row) const override {
         const RecordingEntry& entry = m_rooms.rows->row(row);
-        const std::string& path = entry.text(SubItem::FullPath);
-        return entry.notice.empty() ? path : path + "\n" + entry.notice;
+        return entry.notice.empty() ? entry.path : entry.path + "\n" + entry.notice;
     }
     Mark mark(int row) const override {
         return m_rooms.rows->marked(row) ? Mark::Marked : Mark::NotMarked;
     }
-    std::int32_t colour(int row) const override { return m_rooms.rows->row(row).colour; }
+    std::int32_t colour(int row) const override { return RowView::colour(*m_rooms.rows, row); }
     Weight weight(int row) const override {
-        return m_rooms.rows->row(row).weight == RowWeight::Bold ? Weight::Bold : Weight::Normal;
+        return RowView::weight(*m_rooms.rows, row) == RowWeight::Bold ? Weight::Bold
+                                                                      : Weight::Normal;
     }
 
   private:

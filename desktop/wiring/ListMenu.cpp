@@ -36,7 +36,7 @@ std::string exportedTrack(const std::string& recording, telemetry::ExportFormat 
 } // namespace
 
 std::string ListMenu::path(int row) const {
-    return m_rooms.rows->text(row, SubItem::FullPath);
+    return m_rooms.rows->row(row).path;
 }
 
 void ListMenu::show(int row, const QPoint& screenPlace) {
@@ -73,7 +73,7 @@ void ListMenu::showOnMap(int row) {
     // Marking may have removed the row: its extraction timed out.
     if (row <= m_rooms.rows->count() && m_rooms.mediaCtrl->ready())
         m_rooms.mediaCtrl->runScript("velmorantMap.showRecording(" +
-                                     m_rooms.rows->text(row, SubItem::SerialNumber) + ")");
+                                     std::to_string(m_rooms.rows->row(row).serial) + ")");
 }
 
 void ListMenu::showInFolder(int row) {

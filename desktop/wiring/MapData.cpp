@@ -2,12 +2,13 @@
 
 #include "common/Language.h"
 #include "common/textRules.h"
-#include "library/recordingNames.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <utility>
 
 namespace velmorant {
 
@@ -33,26 +34,26 @@ QString utcStart(const std::string& dateText) {
                                   zeroPadded(toInt32(date[2]), 2) + "T" + halves[1] + "Z");
 }
 
-void addPlaces(QJsonObject& object, const clsDot& track, const TrackDetails* details) {
+void addPlaces(QJsonObject& object, const clsDot& track) {
     QJsonArray seconds;
     QJsonArray speeds;
     QJsonArray fixes;
     const auto count = track.count();
-    const bool fixesKnown =
-        details != nullptr && details->samples.size() == static_cast<std::size_t>(count);
+    const TrackDetails& details = track.details();
+    const bool fixesKnown = details.samples.size() == static_cast<std::size_t>(count);
     for (std::int32_t i = 1; i <= count; ++i) {
         const TrackDot& dot = track.dot(i);
         seconds.append(dot.second);
         speeds.append(dot.speed);
         if (fixesKnown)
-            fixes.append(details->samples[static_cast<std::size_t>(i) - 1].hasFix ? 1 : 0);
+            fixes.append(details.samples[static_cast<std::size_t>(i) - 1].hasFix ? 1 : 0);
     }
     object["second"] = seconds;
     object["speed"] = speeds;
     if (fixesKnown)
         object["fix"] = fixes;
-    if (details != nullptr && !details->timeBase.empty())
-        object["timeBase"] = QString::fromStdString(details->timeBase);
+    if (details.timeBase != TimeBase::Unknown)
+        object["timeBase"] = QString::fromStdString(nameOf(details.timeBase));
     if (count > 0) {
         const QString start = utcStart(track.dot(1).dateText);
         if (!start.isEmpty())
@@ -66,21 +67,21 @@ MapData::MapData(const ProgramState& state, const RecordingList& list, const Tex
     : m_state(state), m_list(list), m_texts(texts) {}
 
 std::optional<std::string> MapData::track(long number) const {
-    const std::string key = trackKey(std::to_string(number));
-    const std::shared_ptr<clsDot> track = m_state.loadedTracks.find(key);
+    const std::shared_ptr<clsDot> track =
+        std::in_range<std::int32_t>(number)
+            ? m_state.loadedTracks.find(static_cast<std::int32_t>(number))
+            : nullptr;
     if (!track)
         return std::nullopt;
     QJsonObject object;
     object["number"] = static_cast<qint64>(number);
     const int row = track->lSerial();
     if (row >= 1 && row <= m_list.count()) {
-        const QFileInfo file(QString::fromStdString(m_list.text(row, SubItem::FullPath)));
-        object["name"] = file.fileName();
-        const bool locked =
-            kindOfBaseName(baseNameOf(file.fileName().toStdString())) == RecordingKind::Locked;
-        object["kind"] = locked ? "locked" : "normal";
+        const RecordingEntry& entry = m_list.row(row);
+        object["name"] = QFileInfo(QString::fromStdString(entry.path)).fileName();
+        object["kind"] = entry.kind == RecordingKind::Locked ? "locked" : "normal";
     }
-    addPlaces(object, *track, m_state.loadedTracks.details(key));
+    addPlaces(object, *track);
     return jsonText(object);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "library/RecordingList.h"
 #include "ports/Texts.h"
-#include "track/ProgramState.h"
+#include "recordings/ProgramState.h"
+#include "recordings/RecordingList.h"
 
 #include <optional>
 #include <string>

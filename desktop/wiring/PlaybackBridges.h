@@ -45,19 +45,7 @@ class PlaybackToList : public PlaybackList {
     int count() const override { return m_rooms.rows->count(); }
     int playingIndex() const override { return m_rooms.rows->playingIndex(); }
     bool isMarked(int row) const override { return m_rooms.rows->marked(row); }
-    RowStart startRow(int row) override {
-        switch (m_rooms.list->PlayEntry(row)) {
-        case PlayEntryResult::Started:
-            return RowStart::Started;
-        case PlayEntryResult::FileMissing:
-            return RowStart::FileMissing;
-        case PlayEntryResult::NotExtracted:
-            return RowStart::NoTrack;
-        case PlayEntryResult::NoSuchRow:
-            break;
-        }
-        return RowStart::NoSuchRow;
-    }
+    RowStart startRow(int row) override { return m_rooms.list->PlayEntry(row); }
     void mediaEnded() override { m_rooms.list->queue().MediaEnded(); }
     void playbackFailed(const std::string& reason) override {
         m_rooms.list->queue().PlaybackFailed(reason);
@@ -104,7 +92,7 @@ class MapToPlayer : public MapClickTarget {
   public:
     MapToPlayer(Rooms& rooms, PlayerControls& player) : m_rooms(rooms), m_player(player) {}
     std::string path(int row) const override {
-        return row >= 1 && row <= m_rooms.rows->count() ? m_rooms.rows->text(row, SubItem::FullPath)
+        return row >= 1 && row <= m_rooms.rows->count() ? m_rooms.rows->row(row).path
                                                         : std::string();
     }
     std::string openRecording() const override {
@@ -114,9 +102,8 @@ class MapToPlayer : public MapClickTarget {
                                                                          : std::string();
     }
     PickedRecording startRow(int row) override {
-        return m_rooms.list->PlayEntry(row) == PlayEntryResult::Started
-                   ? PickedRecording::OpenedNow
-                   : PickedRecording::NotOpened;
+        return m_rooms.list->PlayEntry(row) == RowStart::Started ? PickedRecording::OpenedNow
+                                                                 : PickedRecording::NotOpened;
     }
     void seek(double seconds) override { m_rooms.child->seek(seconds); }
     void enablePositionTimer() override { m_rooms.child->enablePlayTimer(); }

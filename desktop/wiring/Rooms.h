@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/frmMain.h"
-#include "library/RecordingList.h"
 #include "library/frmMP4List.h"
 #include "playback/CurveChart.h"
 #include "playback/FrameSaver.h"
@@ -10,13 +9,14 @@
 #include "playback/StillPicture.h"
 #include "playback/frmChild.h"
 #include "playback/frmCurve.h"
+#include "recordings/ProgramState.h"
+#include "recordings/RecordingList.h"
 #include "settings/UpdateSchedule.h"
 #include "settings/frmAbout.h"
 #include "settings/frmSetupInfo.h"
 #include "settings/frmTip.h"
 #include "settings/frmUpdate.h"
 #include "track/PositionFollow.h"
-#include "track/ProgramState.h"
 #include "track/frmMediaCtrl.h"
 #include "track/frmSendData.h"
 

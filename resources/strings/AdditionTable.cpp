@@ -47,6 +47,7 @@ constexpr Row rows[] = {
     {"list.notPlayable", {"Cannot be played: %1", "無法播放：%1"}},
     {"list.playing", {"The recording that is open cannot be removed from the list",
                       "已開啟的錄影無法從清單中移除"}},
+    {"list.recording", {"%1 recording, %2 marked", "%1 個錄影，已標記 %2 個"}},
     {"list.recordings", {"%1 recordings, %2 marked", "%1 個錄影，已標記 %2 個"}},
     {"map.noServer", {"The map server does not answer, the built-in map is shown: %1",
                       "地圖伺服器沒有回應，改用內建地圖：%1"}},

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/ListControl.h"
+#include "recordings/RecordingListListener.h"
 
 #include <map>
 #include <string>
@@ -9,7 +10,7 @@
 namespace velmorant::fakes {
 
 /// Records what the list was told. A point's row and a column's place are set by the test.
-class FakeListControl : public ListControl {
+class FakeListControl : public ListControl, public RecordingListListener {
   public:
     void rowsAdded(int first, int count) override { call("added", first, count); }
     void rowsRemoved(int first, int count) override { call("removed", first, count); }

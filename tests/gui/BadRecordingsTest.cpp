@@ -55,7 +55,7 @@ TEST_F(BadRecordingsTest, the_queue_goes_on_behind_what_cannot_be_played) {
     EXPECT_TRUE(waitUntil([&] { return driver().playing(3); }));
     EXPECT_FALSE(rooms().rows->marked(2));
     EXPECT_NE(rooms().rows->row(2).notice, "");
-    EXPECT_EQ(rooms().rows->text(2, SubItem::FileMissing).find('1'), std::string::npos);
+    EXPECT_EQ(rooms().rows->row(2).file, FileState::Present);
     EXPECT_TRUE(statusNames("103100.MP4"));
     EXPECT_EQ(boxes, std::vector<std::string>());
 }
@@ -67,7 +67,7 @@ TEST_F(BadRecordingsTest, a_missing_file_loses_its_mark_and_opens_nothing) {
     ASSERT_TRUE(place.has_value());
     fs::remove(gone);
     driver().map().click(place->pixel);
-    EXPECT_TRUE(waitUntil([&] { return rooms().rows->text(2, SubItem::FileMissing) == "1"; }));
+    EXPECT_TRUE(waitUntil([&] { return rooms().rows->row(2).file == FileState::Missing; }));
     EXPECT_FALSE(rooms().rows->marked(2));
     EXPECT_EQ(player().url(), "");
 }

@@ -24,8 +24,8 @@ TEST_F(MainRoadTest, double_click_plays_the_row) {
     showCard();
     play(2);
     EXPECT_EQ(rooms().rows->playingIndex(), 2);
-    EXPECT_EQ(rooms().rows->row(2).weight, RowWeight::Bold);
-    EXPECT_EQ(rooms().rows->row(1).weight, RowWeight::Normal);
+    EXPECT_EQ(RowView::weight(*rooms().rows, 2), RowWeight::Bold);
+    EXPECT_EQ(RowView::weight(*rooms().rows, 1), RowWeight::Normal);
     waitForPosition(1.0, 8.0);
 }
 

@@ -38,8 +38,8 @@ TEST_F(AddingRecordings, adds_several_files_of_a_dated_folder) {
     EXPECT_EQ(background.height, 4 * 255);
     EXPECT_EQ(background.draws, 1);
     EXPECT_EQ(skin.texts["place.count"], "4 recordings, 0 marked");
-    EXPECT_EQ(list.row(1).colour, 16777215);
-    EXPECT_EQ(list.row(2).colour, 255);
+    EXPECT_EQ(RowView::colour(list, 1), 16777215);
+    EXPECT_EQ(RowView::colour(list, 2), 255);
 }
 
 TEST_F(AddingRecordings, adds_a_single_file_by_its_path) {
@@ -54,7 +54,7 @@ TEST_F(AddingRecordings, adds_the_same_file_twice_with_different_serial_numbers)
     window.AddRecordings();
     window.AddRecordings();
     EXPECT_EQ(column(SubItem::SerialNumber), (Texts{"1", "2"}));
-    EXPECT_EQ(list.text(1, SubItem::FullPath), list.text(2, SubItem::FullPath));
+    EXPECT_EQ(text(1, SubItem::FullPath), text(2, SubItem::FullPath));
 }
 
 TEST_F(AddingRecordings, asks_the_dialog_for_recordings) {
@@ -108,7 +108,7 @@ TEST_F(AddingRecordings, adds_folders_with_their_dated_sub_folders_in_order) {
     EXPECT_EQ(column(SubItem::FullPath),
               (Texts{"/card/DCIM/20121009/103045_P.MP4", "/card/DCIM/20121010/080000.MP4",
                      "/card/DCIM/20121010/090000.mp4", "/other/20121011/070000.MP4"}));
-    EXPECT_EQ(list.text(2, SubItem::DisplayText), "2012/10/10  08:00:00    Normal");
+    EXPECT_EQ(text(2, SubItem::DisplayText), "2012/10/10  08:00:00    Normal");
     EXPECT_TRUE(adding.calls.empty());
     EXPECT_EQ(background.draws, 1);
 }

@@ -104,6 +104,7 @@ class FakeAdding : public AddingProgress {
 /// The recording list window among fakes, with the labels of both languages.
 struct ListBench {
     ListBench() {
+        list.addListener(control);
         state.settings.setLanguage(1001);
         files.files["/program/skin/media/ls1.MP4"] = "";
         files.folders = {"/", "/program"};
@@ -115,6 +116,7 @@ struct ListBench {
                        {"14122", "Lock"},
                        {"24151", "     一般"},
                        {"24152", "     保護"},
+                       {"list.recording", "%1 recording, %2 marked"},
                        {"list.recordings", "%1 recordings, %2 marked"},
                        {"list.notExtracted", "no track: %1"},
                        {"list.fileMissing", "missing: %1"},
@@ -137,9 +139,9 @@ struct ListBench {
     std::shared_ptr<clsDot> extract(int row) {
         auto track = std::make_shared<clsDot>();
         track->lSerial(row);
-        state.loadedTracks.add(trackKey(list.text(row, SubItem::SerialNumber)), track);
-        list.setText(row, SubItem::TrackExtracted, "1");
-        list.setText(row, SubItem::ShownOnMap, "1");
+        state.loadedTracks.add(list.row(row).serial, track);
+        list.set(row, &RecordingEntry::track, TrackState::Read);
+        list.set(row, &RecordingEntry::map, MapState::Shown);
         return track;
     }
     void mark(const std::vector<int>& rows) {
@@ -154,17 +156,21 @@ struct ListBench {
         }
         return rows;
     }
+    /// A numbered sub-item of a row.
+    std::string text(int row, SubItem item) const {
+        return window.view().text(list.row(row), item);
+    }
     std::vector<std::string> column(SubItem item) const {
         std::vector<std::string> values;
         for (int row = 1; row <= list.count(); ++row)
-            values.push_back(list.text(row, item));
+            values.push_back(text(row, item));
         return values;
     }
 
     std::vector<std::string> log; ///< of player, chart and waits
     ProgramState state;
     fakes::FakeListControl control;
-    RecordingList list{control};
+    RecordingList list;
     fakes::FakeListBackground background;
     fakes::FakeBandContainer bands;
     fakes::FakeSkin skin;

@@ -16,14 +16,14 @@ class PlayQueueTest : public testing::Test, protected ListBench {};
 TEST_F(PlayQueueTest, starts_a_row_step_by_step) {
     addRows(3);
     const auto track = extract(2);
-    EXPECT_EQ(window.PlayEntry(2), PlayEntryResult::Started);
+    EXPECT_EQ(window.PlayEntry(2), RowStart::Started);
     EXPECT_EQ(state.currentTrack, track);
     EXPECT_EQ(log, (Texts{"sleep 100", "refreshChart", "open /card/20121009/100002.MP4", "play",
                           "enablePlayTimer", "applyRate"}));
     EXPECT_EQ(list.playingIndex(), 2);
-    EXPECT_EQ(list.row(2).weight, RowWeight::Bold);
-    EXPECT_EQ(list.row(2).colour, 65535);
-    EXPECT_EQ(list.row(1).weight, RowWeight::Normal);
+    EXPECT_EQ(RowView::weight(list, 2), RowWeight::Bold);
+    EXPECT_EQ(RowView::colour(list, 2), 65535);
+    EXPECT_EQ(RowView::weight(list, 1), RowWeight::Normal);
     EXPECT_EQ(status.last(), "");
 }
 
@@ -47,10 +47,10 @@ TEST_F(PlayQueueTest, unmarks_and_flags_a_row_whose_file_is_missing_and_stops) {
     extract(1);
     extract(2);
     files.files.erase("/card/20121009/100001.MP4");
-    EXPECT_EQ(window.PlayEntry(1), PlayEntryResult::FileMissing);
+    EXPECT_EQ(window.PlayEntry(1), RowStart::FileMissing);
     EXPECT_EQ(marked(), std::vector<int>{2});
     EXPECT_EQ(list.row(1).mark, MarkState::NotMarked);
-    EXPECT_EQ(list.text(1, SubItem::FileMissing), "1");
+    EXPECT_EQ(text(1, SubItem::FileMissing), "1");
     EXPECT_EQ(list.playingIndex(), 0);
     EXPECT_EQ(state.currentTrack, nullptr);
     EXPECT_TRUE(log.empty());
@@ -63,9 +63,9 @@ TEST_F(PlayQueueTest, unmarks_and_flags_a_row_whose_file_is_missing_and_stops) {
 TEST_F(PlayQueueTest, does_not_start_a_row_without_a_track_and_says_why) {
     addRows(1);
     mark({1});
-    EXPECT_EQ(window.PlayEntry(1), PlayEntryResult::NotExtracted);
+    EXPECT_EQ(window.PlayEntry(1), RowStart::NoTrack);
     EXPECT_EQ(marked(), std::vector<int>{1});
-    EXPECT_EQ(list.text(1, SubItem::FileMissing), "0");
+    EXPECT_EQ(text(1, SubItem::FileMissing), "0");
     EXPECT_TRUE(log.empty());
     EXPECT_TRUE(messageBox.shown.empty());
     EXPECT_EQ(status.last(), "no track: 100001.MP4");
@@ -73,8 +73,8 @@ TEST_F(PlayQueueTest, does_not_start_a_row_without_a_track_and_says_why) {
 
 TEST_F(PlayQueueTest, finds_no_row_outside_the_list) {
     addRows(1);
-    EXPECT_EQ(window.PlayEntry(0), PlayEntryResult::NoSuchRow);
-    EXPECT_EQ(window.PlayEntry(2), PlayEntryResult::NoSuchRow);
+    EXPECT_EQ(window.PlayEntry(0), RowStart::NoSuchRow);
+    EXPECT_EQ(window.PlayEntry(2), RowStart::NoSuchRow);
     window.RequestPlay(2);
     timers.advance(100);
     EXPECT_FALSE(tContinue.enabled());
@@ -84,7 +84,7 @@ TEST_F(PlayQueueTest, resumes_after_a_step_that_fails) {
     addRows(1);
     extract(1);
     player.openFails = true;
-    EXPECT_EQ(window.PlayEntry(1), PlayEntryResult::Started);
+    EXPECT_EQ(window.PlayEntry(1), RowStart::Started);
     EXPECT_EQ(log.back(), "applyRate");
     EXPECT_EQ(list.playingIndex(), 1);
 }
@@ -129,14 +129,14 @@ TEST_F(PlayQueueTest, ends_when_the_next_rows_file_was_removed) {
     mark({1, 2, 3});
     for (int row = 1; row <= 3; ++row)
         extract(row);
-    window.PlayEntry(1);
+    (void)window.PlayEntry(1);
     log.clear();
     files.files.erase("/card/20121009/100002.MP4");
     window.queue().MediaEnded();
     timers.advance(1000);
     EXPECT_TRUE(log.empty());
     EXPECT_EQ(marked(), (std::vector<int>{1, 3}));
-    EXPECT_EQ(list.text(2, SubItem::FileMissing), "1");
+    EXPECT_EQ(text(2, SubItem::FileMissing), "1");
     EXPECT_EQ(list.playingIndex(), 1);
 }
 
@@ -144,7 +144,7 @@ TEST_F(PlayQueueTest, plays_a_single_marked_row_again_and_again) {
     addRows(2);
     mark({2});
     extract(2);
-    window.PlayEntry(2);
+    (void)window.PlayEntry(2);
     for (int round = 0; round < 3; ++round) {
         log.clear();
         window.queue().MediaEnded();
@@ -158,11 +158,11 @@ TEST_F(PlayQueueTest, unmarks_a_recording_that_cannot_be_played_and_goes_on) {
     mark({1, 2});
     extract(1);
     extract(2);
-    window.PlayEntry(1);
+    (void)window.PlayEntry(1);
     window.queue().PlaybackFailed("unknown codec");
     EXPECT_EQ(marked(), std::vector<int>{2});
     EXPECT_EQ(list.row(1).notice, "unknown codec");
-    EXPECT_EQ(list.text(1, SubItem::FileMissing), "0");
+    EXPECT_EQ(text(1, SubItem::FileMissing), "0");
     EXPECT_EQ(status.last(), "not playable: 100001.MP4: unknown codec");
     EXPECT_TRUE(messageBox.shown.empty());
     timers.advance(100);
@@ -176,8 +176,8 @@ TEST_F(PlayQueueTest, unmarks_a_recording_that_cannot_be_played_and_goes_on) {
 TEST_F(PlayQueueTest, clears_the_reason_when_the_recording_plays_after_all) {
     addRows(1);
     extract(1);
-    list.setNotice(1, "cut off");
-    window.PlayEntry(1);
+    list.set(1, &RecordingEntry::notice, "cut off");
+    (void)window.PlayEntry(1);
     EXPECT_EQ(list.row(1).notice, "");
 }
 

@@ -57,8 +57,8 @@ TEST_F(RecordingListFileTest, composes_every_row_whatever_its_state) {
     add({"103045.MP4", "103045.MP4", "103046_P.MP4"});
     const std::string before = RecordingListFile::compose(list);
     list.setMark(2, MarkState::Marked);
-    list.setText(1, SubItem::FileMissing, "1");
-    list.setText(3, SubItem::TrackExtracted, "1");
+    list.set(1, &RecordingEntry::file, FileState::Missing);
+    list.set(3, &RecordingEntry::track, TrackState::Read);
     EXPECT_EQ(RecordingListFile::compose(list), before);
 }
 
@@ -108,8 +108,8 @@ TEST_F(RecordingListFileTest, carries_the_rows_across_a_restart_in_order) {
     EXPECT_EQ(column(SubItem::KindLabel), kinds);
     EXPECT_EQ(column(SubItem::SerialNumber), (Texts{"1", "2", "3", "4"}));
     EXPECT_TRUE(marked().empty());
-    EXPECT_EQ(list.row(1).colour, 255);
-    EXPECT_EQ(list.row(2).colour, 16777215);
+    EXPECT_EQ(RowView::colour(list, 1), 255);
+    EXPECT_EQ(RowView::colour(list, 2), 16777215);
     EXPECT_FALSE(filePresent());
     EXPECT_EQ(background.height, 4 * 255);
     EXPECT_EQ(skin.texts["place.count"], "4 recordings, 0 marked");

@@ -20,17 +20,17 @@ TEST_F(RecordingMarksTest, extracts_the_track_of_a_row_that_has_none) {
     window.ToggleMark(2);
     EXPECT_EQ(marked(), Rows{2});
     EXPECT_EQ(extraction.calls, Texts{"One"});
-    EXPECT_EQ(list.text(2, SubItem::ShownOnMap), "0");
+    EXPECT_EQ(text(2, SubItem::ShownOnMap), "0");
     EXPECT_EQ(skin.texts["place.count"], "2 recordings, 1 marked");
 }
 
 TEST_F(RecordingMarksTest, draws_a_hidden_track_again) {
     addRows(2);
     extract(2);
-    list.setText(2, SubItem::ShownOnMap, "0");
+    list.set(2, &RecordingEntry::map, MapState::Hidden);
     window.ToggleMark(2);
     EXPECT_EQ(extraction.calls, Texts{"draw 2"});
-    EXPECT_EQ(list.text(2, SubItem::ShownOnMap), "1");
+    EXPECT_EQ(text(2, SubItem::ShownOnMap), "1");
 }
 
 TEST_F(RecordingMarksTest, leaves_a_track_that_is_drawn_already) {
@@ -48,8 +48,8 @@ TEST_F(RecordingMarksTest, removes_the_track_of_an_unmarked_row_from_the_map) {
     window.ToggleMark(7);
     EXPECT_TRUE(marked().empty());
     EXPECT_EQ(list.row(7).mark, MarkState::NotMarked);
-    EXPECT_EQ(list.text(7, SubItem::ShownOnMap), "0");
-    EXPECT_EQ(list.text(7, SubItem::TrackExtracted), "1");
+    EXPECT_EQ(text(7, SubItem::ShownOnMap), "0");
+    EXPECT_EQ(text(7, SubItem::TrackExtracted), "1");
     EXPECT_EQ(map.scripts, Texts{"clearHistroy('007')"});
 }
 
@@ -98,11 +98,11 @@ TEST_F(RecordingMarksTest, marks_all_and_extracts_missing_tracks_once) {
     addRows(4);
     extract(1);
     extract(3);
-    list.setText(3, SubItem::ShownOnMap, "0");
+    list.set(3, &RecordingEntry::map, MapState::Hidden);
     extraction.whenCalled = [this] { EXPECT_EQ(marked(), (Rows{1, 2, 3, 4})); };
     window.MarkCommand("all");
     EXPECT_EQ(extraction.calls, (Texts{"draw 3", "All"}));
-    EXPECT_EQ(list.text(3, SubItem::ShownOnMap), "1");
+    EXPECT_EQ(text(3, SubItem::ShownOnMap), "1");
     EXPECT_EQ(skin.texts["place.count"], "4 recordings, 4 marked");
 }
 
@@ -125,14 +125,14 @@ TEST_F(RecordingMarksTest, does_nothing_on_an_empty_list) {
 TEST_F(RecordingMarksTest, marks_one_kind_and_unmarks_the_other) {
     add({"103045.MP4", "103046_P.MP4", "103047.MP4", "103048_P.MP4"});
     extract(1);
-    list.setText(1, SubItem::ShownOnMap, "0");
+    list.set(1, &RecordingEntry::map, MapState::Hidden);
     extract(2);
     mark({2, 4});
     window.MarkCommand("Normal");
     EXPECT_EQ(marked(), (Rows{1, 3}));
     EXPECT_EQ(extraction.calls, (Texts{"draw 1", "All"}));
     EXPECT_EQ(map.scripts, (Texts{"clearHistroy('002')", "clearHistroy('004')"}));
-    EXPECT_EQ(list.text(2, SubItem::ShownOnMap), "0");
+    EXPECT_EQ(text(2, SubItem::ShownOnMap), "0");
     extraction.calls.clear();
     map.scripts.clear();
     window.MarkCommand("LOCK");
@@ -148,8 +148,8 @@ TEST_F(RecordingMarksTest, leaves_the_row_of_the_current_track_marked) {
     extract(3);
     window.MarkCommand("NONE");
     EXPECT_EQ(marked(), Rows{2});
-    EXPECT_EQ(list.text(2, SubItem::ShownOnMap), "1");
-    EXPECT_EQ(list.text(3, SubItem::ShownOnMap), "0");
+    EXPECT_EQ(text(2, SubItem::ShownOnMap), "1");
+    EXPECT_EQ(text(3, SubItem::ShownOnMap), "0");
     EXPECT_EQ(map.scripts, (Texts{"clearHistroy('001')", "clearHistroy('003')"}));
     EXPECT_TRUE(extraction.calls.empty());
 }
@@ -157,12 +157,12 @@ TEST_F(RecordingMarksTest, leaves_the_row_of_the_current_track_marked) {
 TEST_F(RecordingMarksTest, copes_with_rows_that_the_extraction_removed) {
     addRows(2);
     extraction.whenCalled = [this] {
-        list.setText(2, SubItem::FileMissing, "1");
+        list.set(2, &RecordingEntry::file, FileState::Missing);
         window.RemoveMissing();
     };
     window.ToggleMark(2);
     EXPECT_EQ(list.count(), 1);
-    EXPECT_EQ(skin.texts["place.count"], "1 recordings, 0 marked");
+    EXPECT_EQ(skin.texts["place.count"], "1 recording, 0 marked");
 }
 
 } // namespace

@@ -101,11 +101,10 @@ TEST_F(frmMP4ListTest, recolours_rows_by_kind_and_playing_row) {
     const auto colours = [this] {
         std::vector<Colours> rows;
         for (int i = 1; i <= list.count(); ++i)
-            rows.push_back({list.row(i).colour, list.row(i).weight});
+            rows.push_back({RowView::colour(list, i), RowView::weight(list, i)});
         return rows;
     };
     add({"103045.MP4", "103046_P.MP4", "103047.MP4"});
-    list.setText(3, SubItem::KindLabel, "  NORMAL");
     window.RefreshListMarks(2);
     EXPECT_EQ(colours(), (std::vector<Colours>{{16777215, RowWeight::Normal},
                                                {65535, RowWeight::Bold},
@@ -141,7 +140,7 @@ TEST_F(frmMP4ListTest, deletes_all_rows_after_a_question) {
     EXPECT_EQ(skin.texts["place.count"], "0 recordings, 0 marked");
     EXPECT_EQ(files.files.count("/card/20121009/100001.MP4"), 1U);
     addRows(1);
-    EXPECT_EQ(list.text(1, SubItem::SerialNumber), "4");
+    EXPECT_EQ(text(1, SubItem::SerialNumber), "4");
 }
 
 TEST_F(frmMP4ListTest, clears_the_chart_after_deleting_only_when_the_player_is_stopped) {
@@ -197,7 +196,7 @@ TEST_F(frmMP4ListTest, removes_the_selected_row_without_a_question) {
     EXPECT_EQ(list.playingIndex(), 2);
     EXPECT_EQ(last->lSerial(), 2);
     EXPECT_EQ(map.scripts, Texts{"clearHistroy('002')"});
-    EXPECT_FALSE(state.loadedTracks.contains("2No"));
+    EXPECT_FALSE(state.loadedTracks.contains(2));
     EXPECT_EQ(files.files.count("/card/20121009/100002.MP4"), 1U);
     EXPECT_EQ(background.height, 2 * 255);
     window.DeleteSelected();
@@ -225,7 +224,7 @@ TEST_F(frmMP4ListTest, refuses_to_remove_the_row_that_is_open_in_the_player) {
 TEST_F(frmMP4ListTest, removes_flagged_rows_and_keeps_what_names_the_others) {
     addRows(7);
     for (const int row : {1, 3, 4, 7})
-        list.setText(row, SubItem::FileMissing, "1");
+        list.set(row, &RecordingEntry::file, FileState::Missing);
     extract(3);
     const auto second = extract(2);
     const auto sixth = extract(6);
@@ -241,13 +240,13 @@ TEST_F(frmMP4ListTest, removes_flagged_rows_and_keeps_what_names_the_others) {
     EXPECT_EQ(sixth->lSerial(), 3);
     EXPECT_EQ(window.queue().requestedIndex(), 2);
     EXPECT_TRUE(tContinue.enabled());
-    EXPECT_FALSE(state.loadedTracks.contains("3No"));
+    EXPECT_FALSE(state.loadedTracks.contains(3));
     EXPECT_EQ(map.scripts, Texts{"clearHistroy('003')"});
 }
 
 TEST_F(frmMP4ListTest, drops_what_named_a_removed_row) {
     addRows(2);
-    list.setText(2, SubItem::FileMissing, "1");
+    list.set(2, &RecordingEntry::file, FileState::Missing);
     state.currentTrack = extract(2);
     list.setPlayingIndex(2);
     window.RequestPlay(2);
@@ -265,16 +264,15 @@ TEST_F(frmMP4ListTest, changes_nothing_when_no_row_is_flagged) {
     EXPECT_TRUE(control.calls.empty());
 }
 
-TEST_F(frmMP4ListTest, writes_the_kinds_in_the_new_language_and_leaves_the_shown_texts) {
+TEST_F(frmMP4ListTest, names_the_kinds_in_the_new_language_and_leaves_the_shown_texts) {
     add({"103045.MP4", "103046_P.MP4"});
     const Texts shown = column(SubItem::DisplayText);
     texts.languageBase = 20000;
-    window.DeriveKindsAgain();
     EXPECT_EQ(column(SubItem::KindLabel), (Texts{"     一般", "     保護"}));
     EXPECT_EQ(column(SubItem::DisplayText), shown);
     window.RefreshListMarks(0);
-    EXPECT_EQ(list.row(1).colour, 16777215);
-    EXPECT_EQ(list.row(2).colour, 255);
+    EXPECT_EQ(RowView::colour(list, 1), 16777215);
+    EXPECT_EQ(RowView::colour(list, 2), 255);
     window.MarkCommand("LOCK");
     EXPECT_EQ(marked(), std::vector<int>{2});
 }

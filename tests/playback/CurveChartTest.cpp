@@ -207,7 +207,7 @@ TEST_F(CurveChartTest, the_pointer_shows_time_and_values) {
     TrackDetails details;
     details.samples.resize(2);
     details.samples[1].strongestG = 2.345;
-    state.loadedTracks.add("1No", track, details);
+    track->setDetails(details);
     EXPECT_EQ(chart.PointText(2), "Time:00:02\rSpeed:20.00 km/h");
     EXPECT_EQ(chart.PointText(-1), "");
     EXPECT_EQ(chart.PointText(3), "");

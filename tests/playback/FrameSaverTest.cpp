@@ -72,10 +72,10 @@ TEST_F(FrameSaverTest, the_picture_stands_still_while_the_name_is_asked_for) {
 
 TEST_F(FrameSaverTest, without_a_fix_the_picture_tells_no_place) {
     TrackDetails details;
-    details.timeBase = "camera";
+    details.timeBase = TimeBase::Camera;
     details.samples.resize(100);
     details.samples[65].hasFix = false;
-    state.loadedTracks.add("1No", state.currentTrack, details);
+    state.currentTrack->setDetails(details);
     dialogs.saveAnswers = {"a.png"};
     saver.Save();
     EXPECT_EQ(writer.last.longitude, std::nullopt);

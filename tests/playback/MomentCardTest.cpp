@@ -16,7 +16,7 @@ class MomentCardTest : public PlayerFixture {
     }
     void setTimeBase(const std::string& base) {
         state.loadedTracks.clear();
-        state.loadedTracks.add("1No", state.currentTrack, TrackDetails{base, {}});
+        state.currentTrack->setDetails({timeBaseNamed(base), {}});
     }
 
     fakes::FakeSkin frame;

@@ -28,7 +28,6 @@ class FakeSetupTargets : public SetupTargets {
         return writable;
     }
     void saveRecordingList() override { calls.push_back("saveRecordingList"); }
-    void deriveKindsAgain() override { calls.push_back("deriveKindsAgain"); }
     void redrawChart() override { calls.push_back("redrawChart"); }
     void endProgram() override { calls.push_back("endProgram"); }
 
@@ -182,8 +181,7 @@ TEST_F(frmSetupInfoTest, goes_on_in_the_new_language_when_the_restart_is_refused
     messageBox.answers = {MessageAnswer::No};
     dialog.Load();
     click({"LANG1002", "UNIT1003", "CMDCLOSE"});
-    EXPECT_EQ(targets.calls,
-              (Calls{"write mainv=1002", "deriveKindsAgain", "write Unit=1003", "redrawChart"}));
+    EXPECT_EQ(targets.calls, (Calls{"write mainv=1002", "write Unit=1003", "redrawChart"}));
     EXPECT_EQ(settings.languageCode, 1002);
     EXPECT_EQ(settings.languageIndex, 2);
     EXPECT_EQ(settings.languageBase, 20000);
@@ -199,7 +197,7 @@ TEST_F(frmSetupInfoTest, stays_when_the_new_instance_cannot_be_started) {
     click({"LANG1002", "CMDCLOSE"});
     EXPECT_EQ(messageBox.shown.back(), (ShownMessage{"<program.notStarted>\nFile not found",
                                                      "<13011>", MessageStyle::Stop}));
-    EXPECT_EQ(targets.calls, (Calls{"write mainv=1002", "saveRecordingList", "deriveKindsAgain"}));
+    EXPECT_EQ(targets.calls, (Calls{"write mainv=1002", "saveRecordingList"}));
     EXPECT_EQ(window.closes, 1);
 }
 

@@ -55,25 +55,25 @@ TEST_F(ExtractorTrackFileTest, samples_arrive_as_dots_that_rise_past_midnight) {
     write("/card/20121009/103045.MP4", drive());
     EXPECT_EQ(reader.recording(), "/card/20121009/103045.MP4");
     EXPECT_EQ(reader.error(), "");
-    const auto contents = reader.read();
-    ASSERT_NE(contents.track, nullptr);
-    ASSERT_EQ(contents.track->count(), 3);
-    const TrackDot& first = contents.track->dot(1);
+    const auto track = reader.read();
+    ASSERT_NE(track, nullptr);
+    ASSERT_EQ(track->count(), 3);
+    const TrackDot& first = track->dot(1);
     EXPECT_EQ(first.dateText, "2012/10/9 23:59:58");
     EXPECT_EQ(first.lonLatText, "+121.5000000|-25.0412345");
     EXPECT_EQ(first.speed, 60);
     EXPECT_EQ(first.angle, 360);
     EXPECT_EQ(first.gX, 0.12);
     EXPECT_EQ(first.gSum, 1.01);
-    EXPECT_EQ(contents.track->dot(3).dateText, "2012/10/9 24:00:00");
-    EXPECT_EQ(contents.track->dot(3).second, 2);
-    EXPECT_EQ(contents.track->dot(3).x, 1235000000);
+    EXPECT_EQ(track->dot(3).dateText, "2012/10/9 24:00:00");
+    EXPECT_EQ(track->dot(3).second, 2);
+    EXPECT_EQ(track->dot(3).x, 1235000000);
 }
 
 TEST_F(ExtractorTrackFileTest, details_arrive_beside_the_dots) {
     write("/card/1.MP4", drive());
-    const TrackDetails details = reader.read().details;
-    EXPECT_EQ(details.timeBase, "utc");
+    const TrackDetails details = reader.read()->details();
+    EXPECT_EQ(details.timeBase, TimeBase::Utc);
     ASSERT_EQ(details.samples.size(), 3u);
     EXPECT_TRUE(details.samples[0].hasFix);
     EXPECT_EQ(details.samples[0].strongestG, 2.5);
@@ -99,7 +99,7 @@ TEST_F(ExtractorTrackFileTest, the_reason_of_a_recording_that_cannot_be_used_arr
     write("/card/1.MP4", error);
     EXPECT_EQ(reader.sampleCount(), 0u);
     EXPECT_EQ(reader.error(), "the file ends < before its index & more");
-    EXPECT_EQ(reader.read().track, nullptr);
+    EXPECT_EQ(reader.read(), nullptr);
 }
 
 TEST_F(ExtractorTrackFileTest, notices_arrive_beside_the_samples) {

@@ -15,12 +15,12 @@ using ::testing::HasSubstr;
 
 class TrackFileReaderTest : public ::testing::Test {
   protected:
-    TrackFileReader::Contents read(const fakes::XmlContent& content) {
+    std::shared_ptr<clsDot> read(const fakes::XmlContent& content) {
         document.documents["file"] = content;
         reader.load("file");
         return reader.read();
     }
-    TrackFileReader::Contents readOne(const fakes::XmlContent::Record& record) {
+    std::shared_ptr<clsDot> readOne(const fakes::XmlContent::Record& record) {
         fakes::XmlContent content;
         content.records.emplace_back("gpsinfo", record);
         return read(content);
@@ -39,10 +39,10 @@ class TrackFileReaderTest : public ::testing::Test {
 };
 
 TEST_F(TrackFileReaderTest, a_sample_becomes_a_dot) {
-    const auto contents = readOne(sampleRecord(8, 5, 9));
-    ASSERT_NE(contents.track, nullptr);
-    ASSERT_EQ(contents.track->count(), 1);
-    const TrackDot& dot = contents.track->dot(1);
+    const auto track = readOne(sampleRecord(8, 5, 9));
+    ASSERT_NE(track, nullptr);
+    ASSERT_EQ(track->count(), 1);
+    const TrackDot& dot = track->dot(1);
     EXPECT_EQ(dot.dateText, "2012/9/7 08:05:09");
     EXPECT_EQ(dot.timeText, "00:00");
     EXPECT_EQ(dot.second, 0);
@@ -58,19 +58,19 @@ TEST_F(TrackFileReaderTest, a_sample_becomes_a_dot) {
 }
 
 TEST_F(TrackFileReaderTest, seconds_count_from_the_first_sample) {
-    const auto contents = read(trackFileContent(80));
-    ASSERT_EQ(contents.track->count(), 80);
-    EXPECT_EQ(contents.track->dot(1).second, 0);
-    EXPECT_EQ(contents.track->dot(66).second, 65);
-    EXPECT_EQ(contents.track->dot(66).timeText, "01:05");
-    EXPECT_EQ(contents.track->dot(66).dateText, "2012/9/7 08:06:14");
+    const auto track = read(trackFileContent(80));
+    ASSERT_EQ(track->count(), 80);
+    EXPECT_EQ(track->dot(1).second, 0);
+    EXPECT_EQ(track->dot(66).second, 65);
+    EXPECT_EQ(track->dot(66).timeText, "01:05");
+    EXPECT_EQ(track->dot(66).dateText, "2012/9/7 08:06:14");
 }
 
 TEST_F(TrackFileReaderTest, minutes_of_the_time_text_are_not_wrapped_at_sixty) {
     fakes::XmlContent content;
     content.records.emplace_back("gpsinfo", sampleRecord(8, 0, 0));
     content.records.emplace_back("gpsinfo", sampleRecord(9, 15, 3));
-    EXPECT_EQ(read(content).track->dot(2).timeText, "75:03");
+    EXPECT_EQ(read(content)->dot(2).timeText, "75:03");
 }
 
 TEST_F(TrackFileReaderTest, a_step_past_midnight_gives_negative_seconds) {
@@ -78,10 +78,10 @@ TEST_F(TrackFileReaderTest, a_step_past_midnight_gives_negative_seconds) {
     content.records.emplace_back("gpsinfo", sampleRecord(23, 59, 50));
     content.records.emplace_back("gpsinfo", sampleRecord(23, 59, 59));
     content.records.emplace_back("gpsinfo", sampleRecord(0, 0, 0));
-    const auto contents = read(content);
-    EXPECT_EQ(contents.track->dot(2).second, 86399 - 86390);
-    EXPECT_EQ(contents.track->dot(3).second, -86390);
-    EXPECT_EQ(contents.track->dot(3).timeText, "-1439:-50");
+    const auto track = read(content);
+    EXPECT_EQ(track->dot(2).second, 86399 - 86390);
+    EXPECT_EQ(track->dot(3).second, -86390);
+    EXPECT_EQ(track->dot(3).timeText, "-1439:-50");
 }
 
 TEST_F(TrackFileReaderTest, hours_that_go_on_past_midnight_keep_the_seconds_rising) {
@@ -89,19 +89,19 @@ TEST_F(TrackFileReaderTest, hours_that_go_on_past_midnight_keep_the_seconds_risi
     content.records.emplace_back("gpsinfo", sampleRecord(23, 59, 59));
     content.records.emplace_back("gpsinfo", sampleRecord(24, 0, 0));
     content.records.emplace_back("gpsinfo", sampleRecord(100, 0, 0));
-    const auto contents = read(content);
-    EXPECT_EQ(contents.track->dot(2).second, 1);
-    EXPECT_EQ(contents.track->dot(2).dateText, "2012/9/7 24:00:00");
-    EXPECT_EQ(contents.track->dot(3).second, 76 * 3600 + 1);
+    const auto track = read(content);
+    EXPECT_EQ(track->dot(2).second, 1);
+    EXPECT_EQ(track->dot(2).dateText, "2012/9/7 24:00:00");
+    EXPECT_EQ(track->dot(3).second, 76 * 3600 + 1);
 }
 
 TEST_F(TrackFileReaderTest, blanks_around_a_text_do_not_count) {
     auto record = sampleRecord(8, 5, 9);
     setChild(record, "Longitude", "\n  121.5\n");
     setChild(record, "utc_Year", " 2012 ");
-    const auto contents = readOne(record);
-    EXPECT_EQ(contents.track->dot(1).lonLatText, "121.5|+25.0412345");
-    EXPECT_EQ(contents.track->dot(1).dateText, "2012/9/7 08:05:09");
+    const auto track = readOne(record);
+    EXPECT_EQ(track->dot(1).lonLatText, "121.5|+25.0412345");
+    EXPECT_EQ(track->dot(1).dateText, "2012/9/7 08:05:09");
 }
 
 TEST_F(TrackFileReaderTest, every_missing_element_is_an_error_that_names_sample_and_element) {
@@ -138,9 +138,9 @@ TEST_F(TrackFileReaderTest, the_largest_acceleration_is_the_last_that_fits) {
     auto record = sampleRecord(8, 5, 9);
     setChild(record, "G_sum", "327.67");
     setChild(record, "G_x", "-327.68");
-    const auto contents = readOne(record);
-    EXPECT_EQ(contents.track->dot(1).gSum, 327.67);
-    EXPECT_EQ(contents.track->dot(1).gX, -327.68);
+    const auto track = readOne(record);
+    EXPECT_EQ(track->dot(1).gSum, 327.67);
+    EXPECT_EQ(track->dot(1).gX, -327.68);
 }
 
 TEST_F(TrackFileReaderTest, a_first_time_that_does_not_fit_its_places_is_an_error) {
@@ -150,8 +150,8 @@ TEST_F(TrackFileReaderTest, a_first_time_that_does_not_fit_its_places_is_an_erro
 }
 
 TEST_F(TrackFileReaderTest, a_file_without_samples_has_no_track) {
-    const auto contents = read({});
-    EXPECT_EQ(contents.track, nullptr);
+    const auto track = read({});
+    EXPECT_EQ(track, nullptr);
     EXPECT_EQ(reader.sampleCount(), 0u);
     EXPECT_EQ(reader.recording(), "");
     EXPECT_EQ(reader.error(), "");
@@ -212,8 +212,8 @@ TEST_F(TrackFileReaderTest, keeps_what_else_the_extractor_tells_beside_the_dots)
     setChild(content.records[1].second, "fix", "no");
     setChild(content.records[1].second, "fix_reason", "jump");
     setChild(content.records[1].second, "G_max", "odd");
-    const TrackDetails details = read(content).details;
-    EXPECT_EQ(details.timeBase, "camera");
+    const TrackDetails details = read(content)->details();
+    EXPECT_EQ(details.timeBase, TimeBase::Camera);
     ASSERT_EQ(details.samples.size(), 3u);
     EXPECT_TRUE(details.samples[0].hasFix);
     EXPECT_EQ(details.samples[0].strongestG, 2.3456);

@@ -1,6 +1,7 @@
 #include "track/frmMediaCtrl.h"
 
 #include "common/StepError.h"
+#include "common/textRules.h"
 #include "tests/fakes/FakeHostPaths.h"
 #include "tests/fakes/FakeSkin.h"
 #include "tests/fakes/FakeStatusLine.h"
@@ -65,7 +66,7 @@ class frmMediaCtrlTest : public ::testing::Test {
             track->SetDot("", "", 0, i * 10, std::to_string(first + i), std::to_string(first + i),
                           0, 0, 0, 0, 0);
         track->lSerial(row);
-        state.loadedTracks.add(trackKey(serial), track);
+        state.loadedTracks.add(toInt32(serial), track);
         target.paths[row] = "/card/" + serial + ".MP4";
         return track;
     }

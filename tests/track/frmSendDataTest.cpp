@@ -1,6 +1,7 @@
 // Long because a run of the extraction can end in so many ways.
 #include "track/frmSendData.h"
 
+#include "common/textRules.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/fakes/FakeHostPaths.h"
 #include "tests/fakes/FakeMessageBox.h"
@@ -27,39 +28,6 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-struct Row {
-    std::string path;
-    std::string serial;
-    bool marked = false;
-    bool extractedAndShown = false;
-    bool missing = false;
-    std::string reason;
-};
-
-class FakeExtractionList : public ExtractionList {
-  public:
-    int count() const override { return static_cast<int>(rows.size()); }
-    int selected() const override { return selectedRow; }
-    void select(int row) override { selectedRow = row; }
-    bool isMarked(int row) const override { return at(row).marked; }
-    std::string path(int row) const override { return at(row).path; }
-    std::string serialText(int row) const override { return at(row).serial; }
-    void setExtractedAndShown(int row) override { at(row).extractedAndShown = true; }
-    void setMissing(int row) override { at(row).missing = true; }
-    void removeMissingRows() override {
-        std::erase_if(rows, [](const Row& row) { return row.missing; });
-        ++removals;
-    }
-    void noteReason(int row, const std::string& reason) override { at(row).reason = reason; }
-
-    Row& at(int row) { return rows.at(static_cast<std::size_t>(row) - 1); }
-    const Row& at(int row) const { return rows.at(static_cast<std::size_t>(row) - 1); }
-
-    std::vector<Row> rows;
-    int selectedRow = 0;
-    int removals = 0;
-};
 
 class FakeMapPage : public MapPage {
   public:
@@ -97,11 +65,24 @@ class frmSendDataTest : public ::testing::Test {
         document.documents[trackFile] = content;
     }
     void addRow(const std::string& path, const std::string& serial) {
-        list.rows.push_back({path, serial, true, false, false, ""});
-        list.selectedRow = list.count();
+        RecordingEntry row;
+        row.path = path;
+        row.serial = toInt32(serial);
+        row.mark = MarkState::Marked;
+        list.append({row});
+        list.select(list.count());
         written[path] = trackFileContent(3);
     }
     void extractOne() { send.ShowModal("One"); }
+    bool extractedAndShown(int row) const {
+        return list.row(row).track == TrackState::Read && list.row(row).map == MapState::Shown;
+    }
+    void removeMissingRows() {
+        ++removals;
+        for (int row = list.count(); row >= 1; --row)
+            if (list.row(row).file == FileState::Missing)
+                list.remove(row, 1);
+    }
 
     fakes::FakeTimers timers;
     fakes::FakeTimer tStart{timers};
@@ -114,12 +95,25 @@ class frmSendDataTest : public ::testing::Test {
     fakes::FakeMessageBox messages;
     fakes::FakeTexts texts;
     fakes::FakeStatusLine status;
-    FakeExtractionList list;
+    RecordingList list;
+    int removals = 0;
     FakeMapPage page;
     ProgramState state;
     std::map<std::string, fakes::XmlContent> written; ///< by recording: what the extractor writes
-    frmSendData send{{tStart, window, waits, files, paths, shell, document, messages, texts, status,
-                      list, page, state}};
+    frmSendData send{{.tStart = tStart,
+                      .window = window,
+                      .waits = waits,
+                      .files = files,
+                      .paths = paths,
+                      .shell = shell,
+                      .document = document,
+                      .messages = messages,
+                      .texts = texts,
+                      .status = status,
+                      .list = list,
+                      .page = page,
+                      .state = state,
+                      .removeMissingRows = [this] { removeMissingRows(); }}};
 };
 
 std::string points(int from, int to) {
@@ -147,7 +141,7 @@ TEST_F(frmSendDataTest, the_run_starts_once_after_its_window_has_shown) {
 }
 
 TEST_F(frmSendDataTest, starts_the_extractor_hidden_with_the_whole_path_as_it_stands) {
-    list.rows.clear();
+    list.remove(1, list.count());
     addRow("/card/a  b & c/10.MP4", "1");
     extractOne();
     EXPECT_THAT(shell.calls,
@@ -163,19 +157,19 @@ TEST_F(frmSendDataTest, creates_the_temporary_folder_and_deletes_an_old_track_fi
     };
     extractOne();
     EXPECT_TRUE(files.folderExists("/cache/VelmorantDVRtempFile"));
-    EXPECT_TRUE(state.loadedTracks.contains("7No"));
+    EXPECT_TRUE(state.loadedTracks.contains(7));
 }
 
 TEST_F(frmSendDataTest, a_track_is_read_and_stored_under_the_serial_number) {
     extractOne();
-    const auto track = state.loadedTracks.find("7No");
+    const auto track = state.loadedTracks.find(7);
     ASSERT_NE(track, nullptr);
     EXPECT_EQ(track->count(), 3);
     EXPECT_EQ(track->lSerial(), 1) << "the row's index";
     EXPECT_EQ(track->lPlayLocal(), 0);
-    EXPECT_TRUE(list.at(1).extractedAndShown);
+    EXPECT_TRUE(extractedAndShown(1));
     EXPECT_TRUE(messages.shown.empty());
-    EXPECT_EQ(list.removals, 1);
+    EXPECT_EQ(removals, 1);
 }
 
 TEST_F(frmSendDataTest, the_tag_is_compared_without_regard_to_case) {
@@ -186,14 +180,14 @@ TEST_F(frmSendDataTest, the_tag_is_compared_without_regard_to_case) {
 }
 
 TEST_F(frmSendDataTest, nothing_selected_extracts_nothing_and_closes) {
-    list.selectedRow = 0;
+    list.select(0);
     extractOne();
     EXPECT_TRUE(shell.calls.empty());
     EXPECT_EQ(window.closed, 1);
 }
 
 TEST_F(frmSendDataTest, the_route_goes_to_the_page_ten_points_to_a_call) {
-    written[list.at(1).path] = trackFileContent(25);
+    written[list.row(1).path] = trackFileContent(25);
     extractOne();
     EXPECT_THAT(page.routes, ElementsAre("007" + points(0, 1), points(1, 11), points(11, 21),
                                          points(21, 25), "Over"));
@@ -203,14 +197,14 @@ TEST_F(frmSendDataTest, a_call_is_followed_by_events_and_a_short_pause) {
     std::vector<std::string> log;
     page.log = &log;
     waits.log = &log;
-    written[list.at(1).path] = trackFileContent(11);
+    written[list.row(1).path] = trackFileContent(11);
     extractOne();
     EXPECT_THAT(log, ElementsAre("sleep 100", "sleep 500", "route", "events", "sleep 5", "route",
                                  "events", "sleep 5", "route", "events"));
 }
 
 TEST_F(frmSendDataTest, a_last_call_without_points_is_not_sent) {
-    written[list.at(1).path] = trackFileContent(11);
+    written[list.row(1).path] = trackFileContent(11);
     extractOne();
     EXPECT_THAT(page.routes, ElementsAre("007" + points(0, 1), points(1, 11), "Over"));
 }
@@ -223,7 +217,7 @@ struct NumberText {
 TEST_F(frmSendDataTest, the_page_knows_a_recording_by_at_least_three_digits) {
     const NumberText numbers[] = {{"1", "001"}, {"42", "042"}, {"999", "999"}, {"1234", "1234"}};
     for (const NumberText& number : numbers) {
-        list.rows.clear();
+        list.remove(1, list.count());
         page.routes.clear();
         addRow(std::string("/card/") + number.serial + ".MP4", number.serial);
         extractOne();
@@ -236,13 +230,13 @@ TEST_F(frmSendDataTest, a_page_that_is_not_ready_gets_no_call_and_the_track_is_s
     page.isReady = false;
     extractOne();
     EXPECT_TRUE(page.routes.empty());
-    EXPECT_TRUE(state.loadedTracks.contains("7No"));
+    EXPECT_TRUE(state.loadedTracks.contains(7));
     EXPECT_EQ(waits.total, 600);
 }
 
 TEST_F(frmSendDataTest, a_page_that_becomes_ready_in_between_gets_the_points_from_then_on) {
     page.isReady = false;
-    written[list.at(1).path] = trackFileContent(5);
+    written[list.row(1).path] = trackFileContent(5);
     shell.whenStarted = [this](const fakes::ShellCall&) { write(trackFileContent(5)); };
     waits.whenWaiting = [this] { page.isReady = true; };
     extractOne();
@@ -251,19 +245,19 @@ TEST_F(frmSendDataTest, a_page_that_becomes_ready_in_between_gets_the_points_fro
 
 TEST_F(frmSendDataTest, a_recording_opened_twice_is_extracted_again_but_its_first_track_stays) {
     extractOne();
-    const auto first = state.loadedTracks.find("7No");
+    const auto first = state.loadedTracks.find(7);
     page.routes.clear();
     extractOne();
     EXPECT_EQ(shell.calls.size(), 2u);
-    EXPECT_EQ(state.loadedTracks.find("7No"), first);
+    EXPECT_EQ(state.loadedTracks.find(7), first);
     EXPECT_THAT(page.routes, ElementsAre("Over"));
 }
 
 TEST_F(frmSendDataTest, a_track_file_without_samples_makes_no_track_but_counts_as_extracted) {
-    written[list.at(1).path] = {};
+    written[list.row(1).path] = {};
     extractOne();
     EXPECT_EQ(state.loadedTracks.size(), 0u);
-    EXPECT_TRUE(list.at(1).extractedAndShown);
+    EXPECT_TRUE(extractedAndShown(1));
     EXPECT_THAT(page.routes, ElementsAre("Over"));
     EXPECT_TRUE(messages.shown.empty());
 }
@@ -277,7 +271,7 @@ TEST_F(frmSendDataTest, an_extractor_that_cannot_be_started_is_reported_and_ends
                                                                 "<13011>", MessageStyle::Stop}));
     EXPECT_EQ(shell.calls.size(), 1u);
     EXPECT_EQ(window.closed, 1);
-    EXPECT_FALSE(list.at(1).extractedAndShown);
+    EXPECT_FALSE(extractedAndShown(1));
     EXPECT_TRUE(waits.sleeps.empty());
 }
 
@@ -285,7 +279,7 @@ TEST_F(frmSendDataTest, a_shell_result_of_33_is_a_success) {
     shell.result = 33;
     extractOne();
     EXPECT_TRUE(messages.shown.empty());
-    EXPECT_TRUE(list.at(1).extractedAndShown);
+    EXPECT_TRUE(extractedAndShown(1));
 }
 
 TEST_F(frmSendDataTest, a_track_file_that_never_comes_times_out_after_250_rounds) {
@@ -296,7 +290,7 @@ TEST_F(frmSendDataTest, a_track_file_that_never_comes_times_out_after_250_rounds
     EXPECT_THAT(waits.sleeps, Each(100));
     EXPECT_THAT(messages.shown, ElementsAre(fakes::ShownMessage{name + "\n<13009>", "<13011>",
                                                                 MessageStyle::Stop}));
-    EXPECT_TRUE(list.rows.empty()) << "the row was flagged and is removed";
+    EXPECT_EQ(list.count(), 0) << "the row was flagged and is removed";
     EXPECT_EQ(shell.programsStopped, 1);
     EXPECT_TRUE(page.routes.empty());
 }
@@ -308,7 +302,7 @@ TEST_F(frmSendDataTest, a_track_file_of_the_last_round_is_still_read) {
             write(trackFileContent(1));
     };
     extractOne();
-    EXPECT_TRUE(list.at(1).extractedAndShown);
+    EXPECT_TRUE(extractedAndShown(1));
     EXPECT_TRUE(messages.shown.empty());
 }
 
@@ -319,27 +313,27 @@ TEST_F(frmSendDataTest, a_batch_goes_on_after_a_time_out_and_removes_the_row_at_
     send.ShowModal("All");
     EXPECT_EQ(messages.shown.size(), 1u);
     ASSERT_EQ(list.count(), 2);
-    EXPECT_EQ(list.at(1).serial, "7");
-    EXPECT_EQ(list.at(2).serial, "9");
-    EXPECT_TRUE(state.loadedTracks.contains("9No"));
-    EXPECT_EQ(list.removals, 1);
+    EXPECT_EQ(list.row(1).serial, 7);
+    EXPECT_EQ(list.row(2).serial, 9);
+    EXPECT_TRUE(state.loadedTracks.contains(9));
+    EXPECT_EQ(removals, 1);
 }
 
 TEST_F(frmSendDataTest, a_batch_extracts_the_marked_rows_in_order_and_shows_its_share) {
     addRow("/card/2.MP4", "8");
     addRow("/card/3.MP4", "9");
-    list.at(2).marked = false;
+    list.setMark(2, MarkState::NotMarked);
     send.ShowModal("All");
     ASSERT_EQ(shell.calls.size(), 2u);
     EXPECT_EQ(shell.calls[0].parameters, "/card/20121009/103045.MP4");
     EXPECT_EQ(shell.calls[1].parameters, "/card/3.MP4");
-    EXPECT_EQ(list.selectedRow, 3);
+    EXPECT_EQ(list.selected(), 3);
     EXPECT_THAT(window.values, ElementsAre(0, 33, 100));
-    EXPECT_EQ(state.loadedTracks.find("9No")->lSerial(), 3);
+    EXPECT_EQ(state.loadedTracks.find(9)->lSerial(), 3);
 }
 
 TEST_F(frmSendDataTest, mode_one_shows_the_share_of_samples) {
-    written[list.at(1).path] = trackFileContent(4);
+    written[list.row(1).path] = trackFileContent(4);
     extractOne();
     EXPECT_THAT(window.values, ElementsAre(0, 0, 25, 50, 75));
 }
@@ -348,14 +342,14 @@ TEST_F(frmSendDataTest, a_track_file_of_another_recording_is_ignored_while_waiti
     fakes::XmlContent foreign = trackFileContent(2);
     foreign.rootAttributes["recording"] = "/card/other.MP4";
     fakes::XmlContent own = trackFileContent(5);
-    own.rootAttributes["recording"] = list.at(1).path;
-    written[list.at(1).path] = foreign;
+    own.rootAttributes["recording"] = list.row(1).path;
+    written[list.row(1).path] = foreign;
     waits.whenWaiting = [&] {
         if (waits.sleeps.size() == 7)
             write(own);
     };
     extractOne();
-    EXPECT_EQ(state.loadedTracks.find("7No")->count(), 5);
+    EXPECT_EQ(state.loadedTracks.find(7)->count(), 5);
     EXPECT_EQ(std::count(waits.sleeps.begin(), waits.sleeps.end(), 100), 7);
     EXPECT_EQ(std::count(waits.sleeps.begin(), waits.sleeps.end(), 500), 1);
 }
@@ -363,7 +357,7 @@ TEST_F(frmSendDataTest, a_track_file_of_another_recording_is_ignored_while_waiti
 TEST_F(frmSendDataTest, only_the_track_file_of_another_recording_times_out) {
     fakes::XmlContent foreign = trackFileContent(2);
     foreign.rootAttributes["recording"] = "/card/other.MP4";
-    written[list.at(1).path] = foreign;
+    written[list.row(1).path] = foreign;
     extractOne();
     EXPECT_EQ(waits.sleeps.size(), 250u);
     EXPECT_EQ(messages.shown.size(), 1u);
@@ -377,24 +371,24 @@ TEST_F(frmSendDataTest, a_file_still_being_written_is_loaded_after_it_has_settle
             write(trackFileContent(4));
     };
     extractOne();
-    ASSERT_NE(state.loadedTracks.find("7No"), nullptr);
-    EXPECT_EQ(state.loadedTracks.find("7No")->count(), 4);
+    ASSERT_NE(state.loadedTracks.find(7), nullptr);
+    EXPECT_EQ(state.loadedTracks.find(7)->count(), 4);
     EXPECT_THAT(messages.shown, IsEmpty());
 }
 
 TEST_F(frmSendDataTest, a_run_time_error_drops_the_half_read_track_and_tells_the_reason) {
     fakes::XmlContent content = trackFileContent(30);
     setChild(content.records[14].second, "Speed", "fast");
-    written[list.at(1).path] = content;
+    written[list.row(1).path] = content;
     extractOne();
     EXPECT_EQ(state.loadedTracks.size(), 0u);
     EXPECT_THAT(page.routes, IsEmpty()) << "the page has no half route";
-    EXPECT_FALSE(list.at(1).extractedAndShown);
+    EXPECT_FALSE(extractedAndShown(1));
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_THAT(messages.shown[0].text, ::testing::StartsWith("103045.MP4\nsample 15"));
     EXPECT_EQ(messages.shown[0].title, "<13011>");
     EXPECT_EQ(messages.shown[0].style, MessageStyle::Stop);
-    EXPECT_THAT(list.at(1).reason, HasSubstr("Speed"));
+    EXPECT_THAT(list.row(1).notice, HasSubstr("Speed"));
     EXPECT_EQ(list.count(), 1) << "the row stays";
 }
 
@@ -415,33 +409,33 @@ TEST_F(frmSendDataTest, a_temporary_folder_that_cannot_be_made_is_a_run_time_err
 
 TEST_F(frmSendDataTest, the_extractors_reason_is_told_for_a_file_without_samples) {
     fakes::XmlContent content;
-    content.rootAttributes["recording"] = list.at(1).path;
+    content.rootAttributes["recording"] = list.row(1).path;
     content.elements["error"] = "the file is cut off before its index";
-    written[list.at(1).path] = content;
+    written[list.row(1).path] = content;
     extractOne();
     EXPECT_THAT(messages.shown,
                 ElementsAre(fakes::ShownMessage{"103045.MP4\nthe file is cut off before its index",
                                                 "<13011>", MessageStyle::Stop}));
-    EXPECT_TRUE(list.at(1).extractedAndShown);
-    EXPECT_EQ(list.at(1).reason, "the file is cut off before its index");
+    EXPECT_TRUE(extractedAndShown(1));
+    EXPECT_EQ(list.row(1).notice, "the file is cut off before its index");
     EXPECT_THAT(page.routes, ElementsAre("Over"));
 }
 
 TEST_F(frmSendDataTest, a_notice_beside_samples_is_told_without_a_box) {
     fakes::XmlContent content = trackFileContent(3);
     content.elements["notice"] = "the last minute is missing";
-    written[list.at(1).path] = content;
+    written[list.row(1).path] = content;
     extractOne();
-    EXPECT_TRUE(state.loadedTracks.contains("7No"));
+    EXPECT_TRUE(state.loadedTracks.contains(7));
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(status.last(), "103045.MP4: the last minute is missing");
-    EXPECT_EQ(list.at(1).reason, "the last minute is missing");
+    EXPECT_EQ(list.row(1).notice, "the last minute is missing");
 }
 
 TEST_F(frmSendDataTest, a_notice_that_begins_with_the_path_is_told_without_it) {
     fakes::XmlContent content = trackFileContent(3);
-    content.elements["notice"] = list.at(1).path + ": moov at byte 7: the box is cut off";
-    written[list.at(1).path] = content;
+    content.elements["notice"] = list.row(1).path + ": moov at byte 7: the box is cut off";
+    written[list.row(1).path] = content;
     extractOne();
     EXPECT_EQ(status.last(), "103045.MP4: moov at byte 7: the box is cut off");
 }
@@ -457,15 +451,15 @@ TEST_F(frmSendDataTest, a_batch_tells_all_its_failures_once_at_its_end) {
     EXPECT_THAT(messages.shown,
                 ElementsAre(fakes::ShownMessage{"0.MP4\nfirst reason\n2.MP4\nsecond reason",
                                                 "<13011>", MessageStyle::Stop}));
-    EXPECT_TRUE(state.loadedTracks.contains("7No"));
-    EXPECT_TRUE(state.loadedTracks.contains("21No"));
+    EXPECT_TRUE(state.loadedTracks.contains(7));
+    EXPECT_TRUE(state.loadedTracks.contains(21));
     extractOne();
     EXPECT_EQ(messages.shown.size(), 2u) << "a further run begins without the earlier failures";
 }
 
 TEST_F(frmSendDataTest, a_box_of_many_failures_stays_on_the_screen) {
     texts.texts["extraction.more"] = "and %1 more";
-    list.rows.clear();
+    list.remove(1, list.count());
     for (int i = 0; i < 300; ++i) {
         addRow("/card/" + std::to_string(i) + ".MP4", std::to_string(i + 1));
         written["/card/" + std::to_string(i) + ".MP4"] = {};
@@ -490,7 +484,7 @@ TEST_F(frmSendDataTest, cancel_ends_a_wait_at_once_and_leaves_the_row_as_it_was)
     EXPECT_EQ(waits.sleeps.size(), 3u);
     EXPECT_EQ(shell.calls.size(), 1u);
     EXPECT_EQ(shell.programsStopped, 1);
-    EXPECT_FALSE(list.at(1).extractedAndShown);
+    EXPECT_FALSE(extractedAndShown(1));
     EXPECT_EQ(list.count(), 2);
     EXPECT_TRUE(messages.shown.empty());
     EXPECT_EQ(window.closed, 1);
@@ -504,21 +498,21 @@ TEST_F(frmSendDataTest, cancel_while_a_file_is_still_being_written_reads_none_of
     };
     extractOne();
     EXPECT_EQ(shell.programsStopped, 1);
-    EXPECT_FALSE(list.at(1).extractedAndShown);
+    EXPECT_FALSE(extractedAndShown(1));
     EXPECT_THAT(messages.shown, IsEmpty());
 }
 
 TEST_F(frmSendDataTest, cancel_just_before_the_file_is_there_waits_no_more) {
-    written[list.at(1).path] = trackFileContent(3);
-    written[list.at(1).path].rootAttributes["recording"] = list.at(1).path;
+    written[list.row(1).path] = trackFileContent(3);
+    written[list.row(1).path].rootAttributes["recording"] = list.row(1).path;
     waits.whenWaiting = [this] { window.cancel(); };
     extractOne();
     EXPECT_THAT(waits.sleeps, ::testing::ElementsAre(100));
-    EXPECT_TRUE(list.at(1).extractedAndShown) << "the file was complete";
+    EXPECT_TRUE(extractedAndShown(1)) << "the file was complete";
 }
 
 TEST_F(frmSendDataTest, cancel_while_a_route_is_streamed_sends_the_rest_without_pauses) {
-    written[list.at(1).path] = trackFileContent(100);
+    written[list.row(1).path] = trackFileContent(100);
     addRow("/card/2.MP4", "8");
     waits.whenWaiting = [this] {
         if (page.routes.size() == 2)
@@ -528,14 +522,14 @@ TEST_F(frmSendDataTest, cancel_while_a_route_is_streamed_sends_the_rest_without_
     EXPECT_EQ(page.routes.size(), 12u) << "the page has the whole route";
     EXPECT_EQ(page.routes.back(), "Over");
     EXPECT_EQ(waits.eventRuns, 2);
-    EXPECT_TRUE(list.at(1).extractedAndShown);
+    EXPECT_TRUE(extractedAndShown(1));
     EXPECT_EQ(shell.calls.size(), 1u) << "the next recording is not begun";
 }
 
 TEST_F(frmSendDataTest, a_cancelled_run_does_not_cancel_the_next_one) {
     window.cancel();
     extractOne();
-    EXPECT_TRUE(list.at(1).extractedAndShown);
+    EXPECT_TRUE(extractedAndShown(1));
 }
 
 TEST_F(frmSendDataTest, a_call_during_a_run_does_nothing) {
@@ -547,14 +541,14 @@ TEST_F(frmSendDataTest, a_call_during_a_run_does_nothing) {
 
 TEST_F(frmSendDataTest, rows_flagged_before_are_removed_after_a_run) {
     addRow("/card/2.MP4", "8");
-    list.at(1).missing = true;
+    list.set(1, &RecordingEntry::file, FileState::Missing);
     extractOne();
     ASSERT_EQ(list.count(), 1);
-    EXPECT_EQ(list.at(1).serial, "8");
+    EXPECT_EQ(list.row(1).serial, 8);
 }
 
 TEST_F(frmSendDataTest, a_loaded_track_is_sent_again_with_ten_points_in_its_first_call) {
-    written[list.at(1).path] = trackFileContent(25);
+    written[list.row(1).path] = trackFileContent(25);
     extractOne();
     page.routes.clear();
     waits.sleeps.clear();
@@ -562,7 +556,7 @@ TEST_F(frmSendDataTest, a_loaded_track_is_sent_again_with_ten_points_in_its_firs
     EXPECT_THAT(page.routes,
                 ElementsAre("007" + points(0, 10), points(10, 20), points(20, 25), "Over"));
     EXPECT_THAT(waits.sleeps, ElementsAre(5, 5, 5));
-    EXPECT_EQ(state.loadedTracks.find("7No")->lPlayLocal(), 25) << "the cursor is at the last dot";
+    EXPECT_EQ(state.loadedTracks.find(7)->lPlayLocal(), 25) << "the cursor is at the last dot";
 }
 
 TEST_F(frmSendDataTest, sending_a_number_without_a_track_does_nothing) {
@@ -575,7 +569,7 @@ TEST_F(frmSendDataTest, sending_again_to_a_page_that_is_not_ready_moves_the_curs
     extractOne();
     send.SendLoadedTrack(7);
     EXPECT_TRUE(page.routes.empty());
-    EXPECT_EQ(state.loadedTracks.find("7No")->lPlayLocal(), 3);
+    EXPECT_EQ(state.loadedTracks.find(7)->lPlayLocal(), 3);
 }
 
 } // namespace

@@ -2,8 +2,6 @@
 
 #include <QTest>
 
-#include <cstdlib>
-
 namespace velmorant {
 
 namespace {
@@ -60,7 +58,7 @@ int ProgramDriver::rowCount() {
 int ProgramDriver::extractedRows() {
     int count = 0;
     for (int row = 1; row <= rowCount(); ++row)
-        count += rooms().rows->text(row, SubItem::TrackExtracted) == "0" ? 0 : 1;
+        count += rooms().rows->row(row).track == TrackState::Read ? 1 : 0;
     return count;
 }
 
@@ -77,16 +75,15 @@ int ProgramDriver::rowsWithPlaces() {
 }
 
 std::string ProgramDriver::path(int row) {
-    return rooms().rows->text(row, SubItem::FullPath);
+    return rooms().rows->row(row).path;
 }
 
 std::shared_ptr<clsDot> ProgramDriver::track(int row) {
-    return rooms().state.loadedTracks.find(
-        trackKey(rooms().rows->text(row, SubItem::SerialNumber)));
+    return rooms().state.loadedTracks.find(rooms().rows->row(row).serial);
 }
 
 long ProgramDriver::number(int row) {
-    return std::strtol(rooms().rows->text(row, SubItem::SerialNumber).c_str(), nullptr, 10);
+    return rooms().rows->row(row).serial;
 }
 
 bool ProgramDriver::playing(int row) {

@@ -3,7 +3,7 @@
 
 #include "app/PosixHostPaths.h"
 #include "common/textRules.h"
-#include "library/recordingNames.h"
+#include "recordings/recordingNames.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -46,12 +46,11 @@ std::vector<fs::path> recordingsBelow(const fs::path& folder) {
 std::string handOverText(const std::vector<fs::path>& recordings) {
     std::string text = "<?xml version='1.0'?>\n<mp4list>";
     for (const fs::path& path : recordings) {
-        const std::string date =
-            velmorant::dateOfFolderName(path.parent_path().filename().string());
-        const std::string time =
-            velmorant::timeOfBaseName(velmorant::baseNameOf(path.filename().string()));
-        text += "\n<Data>\n<x2>" + escaped(velmorant::fixedWidth(date + "  " + time, 20)) +
-                "</x2>\n<x3>" + escaped(path.string()) + "</x3>\n</Data>";
+        const std::string dateAndTime =
+            velmorant::dateAndTimeOfNames(path.parent_path().filename().string(),
+                                          velmorant::baseNameOf(path.filename().string()));
+        text += "\n<Data>\n<x2>" + escaped(dateAndTime) + "</x2>\n<x3>" + escaped(path.string()) +
+                "</x3>\n</Data>";
     }
     return text + "\n</mp4list>";
 }

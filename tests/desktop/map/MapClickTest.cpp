@@ -1,7 +1,7 @@
 // Clicks on drawn routes, judged by the program's own tracks: what the page leaves must lead to the
 // recording and the second that were clicked.
 #include "desktop/map/WebEngineBrowser.h"
-#include "track/clsDot.h"
+#include "recordings/clsDot.h"
 #include "track/frmMediaCtrl.h"
 
 #include "tests/desktop/eventLoop.h"

@@ -1,18 +1,21 @@
 #pragma once
 
-#include "track/SecondIndex.h"
-#include "track/SegmentIndex.h"
-#include "track/TrackDot.h"
+#include "recordings/SecondIndex.h"
+#include "recordings/SegmentIndex.h"
+#include "recordings/TrackDetails.h"
+#include "recordings/TrackDot.h"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace velmorant {
 
 /// The track of one recording: dots 1..count, one per second, and one spare empty dot behind them;
-/// and a cursor, the current index, that follows the play position (0 at first: no dot).
+/// a cursor, the current index, that follows the play position (0 at first: no dot); and what the
+/// extractor says of the recording beyond its dots.
 ///
 /// "Outside" below means an index that is neither a dot nor the spare one. The extrema start at 0,
 /// so 0 always lies between them: the chart's axes rely on it.
@@ -71,6 +74,11 @@ class clsDot {
     /// The dot at an index, read without moving the cursor; an empty dot outside.
     const TrackDot& dot(std::int32_t index) const;
 
+    const TrackDetails& details() const { return m_details; }
+    void setDetails(TrackDetails details) { m_details = std::move(details); }
+    /// What is known beyond the dot at an index; null where nothing is.
+    const SampleDetails* detailsOfDot(std::int32_t index) const;
+
   private:
     const TrackDot& current() const { return dot(m_current); }
     void noteExtremes(const TrackDot& dot);
@@ -84,6 +92,7 @@ class clsDot {
     double m_maximumG = 0.0;
     double m_minimumG = 0.0;
     SecondIndex m_seconds;
+    TrackDetails m_details;
     SegmentIndex m_segments; ///< those that lPtLocal tries: dots 1 to count - 1
 };
 

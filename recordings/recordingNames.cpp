@@ -1,4 +1,4 @@
-#include "library/recordingNames.h"
+#include "recordings/recordingNames.h"
 
 #include "common/textRules.h"
 
@@ -33,8 +33,9 @@ std::string timeOfBaseName(std::string_view baseName) {
     return digitPattern(digits, "00:00:00");
 }
 
-std::string displayTextOf(std::string_view dateAndTime, std::string_view kindLabel) {
-    return fixedWidth(dateAndTime, dateAndTimeWidth) + "  " + std::string(kindLabel);
+std::string dateAndTimeOfNames(std::string_view folderName, std::string_view baseName) {
+    return fixedWidth(dateOfFolderName(folderName) + "  " + timeOfBaseName(baseName),
+                      dateAndTimeWidth);
 }
 
 std::string baseNameOf(std::string_view fileName) {

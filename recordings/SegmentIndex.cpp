@@ -1,4 +1,4 @@
-#include "track/SegmentIndex.h"
+#include "recordings/SegmentIndex.h"
 
 #include <algorithm>
 

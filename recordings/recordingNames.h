@@ -19,8 +19,8 @@ RecordingKind kindOfBaseName(std::string_view baseName);
 /// "103045" and "103045_P" give "10:30:45"; a locked name loses its last two characters first.
 std::string timeOfBaseName(std::string_view baseName);
 
-/// Date and time in exactly 20 characters, two blanks, the kind label.
-std::string displayTextOf(std::string_view dateAndTime, std::string_view kindLabel);
+/// The folder's date, two blanks and the recording's time, in exactly 20 characters.
+std::string dateAndTimeOfNames(std::string_view folderName, std::string_view baseName);
 
 /// The file name without its last four characters, ".MP4".
 std::string baseNameOf(std::string_view fileName);

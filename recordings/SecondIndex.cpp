@@ -1,4 +1,4 @@
-#include "track/SecondIndex.h"
+#include "recordings/SecondIndex.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "common/SettingsState.h"
-#include "track/LoadedTracks.h"
-#include "track/clsDot.h"
+#include "recordings/LoadedTracks.h"
+#include "recordings/clsDot.h"
 
 #include <memory>
 

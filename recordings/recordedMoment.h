@@ -1,6 +1,6 @@
 #pragma once
 
-#include "track/ProgramState.h"
+#include "recordings/clsDot.h"
 
 #include <cstdint>
 #include <optional>
@@ -15,6 +15,7 @@ enum class RecordedClock { Utc, Camera };
 struct RecordedMoment {
     std::int64_t seconds = 0; ///< since 1970-01-01 00:00:00 of the clock
     RecordedClock clock = RecordedClock::Utc;
+    TimeBase base = TimeBase::Unknown;
 };
 
 /// The place of a moment.
@@ -24,13 +25,13 @@ struct RecordedPlace {
     double heading = 0.0; ///< degrees
 };
 
-/// The moment at a play position of the current track: its first dot's time plus the position, so
-/// that it goes on where the track ends early. Absent without a track, for a date that cannot be
-/// read, and where the extractor knew no time.
-std::optional<RecordedMoment> recordedMoment(const ProgramState& state, double position);
+/// The moment at a play position, in seconds: the first dot's time plus the position, so that it
+/// goes on where the track ends early. Absent without a track, for a date that cannot be read, and
+/// where the extractor knew no time.
+std::optional<RecordedMoment> recordedMoment(const clsDot* track, double position);
 
 /// The place of the dot of that second; absent without a dot and without a fix.
-std::optional<RecordedPlace> recordedPlace(const ProgramState& state, double position);
+std::optional<RecordedPlace> recordedPlace(const clsDot* track, double position);
 
 /// "2012/10/09 10:30:45".
 std::string dateAndTime(std::int64_t seconds);

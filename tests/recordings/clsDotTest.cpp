@@ -1,4 +1,4 @@
-#include "track/clsDot.h"
+#include "recordings/clsDot.h"
 
 #include "common/StepError.h"
 

@@ -1,4 +1,4 @@
-#include "library/recordingNames.h"
+#include "recordings/recordingNames.h"
 
 #include <gtest/gtest.h>
 
@@ -43,10 +43,10 @@ TEST(RecordingNames, read_kind_and_time_of_a_base_name) {
     }
 }
 
-TEST(RecordingNames, make_the_display_text_in_twenty_characters_and_the_label) {
-    EXPECT_EQ(displayTextOf("2012/10/09  10:30:45", "  Normal"), "2012/10/09  10:30:45    Normal");
-    EXPECT_EQ(displayTextOf("2012/10/09  drive", "Lock"), "2012/10/09  drive     Lock");
-    EXPECT_EQ(displayTextOf("2012/10/09  a long name", ""), "2012/10/09  a long n  ");
+TEST(RecordingNames, make_date_and_time_in_twenty_characters) {
+    EXPECT_EQ(dateAndTimeOfNames("20121009_A", "103045_P"), "2012/10/09  10:30:45");
+    EXPECT_EQ(dateAndTimeOfNames("20121009", "drive"), "2012/10/09  drive   ");
+    EXPECT_EQ(dateAndTimeOfNames("20121009", "a long name"), "2012/10/09  a long n");
 }
 
 TEST(RecordingNames, tell_recordings_by_their_ending) {

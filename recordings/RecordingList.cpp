@@ -1,4 +1,4 @@
-#include "library/RecordingList.h"
+#include "recordings/RecordingList.h"
 
 #include "common/StepError.h"
 
@@ -30,10 +30,23 @@ RecordingList::Batch::~Batch() {
     m_list.m_firstChanged = 0;
     m_list.m_lastChanged = 0;
     if (last >= first)
-        m_list.m_control.rowsChanged(first, last - first + 1);
+        m_list.announce(&RecordingListListener::rowsChanged, first, last - first + 1);
 }
 
-RecordingList::RecordingList(ListControl& control) : m_control(control) {}
+void RecordingList::addListener(RecordingListListener& listener) {
+    m_listeners.push_back(&listener);
+}
+
+void RecordingList::removeListener(RecordingListListener& listener) {
+    std::erase(m_listeners, &listener);
+}
+
+template <typename... Parameters, typename... Values>
+void RecordingList::announce(void (RecordingListListener::*event)(Parameters...),
+                             Values... values) {
+    for (RecordingListListener* listener : m_listeners)
+        (listener->*event)(values...);
+}
 
 const RecordingEntry& RecordingList::row(int index) const {
     if (index < 1 || index > count())
@@ -46,38 +59,10 @@ RecordingEntry& RecordingList::at(int index) {
     return *m_rows[static_cast<std::size_t>(index - 1)];
 }
 
-void RecordingList::setText(int index, SubItem item, const std::string& text) {
-    RecordingEntry& entry = at(index);
-    if (entry.text(item) == text)
-        return;
-    entry.setText(item, text);
-    changed(index);
-}
-
-void RecordingList::setMark(int index, MarkState mark) {
-    RecordingEntry& entry = at(index);
-    if (entry.mark == mark)
-        return;
-    entry.mark = mark;
-    m_marked += entry.marked() ? 1 : -1;
-    changed(index);
-}
-
-void RecordingList::setAppearance(int index, std::int32_t colour, RowWeight weight) {
-    RecordingEntry& entry = at(index);
-    if (entry.colour == colour && entry.weight == weight)
-        return;
-    entry.colour = colour;
-    entry.weight = weight;
-    changed(index);
-}
-
-void RecordingList::setNotice(int index, const std::string& notice) {
-    RecordingEntry& entry = at(index);
-    if (entry.notice == notice)
-        return;
-    entry.notice = notice;
-    changed(index);
+int RecordingList::indexOf(std::int32_t serial) const {
+    const auto found = std::find_if(m_rows.begin(), m_rows.end(),
+                                    [&](const auto& entry) { return entry->serial == serial; });
+    return found == m_rows.end() ? 0 : static_cast<int>(found - m_rows.begin()) + 1;
 }
 
 void RecordingList::append(std::vector<RecordingEntry> rows) {
@@ -90,7 +75,7 @@ void RecordingList::append(std::vector<RecordingEntry> rows) {
         m_marked += entry.marked() ? 1 : 0;
         m_rows.push_back(std::make_unique<RecordingEntry>(std::move(entry)));
     }
-    m_control.rowsAdded(first, added);
+    announce(&RecordingListListener::rowsAdded, first, added);
 }
 
 void RecordingList::remove(int first, int removedCount) {
@@ -106,21 +91,39 @@ void RecordingList::remove(int first, int removedCount) {
     // The rows noted as changed have moved up: what lies behind the gap covers them.
     if (m_firstChanged > 0)
         m_firstChanged = std::min(m_firstChanged, first);
-    m_playing = indexAfterRemoval(m_playing, first, removedCount);
-    m_selected = indexAfterRemoval(m_selected, first, removedCount);
-    m_control.rowsRemoved(first, removedCount);
+    for (int* index : {&m_playing, &m_selected, &m_highlighted})
+        *index = indexAfterRemoval(*index, first, removedCount);
+    announce(&RecordingListListener::rowsRemoved, first, removedCount);
 }
 
 void RecordingList::select(int index) {
     if (index != 0)
         row(index);
     m_selected = index;
-    m_control.selectionChanged(index);
+    announce(&RecordingListListener::selectionChanged, index);
+}
+
+void RecordingList::setPlayingIndex(int index) {
+    if (index == m_playing)
+        return;
+    m_playing = index;
+    announce(&RecordingListListener::playingRowChanged, index);
+}
+
+void RecordingList::highlight(int index) {
+    const int next = index < 1 || index > count() ? 0 : index;
+    if (next == m_highlighted)
+        return;
+    const Batch batch(*this);
+    const int before = std::exchange(m_highlighted, next);
+    for (const int row : {before, next})
+        if (row > 0)
+            changed(row);
 }
 
 void RecordingList::changed(int index) {
     if (m_batches == 0) {
-        m_control.rowsChanged(index, 1);
+        announce(&RecordingListListener::rowsChanged, index, 1);
         return;
     }
     m_firstChanged = m_firstChanged == 0 ? index : std::min(m_firstChanged, index);

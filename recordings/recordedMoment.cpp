@@ -1,4 +1,4 @@
-#include "playback/recordedMoment.h"
+#include "recordings/recordedMoment.h"
 
 #include "common/textRules.h"
 #include "common/trapErrors.h"
@@ -12,13 +12,6 @@ namespace velmorant {
 namespace {
 
 constexpr std::int64_t secondsPerDay = 86400;
-
-const TrackDetails* detailsOf(const ProgramState& state) {
-    for (const LoadedTracks::Entry& entry : state.loadedTracks)
-        if (entry.track == state.currentTrack)
-            return &entry.details;
-    return nullptr;
-}
 
 /// "2012/9/7 08:05:09"; hours may go on past 23. Throws StepError.
 std::int64_t secondsOfDate(const std::string& text) {
@@ -57,37 +50,36 @@ std::int32_t dotAt(const clsDot& track, double position) {
 
 } // namespace
 
-std::optional<RecordedMoment> recordedMoment(const ProgramState& state, double position) {
-    const std::shared_ptr<clsDot> track = state.currentTrack;
+std::optional<RecordedMoment> recordedMoment(const clsDot* track, double position) {
     if (track == nullptr || track->count() == 0)
         return std::nullopt;
-    const TrackDetails* details = detailsOf(state);
-    const std::string base = details == nullptr ? "" : details->timeBase;
-    if (base == "none")
+    const TimeBase base = track->details().timeBase;
+    if (base == TimeBase::None)
         return std::nullopt;
     std::optional<RecordedMoment> moment;
     trapErrors([&] {
         const std::int64_t start = secondsOfDate(track->dot(1).dateText);
         const auto passed = static_cast<std::int64_t>(std::floor(position));
-        moment = RecordedMoment{start + passed - track->dot(1).second,
-                                base == "camera" ? RecordedClock::Camera : RecordedClock::Utc};
+        moment = RecordedMoment{.seconds = start + passed - track->dot(1).second,
+                                .clock = base == TimeBase::Camera ? RecordedClock::Camera
+                                                                  : RecordedClock::Utc,
+                                .base = base};
     });
     return moment;
 }
 
-std::optional<RecordedPlace> recordedPlace(const ProgramState& state, double position) {
-    const std::shared_ptr<clsDot> track = state.currentTrack;
+std::optional<RecordedPlace> recordedPlace(const clsDot* track, double position) {
     const std::int32_t index = track == nullptr ? 0 : dotAt(*track, position);
     if (index == 0)
         return std::nullopt;
-    const TrackDetails* details = detailsOf(state);
-    const auto sample = static_cast<std::size_t>(index) - 1;
-    const bool told = details != nullptr && sample < details->samples.size();
+    const SampleDetails* details = track->detailsOfDot(index);
     const TrackDot& dot = track->dot(index);
     const bool nowhere = dot.x == 0 && dot.y == 0;
-    if (nowhere || (told && !details->samples[sample].hasFix))
+    if (nowhere || (details != nullptr && !details->hasFix))
         return std::nullopt;
-    return RecordedPlace{dot.x / 1e7, dot.y / 1e7, static_cast<double>(dot.angle)};
+    return RecordedPlace{.longitude = dot.x / 1e7,
+                         .latitude = dot.y / 1e7,
+                         .heading = static_cast<double>(dot.angle)};
 }
 
 std::string timeOfDay(std::int64_t seconds) {

@@ -1,4 +1,4 @@
-#include "track/clsDot.h"
+#include "recordings/clsDot.h"
 
 #include "common/StepError.h"
 #include "common/textRules.h"
@@ -20,6 +20,11 @@ clsDot::clsDot() : m_dots(1) {}
 const TrackDot& clsDot::dot(std::int32_t index) const {
     const bool inside = index >= 1 && static_cast<std::size_t>(index) <= m_dots.size();
     return inside ? m_dots[static_cast<std::size_t>(index) - 1] : emptyDot;
+}
+
+const SampleDetails* clsDot::detailsOfDot(std::int32_t index) const {
+    const bool known = index >= 1 && static_cast<std::size_t>(index) <= m_details.samples.size();
+    return known ? &m_details.samples[static_cast<std::size_t>(index) - 1] : nullptr;
 }
 
 std::int32_t clsDot::lPtLocal(std::int32_t x, std::int32_t y) const {
