@@ -8,6 +8,7 @@
 // brought).
 //
 // Prints one line per figure: name, value, unit.
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/map/WebEngineBrowser.h"
 #include "desktop/map/prepareWebEngine.h"
 
@@ -79,7 +80,8 @@ WebEngineBrowserSettings settingsOf(const QString& folder, const QString& storag
 // The program's browser control with a page of its own process.
 class Bench {
   public:
-    explicit Bench(const QString& folder) : browser_(settingsOf(folder, storage_.path())) {
+    explicit Bench(const QString& folder)
+        : browser_(settingsOf(folder, storage_.path()), gate_.delivery()) {
         browser_.view().resize(1024, 708);
         browser_.view().show();
         load();
@@ -87,7 +89,7 @@ class Bench {
 
     void load() {
         QEventLoop loop;
-        browser_.onDocumentComplete([&](const std::string&) { loop.quit(); });
+        browser_.onDocumentComplete(gate_.listener([&](const std::string&) { loop.quit(); }));
         browser_.navigate("velmorant://map/DeskMap.asp?LangID=1028");
         loop.exec();
         browser_.onDocumentComplete({});
@@ -161,6 +163,7 @@ class Bench {
     QWebEnginePage& page() const { return *browser_.view().page(); }
 
     QTemporaryDir storage_;
+    HandlerGate gate_;
     mutable WebEngineBrowser browser_;
 };
 

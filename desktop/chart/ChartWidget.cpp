@@ -98,7 +98,7 @@ ChartWidget::ChartWidget(QWidget* parent) : plot_(new QCustomPlot(parent)), seri
     QObject::connect(plot_, &QCustomPlot::mouseMove, plot_,
                      [this](QMouseEvent* event) { mouseMoved(event->position()); });
     QObject::connect(plot_, &QCustomPlot::mouseRelease, plot_, [this](QMouseEvent* event) {
-        if (event->button() == Qt::LeftButton && mouseUpListener_)
+        if (event->button() == Qt::LeftButton)
             mouseUpListener_(indexAt(event->position()));
     });
 }
@@ -157,11 +157,11 @@ QCPItemLine* ChartWidget::makeVerticalLine(const QString& layer, const QColor& c
     return line;
 }
 
-void ChartWidget::onMouseUp(IndexListener listener) {
+void ChartWidget::onMouseUp(GatedListener<int> listener) {
     mouseUpListener_ = std::move(listener);
 }
 
-void ChartWidget::onHover(IndexListener listener) {
+void ChartWidget::onHover(GatedListener<int> listener) {
     hoverListener_ = std::move(listener);
 }
 
@@ -177,8 +177,7 @@ void ChartWidget::setHovered(int index) {
     hovered_ = index;
     if (index < 0)
         setHoverText({});
-    if (hoverListener_)
-        hoverListener_(index);
+    hoverListener_.latest(index);
 }
 
 void ChartWidget::setHoverText(const std::string& text) {

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "desktop/gate/GatedListener.h"
 #include "ports/Chart.h"
 
 #include <QPointF>
 #include <QPointer>
 #include <QString>
 
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,7 +29,6 @@ namespace velmorant {
 /// colour. The bottom axis is labelled in minutes and seconds.
 class ChartWidget : public Chart {
   public:
-    using IndexListener = std::function<void(int index)>;
     static constexpr int seriesCount = 4;
     static constexpr double markerHeight = 200;
 
@@ -46,9 +45,9 @@ class ChartWidget : public Chart {
 
     /// The left button was released over the point with that index of its series, from 0; -1: over
     /// none. A place counts for the point whose x is nearest, at any height within the axes.
-    void onMouseUp(IndexListener listener);
+    void onMouseUp(GatedListener<int> listener);
     /// The point under the mouse changed; -1: none.
-    void onHover(IndexListener listener);
+    void onHover(GatedListener<int> listener);
     /// The text shown at the point under the mouse; empty: none.
     void setHoverText(const std::string& text);
     /// The label of a point of series 1; empty when there is no such point.
@@ -97,8 +96,8 @@ class ChartWidget : public Chart {
     Bounds bottom_;
     int hovered_ = -1;
     QPointF hoverPlace_;
-    IndexListener mouseUpListener_;
-    IndexListener hoverListener_;
+    GatedListener<int> mouseUpListener_;
+    GatedListener<int> hoverListener_;
 };
 
 } // namespace velmorant

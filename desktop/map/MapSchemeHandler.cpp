@@ -54,9 +54,7 @@ void MapSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job) {
     else if (parts.size() == 2 && parts[0] == "track")
         serveTrack(*job, parts[1]);
     else if (parts.size() == 2 && parts[0] == "command")
-        serveJson(*job, source_.command
-                            ? source_.command(parts[1].toStdString(), url.query().toStdString())
-                            : std::nullopt);
+        serveCommand(*job, parts[1].toStdString(), url.query().toStdString());
     else if (parts.size() == 4 && parts[0] == "tile")
         serveTile(*job, parts.mid(1));
     else
@@ -78,6 +76,17 @@ void MapSchemeHandler::serveTrack(QWebEngineUrlRequestJob& job, const QString& n
     bool good = false;
     const long number = name.endsWith(".json") ? name.chopped(5).toLong(&good) : 0;
     serveJson(job, good && source_.track ? source_.track(number) : std::nullopt);
+}
+
+void MapSchemeHandler::serveCommand(QWebEngineUrlRequestJob& job, const std::string& name,
+                                    const std::string& query) {
+    if (!source_.command)
+        return job.fail(QWebEngineUrlRequestJob::UrlNotFound);
+    source_.command(name, query,
+                    [waiting = QPointer(&job)](const std::optional<std::string>& json) {
+                        if (waiting) // else the page has left
+                            serveJson(*waiting, json);
+                    });
 }
 
 void MapSchemeHandler::serveTile(QWebEngineUrlRequestJob& job, const QStringList& place) {

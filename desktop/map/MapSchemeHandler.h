@@ -24,7 +24,9 @@ class MapSchemeHandler : public QWebEngineUrlSchemeHandler {
     void serveFile(QWebEngineUrlRequestJob& job, const QString& path);
     void serveTrack(QWebEngineUrlRequestJob& job, const QString& name);
     void serveTile(QWebEngineUrlRequestJob& job, const QStringList& place);
-    void serveJson(QWebEngineUrlRequestJob& job, const std::optional<std::string>& answer);
+    void serveCommand(QWebEngineUrlRequestJob& job, const std::string& name,
+                      const std::string& query);
+    static void serveJson(QWebEngineUrlRequestJob& job, const std::optional<std::string>& answer);
 
     QString folder_; ///< canonical
     MapPageSource source_;

@@ -31,11 +31,12 @@ void restrict(QWebEngineSettings& settings) {
 
 } // namespace
 
-WebEngineBrowser::WebEngineBrowser(WebEngineBrowserSettings settings)
+WebEngineBrowser::WebEngineBrowser(WebEngineBrowserSettings settings, GatedDelivery delivery)
     : interceptor_(origin_),
       handler_(settings.pageFolder, std::move(settings.source), settings.tiles),
       profile_(QStringLiteral("map")),
-      view_(new QWebEngineView) {
+      view_(new QWebEngineView),
+      delivery_(std::move(delivery)) {
     profile_.setPersistentStoragePath(settings.storageFolder);
     profile_.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
     profile_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
@@ -50,10 +51,7 @@ WebEngineBrowser::WebEngineBrowser(WebEngineBrowserSettings settings)
                      [this](bool good) { loadFinished(good); });
     QObject::connect(
         page_.get(), &QWebEnginePage::renderProcessTerminated, page_.get(),
-        [this](QWebEnginePage::RenderProcessTerminationStatus, int) {
-            if (pageLostListener_)
-                pageLostListener_();
-        },
+        [this](QWebEnginePage::RenderProcessTerminationStatus, int) { pageLostListener_(); },
         Qt::QueuedConnection);
 }
 
@@ -67,17 +65,6 @@ void WebEngineBrowser::setLanguage(const QString& language) {
     profile_.setHttpAcceptLanguage(language);
 }
 
-void WebEngineBrowser::setDelivery(std::function<void(std::function<void()>)> delivery) {
-    delivery_ = std::move(delivery);
-}
-
-void WebEngineBrowser::deliver(std::function<void()> step) {
-    if (delivery_)
-        delivery_(std::move(step));
-    else
-        step();
-}
-
 void WebEngineBrowser::onDocumentComplete(Listener listener) {
     documentCompleteListener_ = std::move(listener);
 }
@@ -86,24 +73,23 @@ void WebEngineBrowser::onLoadFailed(Listener listener) {
     loadFailedListener_ = std::move(listener);
 }
 
-void WebEngineBrowser::onPageLost(std::function<void()> listener) {
+void WebEngineBrowser::onPageLost(GatedListener<> listener) {
     pageLostListener_ = std::move(listener);
 }
 
-void WebEngineBrowser::onLink(const Listener& listener) {
-    page_->link = [listener](const QUrl& url) { listener(url.toString().toStdString()); };
+void WebEngineBrowser::onLink(Listener listener) {
+    page_->link = std::move(listener);
 }
 
-void WebEngineBrowser::onPageMessage(const Listener& listener) {
-    page_->message = [listener](const QString& text) { listener(text.toStdString()); };
+void WebEngineBrowser::onPageMessage(Listener listener) {
+    page_->message = std::move(listener);
 }
 
 void WebEngineBrowser::loadFinished(bool good) {
     if (!good && page_->takeRefusal())
         return;
     const Listener& listener = good ? documentCompleteListener_ : loadFailedListener_;
-    if (listener)
-        listener(good ? documentUrl() : page_->requestedUrl().toString().toStdString());
+    listener(good ? documentUrl() : page_->requestedUrl().toString().toStdString());
 }
 
 void WebEngineBrowser::navigate(const std::string& address) {
@@ -129,7 +115,7 @@ void WebEngineBrowser::readWindowProperty(const std::string& name,
                            "];return v===undefined||v===null?'':String(v);})()";
     page_->runJavaScript(script, [this, alive = QPointer(page_.get()), result](const QVariant& v) {
         if (alive)
-            deliver([result, text = v.toString().toStdString()] { result(text); });
+            delivery_([result, text = v.toString().toStdString()] { result(text); });
     });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/gate/GatedListener.h"
 #include "desktop/map/MapSchemeHandler.h"
 #include "desktop/map/WebMapPage.h"
 #include "ports/WebBrowser.h"
@@ -25,9 +26,10 @@ struct WebEngineBrowserSettings {
 /// must have been called.
 class WebEngineBrowser : public WebBrowser {
   public:
-    using Listener = std::function<void(const std::string& text)>;
+    using Listener = GatedListener<std::string>;
 
-    explicit WebEngineBrowser(WebEngineBrowserSettings settings);
+    /// Answers of the page are handed to the logic through the delivery.
+    WebEngineBrowser(WebEngineBrowserSettings settings, GatedDelivery delivery);
     ~WebEngineBrowser() override;
 
     /// The control, for the window that lays it out. It may be put into a parent; the browser
@@ -35,17 +37,14 @@ class WebEngineBrowser : public WebBrowser {
     QWebEngineView& view() { return *view_; }
     /// From the next load on.
     void setLanguage(const QString& language);
-    /// How an answer of the page is handed to the logic: when no other handler runs. At once unless
-    /// set.
-    void setDelivery(std::function<void(std::function<void()>)> delivery);
 
     void onDocumentComplete(Listener listener); ///< the main document's address
     /// The address could not be loaded: no network, no such page.
     void onLoadFailed(Listener listener);
     /// The process of the page has ended; the control stays empty until the next navigate().
-    void onPageLost(std::function<void()> listener);
-    void onLink(const Listener& listener);        ///< for the user's own browser; http or https
-    void onPageMessage(const Listener& listener); ///< a line of the page's console
+    void onPageLost(GatedListener<> listener);
+    void onLink(Listener listener);        ///< for the user's own browser; http or https
+    void onPageMessage(Listener listener); ///< a line of the page's console
 
     void navigate(const std::string& address) override;
     std::string documentUrl() const override;
@@ -57,7 +56,6 @@ class WebEngineBrowser : public WebBrowser {
     void attachToBackground() override;
 
   private:
-    void deliver(std::function<void()> step);
     void loadFinished(bool good);
 
     OwnOrigin origin_;
@@ -66,10 +64,10 @@ class WebEngineBrowser : public WebBrowser {
     QWebEngineProfile profile_;
     std::unique_ptr<WebMapPage> page_; ///< must end before its profile
     QPointer<QWebEngineView> view_;
-    std::function<void(std::function<void()>)> delivery_;
+    GatedDelivery delivery_;
     Listener documentCompleteListener_;
     Listener loadFailedListener_;
-    std::function<void()> pageLostListener_;
+    GatedListener<> pageLostListener_;
 };
 
 } // namespace velmorant

@@ -34,14 +34,13 @@ bool WebMapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, b
 
 void WebMapPage::report(const QUrl& url) {
     const bool web = url.scheme() == "http" || url.scheme() == "https";
-    if (web && link)
-        link(url);
+    if (web)
+        link(url.toString().toStdString());
 }
 
 void WebMapPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel, const QString& text,
                                           int line, const QString& source) {
-    if (message)
-        message(source + ':' + QString::number(line) + ": " + text);
+    message((source + ':' + QString::number(line) + ": " + text).toStdString());
 }
 
 } // namespace velmorant

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "desktop/gate/GatedListener.h"
+
 #include <QWebEnginePage>
 #include <QWebEngineUrlRequestInterceptor>
 
-#include <functional>
+#include <string>
 #include <utility>
 
 namespace velmorant {
@@ -40,8 +42,8 @@ class WebMapPage : public QWebEnginePage {
     /// although it is still there.
     bool takeRefusal() { return std::exchange(refused_, false); }
 
-    std::function<void(const QUrl&)> link;
-    std::function<void(const QString&)> message;
+    GatedListener<std::string> link;
+    GatedListener<std::string> message;
 
   protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;

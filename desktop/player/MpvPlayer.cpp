@@ -17,9 +17,6 @@ MpvHandle::Options optionsFor(VideoOutput video, AudioOutput audio) {
     MpvHandle::Options options = {
         // Nothing of the user's own player set-up, no keys and no texts of its own.
         {"config", "no"},
-        {"load-scripts", "no"},
-        {"osc", "no"},
-        {"ytdl", "no"},
         {"terminal", "no"},
         {"osd-level", "0"},
         {"input-default-bindings", "no"},
@@ -274,7 +271,7 @@ std::optional<DecodedFrame> MpvPlayer::decodedFrame() const {
     return whole ? std::optional(std::move(frame)) : std::nullopt;
 }
 
-void MpvPlayer::onPlayStateChange(std::function<void(PlayState)> listener) {
+void MpvPlayer::onPlayStateChange(GatedListener<PlayState> listener) {
     stateListener_ = std::move(listener);
 }
 
@@ -295,12 +292,7 @@ void MpvPlayer::setState(PlayState state) {
 
 void MpvPlayer::sendState(PlayState state) {
     QMetaObject::invokeMethod(
-        &context_,
-        [this, state] {
-            if (stateListener_)
-                stateListener_(state);
-        },
-        Qt::QueuedConnection);
+        &context_, [this, state] { stateListener_(state); }, Qt::QueuedConnection);
 }
 
 } // namespace velmorant

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/gate/GatedListener.h"
 #include "desktop/player/DecodedFrame.h"
 #include "desktop/player/MpvHandle.h"
 #include "desktop/player/PictureListener.h"
@@ -7,7 +8,6 @@
 
 #include <QObject>
 
-#include <functional>
 #include <memory>
 
 namespace velmorant {
@@ -32,7 +32,8 @@ enum class FrameStep { Back, Forward };
 /// the recording plays without sound.
 class MpvPlayer : public PlayerControls, public PlayerSettings {
   public:
-    using FailureListener = std::function<void(const std::string& path, const std::string& reason)>;
+    /// Path and reason.
+    using FailureListener = GatedListener<std::string, std::string>;
 
     /// Throws StepError when libmpv cannot be started.
     MpvPlayer(VideoOutput video, AudioOutput audio);
@@ -67,7 +68,7 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     /// The picture shown now; absent when there is none.
     std::optional<DecodedFrame> decodedFrame() const;
 
-    void onPlayStateChange(std::function<void(PlayState)> listener);
+    void onPlayStateChange(GatedListener<PlayState> listener);
     /// The recording cannot be opened or holds no picture that can be decoded: path and libmpv's
     /// reason. The player is then closed but for its url(); play() tries it again.
     void onOpenFailed(FailureListener listener);
@@ -140,7 +141,7 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     int volume_ = 100;
     double rate_ = 1;
 
-    std::function<void(PlayState)> stateListener_;
+    GatedListener<PlayState> stateListener_;
     FailureListener failureListener_;
     FailureListener earlyEndListener_;
 };

@@ -199,8 +199,7 @@ void MpvPlayer::report(FailureListener MpvPlayer::*listener, const std::string& 
         &context_,
         [this, listener, path = url_, reason] {
             const bool same = path == url_ && !firstError_.empty();
-            if (this->*listener)
-                (this->*listener)(path, same ? reason + ": " + firstError_ : reason);
+            (this->*listener)(path, same ? reason + ": " + firstError_ : reason);
         },
         Qt::QueuedConnection);
 }

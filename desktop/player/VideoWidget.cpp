@@ -83,8 +83,6 @@ void VideoWidget::setFullScreenPicture(bool fullScreen) {
         placePicture();
         window()->activateWindow();
     }
-    if (fullScreenListener_)
-        fullScreenListener_(fullScreen);
 }
 
 void VideoWidget::setPictureSize(int width, int height) {
@@ -144,7 +142,7 @@ bool VideoWidget::reportMouse(QEvent& event, MouseAction action) {
                    (keys & Qt::AltModifier ? 4 : 0);
     report.x = mouse.position().toPoint().x();
     report.y = mouse.position().toPoint().y();
-    if (report.button != 0 && mouseListener_)
+    if (report.button != 0)
         mouseListener_(report);
     return true;
 }
@@ -154,7 +152,7 @@ bool VideoWidget::reportWheel(QEvent& event) {
     wheelAngle_ += static_cast<QWheelEvent&>(event).angleDelta().y();
     const int steps = wheelAngle_ / anglePerStep;
     wheelAngle_ -= steps * anglePerStep;
-    if (steps != 0 && wheelListener_)
+    if (steps != 0)
         wheelListener_(steps);
     event.accept();
     return true;
@@ -184,24 +182,19 @@ void VideoWidget::paintEvent(QPaintEvent*) {
 }
 
 void VideoWidget::resizeEvent(QResizeEvent*) {
-    if (resizeListener_)
-        resizeListener_(width(), height());
+    resizeListener_.latest(width(), height());
 }
 
-void VideoWidget::onMouse(std::function<void(const PictureMouseEvent&)> listener) {
+void VideoWidget::onMouse(GatedListener<PictureMouseEvent> listener) {
     mouseListener_ = std::move(listener);
 }
 
-void VideoWidget::onWheel(std::function<void(int)> listener) {
+void VideoWidget::onWheel(GatedListener<int> listener) {
     wheelListener_ = std::move(listener);
 }
 
-void VideoWidget::onResize(std::function<void(int, int)> listener) {
+void VideoWidget::onResize(GatedListener<int, int> listener) {
     resizeListener_ = std::move(listener);
-}
-
-void VideoWidget::onFullScreenChange(std::function<void(bool)> listener) {
-    fullScreenListener_ = std::move(listener);
 }
 
 } // namespace velmorant

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "desktop/gate/GatedListener.h"
 #include "desktop/player/PictureListener.h"
 #include "desktop/player/VideoSurface.h"
 
 #include <QPixmap>
 #include <QPointer>
-
-#include <functional>
 
 namespace velmorant {
 
@@ -36,11 +35,10 @@ class VideoWidget : public QWidget, private PictureListener {
     void setPictureSize(int width, int height);
     bool setBackgroundPicture(const std::string& path);
 
-    void onMouse(std::function<void(const PictureMouseEvent&)> listener);
-    void onWheel(std::function<void(int steps)> listener); ///< up is positive
-    /// The box was resized, in pixels.
-    void onResize(std::function<void(int width, int height)> listener);
-    void onFullScreenChange(std::function<void(bool fullScreen)> listener);
+    void onMouse(GatedListener<PictureMouseEvent> listener);
+    void onWheel(GatedListener<int> listener); ///< steps, up is positive
+    /// The box was resized: width and height in pixels.
+    void onResize(GatedListener<int, int> listener);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -66,10 +64,9 @@ class VideoWidget : public QWidget, private PictureListener {
     int wheelAngle_ = 0;
     QString backgroundPath_;
     QPixmap background_; ///< at the widget's size
-    std::function<void(const PictureMouseEvent&)> mouseListener_;
-    std::function<void(int)> wheelListener_;
-    std::function<void(int, int)> resizeListener_;
-    std::function<void(bool)> fullScreenListener_;
+    GatedListener<PictureMouseEvent> mouseListener_;
+    GatedListener<int> wheelListener_;
+    GatedListener<int, int> resizeListener_;
 };
 
 /// VideoWidget as the logic's port.

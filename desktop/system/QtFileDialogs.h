@@ -1,7 +1,7 @@
 #pragma once
 
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/system/FileKinds.h"
-#include "desktop/system/HandlerGate.h"
 #include "desktop/system/ToolkitTexts.h"
 #include "desktop/system/mountedCards.h"
 #include "ports/FileDialogs.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/system/HandlerGate.h"
+#include "desktop/gate/HandlerGate.h"
 #include "ports/Timer.h"
 #include <QTimer>
 #include <memory>

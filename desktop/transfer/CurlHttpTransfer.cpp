@@ -36,8 +36,8 @@ std::string reasonOf(const std::string& statusLine) {
 
 } // namespace
 
-CurlHttpTransfer::CurlHttpTransfer(Delivery deliver)
-    : easy_(curl_easy_init()), deliver_(std::move(deliver)) {
+CurlHttpTransfer::CurlHttpTransfer(GatedDelivery delivery)
+    : easy_(curl_easy_init()), delivery_(std::move(delivery)) {
     if (!easy_)
         throw std::bad_alloc();
     setUp();
@@ -256,14 +256,10 @@ void CurlHttpTransfer::tellLater(std::function<void()> call) {
 }
 
 void CurlHttpTransfer::deliver(std::function<void()> call) {
-    auto current = [this, asked = generation_, call = std::move(call)] {
+    delivery_([this, asked = generation_, call = std::move(call)] {
         if (asked == generation_)
             call();
-    };
-    if (deliver_)
-        deliver_(std::move(current));
-    else
-        current();
+    });
 }
 
 std::string CurlHttpTransfer::header(const std::string& name) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "desktop/gate/GatedListener.h"
 #include "ports/HttpTransfer.h"
 
 #include <QTimer>
@@ -35,11 +36,8 @@ class CurlLoop;
 /// the environment names them; http_proxy, https_proxy and no_proxy are followed.
 class CurlHttpTransfer : public HttpTransfer {
   public:
-    /// Brings a call of a listener to the time when it may run (HandlerGate::runWhenFree).
-    using Delivery = std::function<void(std::function<void()>)>;
-
-    /// Unset: listeners are called at once.
-    explicit CurlHttpTransfer(Delivery deliver = {});
+    /// Listeners are called through it.
+    explicit CurlHttpTransfer(GatedDelivery delivery);
     ~CurlHttpTransfer() override;
 
     void setPort(int port) override;
@@ -83,7 +81,7 @@ class CurlHttpTransfer : public HttpTransfer {
     std::unique_ptr<CurlLoop> loop_; ///< holds the connection
     std::array<char, CURL_ERROR_SIZE> error_{};
     QTimer idle_;
-    Delivery deliver_;
+    GatedDelivery delivery_;
     QUrl asked_; ///< the present address, after redirections
     int port_ = 80;
     int redirections_ = 0;

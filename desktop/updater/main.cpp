@@ -1,5 +1,6 @@
 #include "app/LanguageTable.h"
 #include "common/StepError.h"
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/transfer/CurlHttpTransfer.h"
 #include "update/MainProgramUpdate.h"
 #include "update/PosixProgramHost.h"
@@ -55,7 +56,8 @@ int main(int argc, char** argv) {
     SettingsState settings;
     const LanguageTable texts(settings, qEnvironmentVariable("VELMORANT_SERVER").toStdString());
     ProgramTree tree(QCoreApplication::applicationDirPath().toStdString());
-    CurlHttpTransfer transfer;
+    HandlerGate gate;
+    CurlHttpTransfer transfer(gate.delivery());
     PosixProgramHost host(watched);
     try {
         MainProgramUpdate update(

@@ -4,7 +4,6 @@
 #include <QMimeData>
 #include <QUrl>
 #include <QWidget>
-#include <utility>
 
 namespace velmorant {
 namespace {
@@ -19,8 +18,7 @@ std::vector<std::string> localPaths(const QMimeData& data) {
 
 } // namespace
 
-DropTarget::DropTarget(QWidget& widget, HandlerGate& gate, Listener listener)
-    : QObject(&widget), gate_(gate), listener_(std::move(listener)) {
+DropTarget::DropTarget(QWidget& widget) : QObject(&widget) {
     widget.setAcceptDrops(true);
     widget.installEventFilter(this);
 }
@@ -39,11 +37,7 @@ bool DropTarget::eventFilter(QObject*, QEvent* event) {
     drop->accept();
     if (type == QEvent::Drop)
         QMetaObject::invokeMethod(
-            this,
-            [this, paths] {
-                gate_.runWhenFree([listener = listener_, paths] { listener(paths); });
-            },
-            Qt::QueuedConnection);
+            this, [this, paths] { listener_(paths); }, Qt::QueuedConnection);
     return true;
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "desktop/system/HandlerGate.h"
+#include "desktop/gate/GatedListener.h"
 #include <QObject>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -14,17 +13,17 @@ namespace velmorant {
 class DropTarget : public QObject {
     Q_OBJECT
   public:
-    using Listener = std::function<void(const std::vector<std::string>& paths)>;
+    using Listener = GatedListener<std::vector<std::string>>; ///< paths
 
-    /// Belongs to the widget. The listener is called through the gate, after the drop has ended, so
-    /// that it may ask questions.
-    DropTarget(QWidget& widget, HandlerGate& gate, Listener listener);
+    /// Belongs to the widget.
+    explicit DropTarget(QWidget& widget);
+    /// Called after the drop has ended, so that it may ask questions.
+    void onDrop(Listener listener) { listener_ = std::move(listener); }
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    HandlerGate& gate_;
     Listener listener_;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/system/HandlerGate.h"
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/system/QtWaits.h"
 #include "ports/ProgressWindow.h"
 #include <QDialog>

@@ -16,17 +16,10 @@ namespace {
 constexpr qint64 typingPauseMilliseconds = 1000;
 constexpr int signColumnPixels = 20;
 
-template <typename Listener, typename... Arguments>
-void report(HandlerGate& gate, const Listener& listener, Arguments... arguments) {
-    if (listener)
-        gate.runWhenFree([listener, arguments...] { listener(arguments...); });
-}
-
 } // namespace
 
-RecordingListView::RecordingListView(HandlerGate& gate, const Screen& screen, QWidget* parent)
+RecordingListView::RecordingListView(const Screen& screen, QWidget* parent)
     : QTreeView(parent),
-      gate_(gate),
       screen_(screen),
       model_(new RecordingListModel(this)),
       delegate_(new RecordingListDelegate(this)) {
@@ -183,7 +176,7 @@ void RecordingListView::mousePressEvent(QMouseEvent* event) {
         return event->ignore();
     const QPoint place = event->position().toPoint();
     const int row = hitTest(place.x(), place.y());
-    report(gate_, listeners_.mouseDown, place.x(), place.y());
+    listeners_.mouseDown(place.x(), place.y());
     if (row > 0)
         selectionChanged(row);
     pressedRow_ = event->button() == Qt::LeftButton ? row : 0;
@@ -194,12 +187,12 @@ void RecordingListView::mouseReleaseEvent(QMouseEvent* event) {
     const int pressed = std::exchange(pressedRow_, 0);
     if (event->button() == Qt::LeftButton && pressed > 0 &&
         pressed == hitTest(place.x(), place.y()))
-        report(gate_, listeners_.mouseClick, place.x(), place.y());
+        listeners_.mouseClick(place.x(), place.y());
 }
 
 void RecordingListView::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
-        report(gate_, listeners_.doubleClick);
+        listeners_.doubleClick();
 }
 
 // The base class would select the rows that the pointer passes over.
@@ -219,12 +212,12 @@ void RecordingListView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_End:
         return moveByKey(event);
     case Qt::Key_Space:
-        return report(gate_, listeners_.toggle);
+        return listeners_.toggle();
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        return report(gate_, listeners_.activate);
+        return listeners_.activate();
     case Qt::Key_Delete:
-        return report(gate_, listeners_.remove);
+        return listeners_.remove();
     default:
         break;
     }
@@ -238,7 +231,7 @@ void RecordingListView::moveByKey(QKeyEvent* event) {
     QTreeView::keyPressEvent(event);
     event->accept();
     if (selectedRow() != before)
-        report(gate_, listeners_.select, selectedRow());
+        listeners_.select(selectedRow());
 }
 
 void RecordingListView::type(const QString& text) {
@@ -246,7 +239,7 @@ void RecordingListView::type(const QString& text) {
         typed_.clear();
     sinceTyped_.start();
     typed_ += text;
-    report(gate_, listeners_.type, typed_.toStdString());
+    listeners_.type(typed_.toStdString());
 }
 
 void RecordingListView::contextMenuEvent(QContextMenuEvent* event) {
@@ -256,7 +249,7 @@ void RecordingListView::contextMenuEvent(QContextMenuEvent* event) {
     if (byKey && row > 0)
         place = viewport()->mapToGlobal(
             visualRect(model_->index(row - 1, RecordingListModel::Text)).center());
-    report(gate_, listeners_.contextMenu, row, place);
+    listeners_.contextMenu(row, place);
 }
 
 // The frame of the chosen row tells whether the list has the keys.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/system/HandlerGate.h"
+#include "desktop/gate/GatedListener.h"
 #include "desktop/widgets/RecordingListDelegate.h"
 #include "desktop/widgets/RecordingListModel.h"
 #include "ports/ListControl.h"
@@ -8,7 +8,6 @@
 #include "recordings/RecordingListListener.h"
 #include <QElapsedTimer>
 #include <QTreeView>
-#include <functional>
 
 namespace velmorant {
 
@@ -22,23 +21,22 @@ class RecordingListView : public QTreeView,
                           public RecordingListListener {
     Q_OBJECT
   public:
-    /// What the user does. All listeners are called through the gate; rows are 1-based, places are
-    /// pixels of the control.
+    /// What the user does. Rows are 1-based, places are pixels of the control.
     struct Listeners {
-        std::function<void(int x, int y)> mouseDown;
-        std::function<void(int x, int y)> mouseClick; ///< pressed and released on one row
-        std::function<void()> doubleClick;
-        std::function<void(int row)> select; ///< by the arrow keys, Home, End and page keys
-        std::function<void()> toggle;        ///< space
-        std::function<void()> activate;      ///< Enter
-        std::function<void()> remove;        ///< Delete
+        GatedListener<int, int> mouseDown;  ///< x, y
+        GatedListener<int, int> mouseClick; ///< x, y; pressed and released on one row
+        GatedListener<> doubleClick;
+        GatedListener<int> select; ///< row; by the arrow keys, Home, End and page keys
+        GatedListener<> toggle;    ///< space
+        GatedListener<> activate;  ///< Enter
+        GatedListener<> remove;    ///< Delete
         /// What was typed so far, digits and ":"; a pause of a second begins anew.
-        std::function<void(const std::string& typed)> type;
-        std::function<void(int row, const QPoint& screenPlace)> contextMenu; ///< row 0: none
+        GatedListener<std::string> type;
+        GatedListener<int, QPoint> contextMenu; ///< row, 0 for none, and place on the screen
     };
 
-    /// Gate and screen must outlive the view.
-    RecordingListView(HandlerGate& gate, const Screen& screen, QWidget* parent = nullptr);
+    /// The screen must outlive the view.
+    explicit RecordingListView(const Screen& screen, QWidget* parent = nullptr);
     void setListeners(Listeners listeners) { listeners_ = std::move(listeners); }
     /// Not owned; null: no rows.
     void setSource(const RowSource* source);
@@ -87,7 +85,6 @@ class RecordingListView : public QTreeView,
     void updateKindOffset();
     void followPlayingRow(int first, int count);
 
-    HandlerGate& gate_;
     const Screen& screen_;
     RecordingListModel* model_;
     RecordingListDelegate* delegate_;

@@ -3,7 +3,6 @@
 #include "desktop/widgets/SkinButton.h"
 #include "desktop/widgets/SkinTexts.h"
 #include <QPainter>
-#include <QPointer>
 #include <algorithm>
 #include <iostream>
 #include <utility>
@@ -38,8 +37,7 @@ void sortForReading(std::vector<const SkinElement*>& elements) {
 
 } // namespace
 
-SkinView::SkinView(HandlerGate& gate, QWidget* parent)
-    : QWidget(parent), gate_(gate), drawing_(std::make_shared<SkinDrawing>()) {
+SkinView::SkinView(QWidget* parent) : QWidget(parent), drawing_(std::make_shared<SkinDrawing>()) {
     // A click beside the elements takes the focus from where it was, such as the list.
     setFocusPolicy(Qt::ClickFocus);
 }
@@ -94,17 +92,10 @@ QWidget* SkinView::buildElement(const SkinElement& element) {
             slider->setOptions(options->second);
         connect(slider, &SkinSlider::changed, this, [this, id](double value) {
             states_[keyOf(id)].value = value;
-            gate_.runWhenFree([view = QPointer<SkinView>(this), id, value] {
-                if (view && view->slider_)
-                    view->slider_(id, value);
-            });
+            slider_(id, value);
         });
-        connect(slider, &SkinSlider::previewed, this, [this, id](double value) {
-            gate_.runWhenFree([view = QPointer<SkinView>(this), id, value] {
-                if (view && view->preview_)
-                    view->preview_(id, value);
-            });
-        });
+        connect(slider, &SkinSlider::previewed, this,
+                [this, id](double value) { preview_.latest(id, value); });
         return slider;
     }
     case SkinElementKind::Button:
@@ -112,11 +103,8 @@ QWidget* SkinView::buildElement(const SkinElement& element) {
     }
     auto* button = new SkinButton(drawing_, element, this);
     connect(button, &SkinButton::clicked, this, [this, id] {
-        // The view may be gone by the time a busy gate delivers.
-        gate_.runWhenFree([view = QPointer<SkinView>(this), id] {
-            if (view && view->click_)
-                view->click_(id);
-        });
+        emit clicked(id);
+        click_(id);
     });
     return button;
 }
@@ -243,15 +231,15 @@ void SkinView::setExpectedElements(std::vector<std::string> elements) {
     expected_ = std::move(elements);
 }
 
-void SkinView::onClick(std::function<void(const std::string&)> listener) {
+void SkinView::onClick(GatedListener<std::string> listener) {
     click_ = std::move(listener);
 }
 
-void SkinView::onSlider(std::function<void(const std::string&, double)> listener) {
+void SkinView::onSlider(GatedListener<std::string, double> listener) {
     slider_ = std::move(listener);
 }
 
-void SkinView::onSliderPreview(std::function<void(const std::string&, double)> listener) {
+void SkinView::onSliderPreview(GatedListener<std::string, double> listener) {
     preview_ = std::move(listener);
 }
 

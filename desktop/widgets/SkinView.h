@@ -1,6 +1,6 @@
 #pragma once
 
-#include "desktop/system/HandlerGate.h"
+#include "desktop/gate/GatedListener.h"
 #include "desktop/widgets/SkinDrawing.h"
 #include "desktop/widgets/SkinSlider.h"
 #include "ports/Skin.h"
@@ -21,8 +21,7 @@ class SkinView : public QWidget, public Skin {
   public:
     using ElementText = std::function<std::string(const std::string& element)>;
 
-    /// Listeners are called through the gate, which must outlive the view.
-    explicit SkinView(HandlerGate& gate, QWidget* parent = nullptr);
+    explicit SkinView(QWidget* parent = nullptr);
 
     bool load(const std::string& path) override;
     void setOn(const std::string& element, bool on) override;
@@ -45,10 +44,10 @@ class SkinView : public QWidget, public Skin {
     void setExpectedElements(std::vector<std::string> elements);
 
     /// Listeners get the id as the drawing writes it.
-    void onClick(std::function<void(const std::string&)> listener);
-    void onSlider(std::function<void(const std::string&, double)> listener);
-    /// While the user drags a slider with SliderDrag::AtRelease.
-    void onSliderPreview(std::function<void(const std::string&, double)> listener);
+    void onClick(GatedListener<std::string> listener);
+    void onSlider(GatedListener<std::string, double> listener);
+    /// While the user drags a slider with SliderDrag::AtRelease; where it stands now.
+    void onSliderPreview(GatedListener<std::string, double> listener);
 
     /// A place, or any other id, in pixels of this widget; empty when the drawing lacks it.
     QRect placeRect(const std::string& id) const;
@@ -59,6 +58,8 @@ class SkinView : public QWidget, public Skin {
 
   signals:
     void loaded(); ///< another drawing is shown
+    /// For the window that holds the skin and serves some of its elements itself.
+    void clicked(const std::string& element);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -82,7 +83,6 @@ class SkinView : public QWidget, public Skin {
     template <typename Change>
     void change(const std::string& element, Change change);
 
-    HandlerGate& gate_;
     std::shared_ptr<SkinDrawing> drawing_;
     QString path_;
     std::map<QString, QWidget*> widgets_; ///< by lower-case id; owned by this widget
@@ -92,9 +92,9 @@ class SkinView : public QWidget, public Skin {
     mutable std::map<QString, bool> reported_;
     ElementText name_;
     ElementText toolTip_;
-    std::function<void(const std::string&)> click_;
-    std::function<void(const std::string&, double)> slider_;
-    std::function<void(const std::string&, double)> preview_;
+    GatedListener<std::string> click_;
+    GatedListener<std::string, double> slider_;
+    GatedListener<std::string, double> preview_;
 };
 
 } // namespace velmorant

@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <utility>
 
 namespace velmorant {
@@ -18,6 +19,9 @@ QRect placeIn(const SkinView& skin, const char* id, const QRect& otherwise) {
     return place.isEmpty() ? otherwise : place;
 }
 
+constexpr Qt::KeyboardModifiers otherModifiers =
+    Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+
 constexpr QRect pictureArea{10, 120, 656, 369};
 constexpr QRect bandArea{10, 489, 656, 209};
 constexpr QRect mapArea{676, 120, 338, 248};
@@ -27,11 +31,12 @@ constexpr QRect titleArea{0, 0, MainWindow::frameWidth, 40};
 } // namespace
 
 MainWindow::MainWindow(HandlerGate& gate, const Screen& screen)
-    : skin_(new SkinView(gate)),
+    : skin_(new SkinView),
       window_(*this, gate, screen),
       native_(*this),
       bands_(*skin_, screen),
-      drag_(*this) {
+      drag_(*this),
+      drop_(new DropTarget(*this)) {
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint);
     skin_->setFixedSize(frameWidth, frameHeight);
@@ -41,18 +46,17 @@ MainWindow::MainWindow(HandlerGate& gate, const Screen& screen)
     resize(frameWidth, frameHeight);
     layoutPanes();
     connect(skin_, &SkinView::loaded, this, &MainWindow::layoutPanes);
-    skin_->onClick([this](const std::string& element) {
+    connect(skin_, &SkinView::clicked, this, [this](const std::string& element) {
         if (element == "minimise")
             showMinimized();
         else if (element == "close")
             close();
-        else if (command_)
+        else
             command_(element);
     });
-    new DropTarget(*this, gate, [this](const std::vector<std::string>& paths) {
-        if (drop_)
-            drop_(paths);
-    });
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint& place) { contextMenu_(place); });
 }
 
 void MainWindow::layoutPanes() {
@@ -75,8 +79,9 @@ void MainWindow::host(Pane pane, QWidget& widget) {
     widget.raise();
 }
 
-void MainWindow::onCommand(std::function<void(const std::string&)> listener) {
-    command_ = std::move(listener);
+void MainWindow::onKey(std::vector<int> keys, GatedListener<KeyPress> listener) {
+    keys_ = std::move(keys);
+    key_ = std::move(listener);
 }
 
 void MainWindow::enlarge(QWidget* widget) {
@@ -102,7 +107,10 @@ void MainWindow::enlarge(QWidget* widget) {
 void MainWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
         openContextMenu();
-    else if (!key_ || !key_(*event))
+    else if (!(event->modifiers() & otherModifiers) &&
+             std::find(keys_.begin(), keys_.end(), event->key()) != keys_.end())
+        key_({event->key(), event->modifiers().testFlag(Qt::ShiftModifier)});
+    else
         event->ignore();
 }
 
@@ -110,7 +118,7 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 void MainWindow::openContextMenu() {
     QWidget* target = qobject_cast<QAbstractScrollArea*>(focusWidget());
     if (target == nullptr) { // a button, which has no menu but the frame's
-        emit customContextMenuRequested(titleArea.center());
+        contextMenu_(titleArea.center());
         return;
     }
     const QPoint place = target->rect().center();

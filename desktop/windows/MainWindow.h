@@ -8,8 +8,14 @@
 #include "desktop/windows/QtWindow.h"
 #include <QWidget>
 #include <map>
+#include <vector>
 
 namespace velmorant {
+
+struct KeyPress {
+    int key = 0; ///< Qt::Key
+    bool shift = false;
+};
 
 /// The frame: 1024 x 708 pixels without a frame of the desktop's, its title area and commands drawn
 /// by the skin, the panes hosted in the skin's places. On a smaller screen it scrolls.
@@ -36,10 +42,12 @@ class MainWindow : public QWidget {
     void host(Pane pane, QWidget& widget);
 
     /// Clicks on elements of the skin other than "minimise" and "close", which the frame serves.
-    void onCommand(std::function<void(const std::string& element)> listener);
-    /// Keys that the focused pane has no use for; true when it was used.
-    void onKey(std::function<bool(const QKeyEvent&)> listener) { key_ = std::move(listener); }
-    void onDrop(DropTarget::Listener listener) { drop_ = std::move(listener); }
+    void onCommand(GatedListener<std::string> listener) { command_ = std::move(listener); }
+    /// These keys, alone or with Shift, where the focused pane has no use for them.
+    void onKey(std::vector<int> keys, GatedListener<KeyPress> listener);
+    void onDrop(DropTarget::Listener listener) { drop_->onDrop(std::move(listener)); }
+    /// Beside all panes: by mouse, menu key or Shift+F10; the place in pixels of the frame.
+    void onContextMenu(GatedListener<QPoint> listener) { contextMenu_ = std::move(listener); }
 
     /// Lets one widget of a pane, such as the map, fill the window below the title area; null: it
     /// is in its place again.
@@ -66,9 +74,11 @@ class MainWindow : public QWidget {
     QPointer<QWidget> enlarged_;
     QPointer<QWidget> enlargedParent_; ///< where it came from
     QRect enlargedPlace_;
-    std::function<void(const std::string&)> command_;
-    std::function<bool(const QKeyEvent&)> key_;
-    DropTarget::Listener drop_;
+    DropTarget* drop_; ///< a child of this window
+    GatedListener<std::string> command_;
+    std::vector<int> keys_;
+    GatedListener<KeyPress> key_;
+    GatedListener<QPoint> contextMenu_;
 };
 
 } // namespace velmorant

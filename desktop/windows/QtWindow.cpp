@@ -87,11 +87,11 @@ int QtWindow::top() const {
     return widget_->y() * screen_.twipsPerPixelY();
 }
 
-void QtWindow::onCloseRequest(std::function<void()> listener) {
+void QtWindow::onCloseRequest(GatedListener<> listener) {
     closeRequest_ = std::move(listener);
 }
 
-void QtWindow::onResize(std::function<void()> listener) {
+void QtWindow::onResize(GatedListener<> listener) {
     resized_ = std::move(listener);
 }
 
@@ -109,22 +109,13 @@ bool QtWindow::eventFilter(QObject* watched, QEvent* event) {
         return false;
     if (event->type() == QEvent::WindowActivate)
         agreeOnPlace();
-    if (event->type() == QEvent::Resize && resized_)
-        gate_.runWhenFree([window = QPointer<QtWindow>(this)] {
-            if (window)
-                window->resized_();
-        });
+    if (event->type() == QEvent::Resize)
+        resized_.latest();
     if (event->type() != QEvent::Close || closing_ || !closeRequest_)
         return false;
     event->ignore();
     // One question is enough, however often the user asks before it can be put.
-    if (!std::exchange(requested_, true))
-        gate_.runWhenFree([window = QPointer<QtWindow>(this)] {
-            if (!window)
-                return;
-            window->requested_ = false;
-            window->closeRequest_();
-        });
+    closeRequest_.latest();
     return true;
 }
 

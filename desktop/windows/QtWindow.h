@@ -1,12 +1,11 @@
 #pragma once
 
-#include "desktop/system/HandlerGate.h"
+#include "desktop/gate/HandlerGate.h"
 #include "ports/Screen.h"
 #include "ports/Window.h"
 #include <QObject>
 #include <QPointer>
 #include <QWidget>
-#include <functional>
 
 namespace velmorant {
 
@@ -29,9 +28,9 @@ class QtWindow : public QObject, public Window {
 
     /// The user wants the window closed: the listener decides and calls close(). Without a listener
     /// the window closes.
-    void onCloseRequest(std::function<void()> listener);
+    void onCloseRequest(GatedListener<> listener);
     /// After every change of size.
-    void onResize(std::function<void()> listener);
+    void onResize(GatedListener<> listener);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -43,9 +42,8 @@ class QtWindow : public QObject, public Window {
     HandlerGate& gate_;
     const Screen& screen_;
     bool closing_ = false;
-    bool requested_ = false; ///< a close request waits for the gate
-    std::function<void()> closeRequest_;
-    std::function<void()> resized_;
+    GatedListener<> closeRequest_;
+    GatedListener<> resized_;
 };
 
 } // namespace velmorant

@@ -8,7 +8,7 @@
 namespace velmorant {
 
 SkinDialog::SkinDialog(HandlerGate& gate, const Screen& screen, Kind kind, QWidget* parent)
-    : QWidget(parent), skin_(new SkinView(gate)), window_(*this, gate, screen), drag_(*this) {
+    : QWidget(parent), skin_(new SkinView), window_(*this, gate, screen), drag_(*this) {
     setWindowFlags((kind == Kind::Splash ? Qt::SplashScreen : Qt::Dialog) |
                    Qt::FramelessWindowHint);
     auto* layout = new QVBoxLayout(this);

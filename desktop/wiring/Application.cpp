@@ -1,10 +1,10 @@
 #include "desktop/wiring/Application.h"
 
 #include "common/textRules.h"
+#include "desktop/system/endEventLoop.h"
 #include "desktop/wiring/Bridges.h"
 #include "desktop/wiring/paneNames.h"
 
-#include <QApplication>
 #include <QUrl>
 #include <QUrlQuery>
 
@@ -81,10 +81,7 @@ StartUpResult Application::start(const std::string& commandLine) {
 
 void Application::endProgram() {
     m_panes->picture.player.stop();
-    // Queued: the handler that ends the program still runs, and the event loop may not yet.
-    // Not quit(): that would ask every window to close, and the frame would ask the user.
-    QMetaObject::invokeMethod(
-        qApp, [] { QCoreApplication::exit(0); }, Qt::QueuedConnection);
+    endEventLoop();
 }
 
 // map -> program: what the page asks for.
@@ -98,9 +95,10 @@ WebEngineBrowserSettings Application::mapSettings() {
     settings.tiles = m_tiles.get();
     settings.source.configuration = [this] { return m_mapData->configuration(); };
     settings.source.track = [this](long number) { return m_mapData->track(number); };
-    settings.source.command = [this](const std::string& name, const std::string& query) {
-        return answerCommand(name, query);
-    };
+    settings.source.command = m_host->gate.listener(
+        [this](const std::string& name, const std::string& query, const MapPageAnswer& answer) {
+            answer(answerCommand(name, query));
+        });
     return settings;
 }
 

@@ -8,7 +8,6 @@
 
 #include <QApplication>
 #include <QDesktopServices>
-#include <QKeyEvent>
 #include <QUrl>
 
 namespace velmorant {
@@ -18,22 +17,18 @@ namespace velmorant {
 void Application::connectPlayer() {
     MpvPlayer& player = m_panes->picture.player;
     HandlerGate& gate = m_host->gate;
-    player.onPlayStateChange([this, &gate](PlayState state) {
-        gate.runWhenFree([this, state] {
-            m_host->journal.write("state " + std::to_string(static_cast<int>(state)) + " " +
-                                  m_panes->picture.player.url());
-            m_rooms.child->PlayStateChange(state);
-        });
-    });
-    const auto failed = [this, &gate](const std::string& path, const std::string& reason) {
-        gate.runWhenFree([this, path, reason] {
-            m_host->journal.write("failed " + path + ": " + reason);
-            m_rooms.child->PlaybackFailed(path, reason);
-        });
+    player.onPlayStateChange(gate.listener([this](PlayState state) {
+        m_host->journal.write("state " + std::to_string(static_cast<int>(state)) + " " +
+                              m_panes->picture.player.url());
+        m_rooms.child->PlayStateChange(state);
+    }));
+    const auto failed = [this](const std::string& path, const std::string& reason) {
+        m_host->journal.write("failed " + path + ": " + reason);
+        m_rooms.child->PlaybackFailed(path, reason);
     };
-    player.onOpenFailed(failed);
+    player.onOpenFailed(gate.listener(failed));
     // It has played as far as it goes; the end that follows finds the next row requested already.
-    player.onEndedEarly(failed);
+    player.onEndedEarly(gate.listener(failed));
     m_rooms.child->onPlayStateChanged = [this](PlayState state) {
         m_rooms.curve->PlayStateChanged(state);
         m_rooms.moment->Show();
@@ -46,48 +41,43 @@ void Application::connectPlayer() {
 void Application::connectPicture() {
     HandlerGate& gate = m_host->gate;
     VideoWidget& picture = *m_panes->picture.widget;
-    picture.onResize(
-        [this](int width, int height) { m_rooms.child->ResizeBackground(width, height); });
-    picture.onMouse([this, &gate](const PictureMouseEvent& event) {
-        gate.runWhenFree([this, event] {
-            switch (event.action) {
-            case MouseAction::Press:
-                m_rooms.clicks->pressed();
-                break;
-            case MouseAction::Release:
-                m_rooms.clicks->released();
-                break;
-            case MouseAction::DoubleClick:
-                m_rooms.clicks->doubleClicked();
-                break;
-            }
-        });
-    });
-    picture.onWheel([this, &gate](int steps) {
-        gate.runWhenFree([this, steps] { m_rooms.curve->ChangeVolume(steps * 5); });
-    });
+    picture.onResize(gate.listener(
+        [this](int width, int height) { m_rooms.child->ResizeBackground(width, height); }));
+    picture.onMouse(gate.listener([this](const PictureMouseEvent& event) {
+        switch (event.action) {
+        case MouseAction::Press:
+            m_rooms.clicks->pressed();
+            break;
+        case MouseAction::Release:
+            m_rooms.clicks->released();
+            break;
+        case MouseAction::DoubleClick:
+            m_rooms.clicks->doubleClicked();
+            break;
+        }
+    }));
+    picture.onWheel(gate.listener([this](int steps) { m_rooms.curve->ChangeVolume(steps * 5); }));
 }
 
 // desktop -> playback: the control bar and the chart.
 
 void Application::connectControlBar() {
+    HandlerGate& gate = m_host->gate;
     ControlPane& control = m_panes->control;
-    control.skin->onClick(
-        [this](const std::string& element) { m_rooms.curve->ButtonClicked(element); });
-    control.skin->onSlider(
-        [this](const std::string& element, double) { m_rooms.curve->SliderChanged(element); });
-    control.skin->onSliderPreview([this](const std::string& element, double value) {
+    control.skin->onClick(gate.listener(
+        [this](const std::string& element) { m_rooms.curve->ButtonClicked(element); }));
+    control.skin->onSlider(gate.listener(
+        [this](const std::string& element, double) { m_rooms.curve->SliderChanged(element); }));
+    control.skin->onSliderPreview(gate.listener([this](const std::string& element, double value) {
         if (element == "playprogress")
             m_rooms.moment->Preview(value);
-    });
+    }));
     QObject::connect(control.skin, &SkinView::loaded, control.skin,
                      [this] { nameKeys(*m_panes->control.skin); });
-    control.chart.onMouseUp([this](int point) {
-        m_host->gate.runWhenFree([this, point] { m_rooms.chart->Click(point); });
-    });
-    control.chart.onHover([this](int point) {
+    control.chart.onMouseUp(gate.listener([this](int point) { m_rooms.chart->Click(point); }));
+    control.chart.onHover(gate.listener([this](int point) {
         m_panes->control.chart.setHoverText(m_rooms.chart->PointText(point));
-    });
+    }));
     // app -> playback: the player window and the bar are loaded when they get their band.
     m_playerBands.onChild("frmCurve", [this] {
         m_rooms.curve->Load();
@@ -102,21 +92,24 @@ void Application::connectControlBar() {
 // desktop -> library: the recording list.
 
 void Application::connectList() {
+    HandlerGate& gate = m_host->gate;
     ListPane& pane = m_panes->list;
-    pane.skin->onClick([this](const std::string& element) { m_rooms.list->MarkCommand(element); });
+    pane.skin->onClick(
+        gate.listener([this](const std::string& element) { m_rooms.list->MarkCommand(element); }));
     RecordingListView::Listeners listeners;
-    listeners.mouseDown = [this](int x, int y) { m_rooms.list->MouseDown(x, y); };
-    listeners.mouseClick = [this](int x, int y) { m_rooms.list->MouseClick(x, y); };
-    listeners.doubleClick = [this] { m_rooms.list->PlaySelected(); };
-    listeners.select = [this](int row) { m_rooms.rows->select(row); };
-    listeners.toggle = [this] { m_rooms.list->ToggleSelected(); };
-    listeners.activate = [this] { m_rooms.list->PlaySelected(); };
-    listeners.remove = [this] { m_rooms.list->DeleteSelected(); };
-    listeners.type = [this](const std::string& typed) { m_rooms.list->SelectByTime(typed); };
-    listeners.contextMenu = [this](int row, const QPoint& screenPlace) {
+    listeners.mouseDown = gate.listener([this](int x, int y) { m_rooms.list->MouseDown(x, y); });
+    listeners.mouseClick = gate.listener([this](int x, int y) { m_rooms.list->MouseClick(x, y); });
+    listeners.doubleClick = gate.listener([this] { m_rooms.list->PlaySelected(); });
+    listeners.select = gate.listener([this](int row) { m_rooms.rows->select(row); });
+    listeners.toggle = gate.listener([this] { m_rooms.list->ToggleSelected(); });
+    listeners.activate = gate.listener([this] { m_rooms.list->PlaySelected(); });
+    listeners.remove = gate.listener([this] { m_rooms.list->DeleteSelected(); });
+    listeners.type =
+        gate.listener([this](const std::string& typed) { m_rooms.list->SelectByTime(typed); });
+    listeners.contextMenu = gate.listener([this](int row, const QPoint& screenPlace) {
         m_rooms.rows->select(row);
         m_listMenu->show(row, screenPlace);
-    };
+    });
     pane.view->setListeners(std::move(listeners));
     QObject::connect(pane.skin, &SkinView::loaded, pane.skin, [this] {
         m_panes->list.view->setWords(
@@ -129,28 +122,24 @@ void Application::connectList() {
 // desktop -> track: the map.
 
 void Application::connectMap() {
+    HandlerGate& gate = m_host->gate;
     WebEngineBrowser& browser = m_panes->map.browser;
-    browser.onDocumentComplete([this](const std::string& address) {
-        m_host->gate.runWhenFree([this, address] {
-            m_rooms.mediaCtrl->DocumentComplete(address);
-            m_host->journal.write("page " + address);
-        });
-    });
-    browser.onLoadFailed([this](const std::string& address) {
-        m_host->gate.runWhenFree([this, address] {
-            m_rooms.mediaCtrl->LoadFailed(address);
-            m_host->journal.write("no page " + address);
-        });
-    });
-    browser.onPageLost(
-        [this] { m_host->gate.runWhenFree([this] { m_rooms.mediaCtrl->PageLost(); }); });
-    browser.onLink([](const std::string& address) {
+    browser.onDocumentComplete(gate.listener([this](const std::string& address) {
+        m_rooms.mediaCtrl->DocumentComplete(address);
+        m_host->journal.write("page " + address);
+    }));
+    browser.onLoadFailed(gate.listener([this](const std::string& address) {
+        m_rooms.mediaCtrl->LoadFailed(address);
+        m_host->journal.write("no page " + address);
+    }));
+    browser.onPageLost(gate.listener([this] { m_rooms.mediaCtrl->PageLost(); }));
+    browser.onLink(gate.listener([](const std::string& address) {
         QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
-    });
-    browser.onPageMessage(
-        [this](const std::string& text) { m_host->journal.write("page says " + text); });
-    m_panes->map.bar->onClick(
-        [this](const std::string&) { m_panes->list.view->setFocus(Qt::OtherFocusReason); });
+    }));
+    browser.onPageMessage(gate.listener(
+        [this](const std::string& text) { m_host->journal.write("page says " + text); }));
+    m_panes->map.bar->onClick(gate.listener(
+        [this](const std::string&) { m_panes->list.view->setFocus(Qt::OtherFocusReason); }));
     // app -> track: the pane is loaded when it gets its band.
     m_frameBands.onChild("frmMediaCtrl", [this] {
         m_panes->map.browser.setLanguage(QString::fromStdString(
@@ -162,34 +151,37 @@ void Application::connectMap() {
 // desktop -> app: the frame.
 
 void Application::connectFrame() {
+    HandlerGate& gate = m_host->gate;
     MainWindow& frame = m_panes->frame;
-    frame.onCommand([this](const std::string& element) { m_rooms.main->SkinClick(element); });
-    frame.onDrop([this](const std::vector<std::string>& paths) { m_rooms.list->AddPaths(paths); });
-    frame.onKey([this](const QKeyEvent& event) { return useKey(event, m_rooms, *m_panes); });
-    frame.qtWindow().onResize([this] { m_rooms.main->Resize(); });
-    frame.setContextMenuPolicy(Qt::CustomContextMenu);
-    QObject::connect(&frame, &QWidget::customContextMenuRequested, &frame,
-                     [this](const QPoint& place) { m_titleMenu->show(place); });
-    frame.qtWindow().onCloseRequest([this] {
+    frame.onCommand(
+        gate.listener([this](const std::string& element) { m_rooms.main->SkinClick(element); }));
+    frame.onDrop(gate.listener(
+        [this](const std::vector<std::string>& paths) { m_rooms.list->AddPaths(paths); }));
+    frame.onKey(playerKeys(),
+                gate.listener([this](const KeyPress& press) { useKey(press, m_rooms, *m_panes); }));
+    frame.onContextMenu(gate.listener([this](const QPoint& place) { m_titleMenu->show(place); }));
+    frame.qtWindow().onResize(gate.listener([this] { m_rooms.main->Resize(); }));
+    frame.qtWindow().onCloseRequest(gate.listener([this] {
         if (m_rooms.main->CloseRequest() != CloseDecision::Close)
             return;
         m_rooms.main->Unload();
         m_panes->frame.qtWindow().close();
         endProgram();
-    });
+    }));
 }
 
 // desktop -> settings: the dialogs.
 
 void Application::connectDialogs() {
-    m_panes->setup.skin().onClick([this](const std::string& element) {
+    HandlerGate& gate = m_host->gate;
+    m_panes->setup.skin().onClick(gate.listener([this](const std::string& element) {
         if (equalsIgnoringCase(element, "cancel"))
             m_panes->setup.qtWindow().close();
         else
             m_rooms.setup->SkinClick(element);
-    });
+    }));
     m_panes->about.skin().onClick(
-        [this](const std::string& element) { m_rooms.about->SkinClick(element); });
+        gate.listener([this](const std::string& element) { m_rooms.about->SkinClick(element); }));
 }
 
 } // namespace velmorant

@@ -25,7 +25,7 @@ void Application::buildSplash() {
     m_rooms.tip = std::make_unique<frmTip>(
         frmTipNeeds{m_rooms.state.settings, m_splash->qtWindow(), m_splash->skin(), *m_splashTimer,
                     m_host->screen, m_host->files, m_host->paths, m_texts, m_host->messageBox});
-    m_splash->qtWindow().onResize([this] { m_rooms.tip->Resize(); });
+    m_splash->qtWindow().onResize(m_host->gate.listener([this] { m_rooms.tip->Resize(); }));
 }
 
 void Application::buildTrackRooms() {
@@ -139,7 +139,8 @@ void Application::buildUpdateRoom() {
     m_rooms.updateSchedule = std::make_unique<UpdateSchedule>(UpdateScheduleNeeds{
         bridges.updateTimer, m_host->clock, m_texts, m_host->profile, m_host->paths,
         [this] { m_rooms.update->Open(UpdateOpening::Automatic); }});
-    m_panes->updateWindow.onCloseRequest([this] { m_rooms.update->Close(); });
+    m_panes->updateWindow.onCloseRequest(
+        m_host->gate.listener([this] { m_rooms.update->Close(); }));
 }
 
 } // namespace velmorant

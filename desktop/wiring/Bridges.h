@@ -32,8 +32,7 @@ struct Application::Bridges {
           tAllLoad(host.gate),
           tClose(host.gate),
           updateTimer(host.gate),
-          transfer(
-              [&host](std::function<void()> step) { host.gate.runWhenFree(std::move(step)); }) {}
+          transfer(host.gate.delivery()) {}
 
     ListToMap listToMap;
     ListToExtraction listToExtraction;

@@ -2,8 +2,8 @@
 
 #include "app/PosixHostPaths.h"
 #include "app/PrivateProfile.h"
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/system/FreedesktopShellObject.h"
-#include "desktop/system/HandlerGate.h"
 #include "desktop/system/HostFileSystem.h"
 #include "desktop/system/QtClock.h"
 #include "desktop/system/QtFileDialogs.h"

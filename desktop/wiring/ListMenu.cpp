@@ -3,12 +3,12 @@
 #include "common/StepError.h"
 #include "common/textRules.h"
 #include "desktop/system/FileReplacement.h"
+#include "desktop/widgets/GatedMenu.h"
 #include "telemetry/Extract.h"
 #include "telemetry/export/TrackExporter.h"
 
 #include <QApplication>
 #include <QClipboard>
-#include <QMenu>
 #include <sstream>
 
 namespace velmorant {
@@ -42,29 +42,24 @@ std::string ListMenu::path(int row) const {
 void ListMenu::show(int row, const QPoint& screenPlace) {
     if (row < 1 || row > m_rooms.rows->count())
         return;
-    QMenu menu(m_panes.list.view);
-    const auto add = [this](QMenu& to, const char* text, std::function<void()> command) {
-        to.addAction(QString::fromStdString(m_texts.addition(text)), m_panes.list.view,
-                     [this, command = std::move(command)] { m_host.gate.runWhenFree(command); });
+    GatedMenu menu(m_host.gate, *m_panes.list.view);
+    const auto add = [this, &menu](const char* text, std::function<void()> command) {
+        menu.add(m_texts.addition(text), std::move(command));
     };
-    add(menu, "list.menu.play", [this] { m_rooms.list->PlaySelected(); });
-    add(menu, "list.menu.mark", [this] { m_rooms.list->ToggleSelected(); });
-    add(menu, "list.menu.map", [this, row] { showOnMap(row); });
+    add("list.menu.play", [this] { m_rooms.list->PlaySelected(); });
+    add("list.menu.mark", [this] { m_rooms.list->ToggleSelected(); });
+    add("list.menu.map", [this, row] { showOnMap(row); });
     menu.addSeparator();
-    add(menu, "list.menu.folder", [this, row] { showInFolder(row); });
-    add(menu, "list.menu.copy",
+    add("list.menu.folder", [this, row] { showInFolder(row); });
+    add("list.menu.copy",
         [this, row] { QApplication::clipboard()->setText(QString::fromStdString(path(row))); });
-    QMenu* exports = menu.addMenu(QString::fromStdString(m_texts.addition("list.menu.export")));
+    QMenu& exports = menu.addSubmenu(m_texts.addition("list.menu.export"));
     for (const char* format : {"gpx", "kml", "csv"})
-        exports->addAction(QString::fromLatin1(format).toUpper(), m_panes.list.view,
-                           [this, row, name = std::string(format)] {
-                               m_host.gate.runWhenFree(
-                                   [this, row, name] { exportTrack(row, name); });
-                           });
+        menu.addTo(exports, upperCase(format),
+                   [this, row, name = std::string(format)] { exportTrack(row, name); });
     menu.addSeparator();
-    add(menu, "list.menu.remove", [this] { m_rooms.list->DeleteSelected(); });
-    HandlerGate::ModalScope open(m_host.gate);
-    menu.exec(screenPlace);
+    add("list.menu.remove", [this] { m_rooms.list->DeleteSelected(); });
+    menu.run(screenPlace);
 }
 
 void ListMenu::showOnMap(int row) {

@@ -23,7 +23,7 @@ PicturePane::PicturePane(VideoOutput output, QWidget* parent)
       view(*widget) {}
 
 ControlPane::ControlPane(HandlerGate& gate, const Screen& screen)
-    : skin(new SkinView(gate)), chart(skin), window(*skin, gate, screen) {
+    : skin(new SkinView), chart(skin), window(*skin, gate, screen) {
     // A drag shows where it would go; the picture follows when the knob is let go.
     skin->setSliderOptions("playprogress", {1, 5, SliderDrag::AtRelease});
     skin->setSliderOptions("volume", {5, 10, SliderDrag::Live});
@@ -36,9 +36,9 @@ void ControlPane::layOut() {
     chart.widget().show();
 }
 
-ListPane::ListPane(HandlerGate& gate, const Screen& screen)
-    : skin(new SkinView(gate)),
-      view(new RecordingListView(gate, screen)),
+ListPane::ListPane(const Screen& screen)
+    : skin(new SkinView),
+      view(new RecordingListView(screen)),
       bar(new ProgressStrip(skin)),
       bands(*skin, screen),
       progress(*bar),
@@ -59,9 +59,8 @@ void ListPane::layOut() {
 }
 
 MapPane::MapPane(HandlerGate& gate, WebEngineBrowserSettings settings)
-    : skin(new SkinView(gate)), bar(new SkinView(gate, skin)), browser(std::move(settings)) {
+    : skin(new SkinView), bar(new SkinView(skin)), browser(std::move(settings), gate.delivery()) {
     browser.view().setParent(skin);
-    browser.setDelivery([&gate](std::function<void()> step) { gate.runWhenFree(std::move(step)); });
     QObject::connect(skin, &SkinView::loaded, skin, [this] { layOut(); });
 }
 
@@ -77,7 +76,7 @@ Panes::Panes(Host& host, const Texts& texts, VideoOutput output,
     : frame(host.gate, host.screen),
       picture(output, &frame),
       control(host.gate, host.screen),
-      list(host.gate, host.screen),
+      list(host.screen),
       map(host.gate, std::move(mapSettings)),
       extraction(host.gate, host.waits, [&texts] { return texts.addition("button.cancel"); }),
       setup(host.gate, host.screen, &frame),

@@ -54,7 +54,7 @@ struct ControlPane {
 
 /// The recording list.
 struct ListPane {
-    ListPane(HandlerGate& gate, const Screen& screen);
+    explicit ListPane(const Screen& screen);
     void layOut();
     SkinView* skin; ///< a child of the frame
     RecordingListView* view;

@@ -1,9 +1,6 @@
 #include "desktop/wiring/StartingWindows.h"
 
-#include "desktop/wiring/FirstPainting.h"
-
-#include <QEventLoop>
-#include <QTimer>
+#include "desktop/windows/FirstPainting.h"
 
 #include <chrono>
 #include <utility>
@@ -12,7 +9,6 @@ namespace velmorant {
 
 namespace {
 
-/// A desktop that hides new windows must not hold the start.
 constexpr std::chrono::milliseconds paintingLimit{200};
 
 } // namespace
@@ -29,14 +25,8 @@ StartingWindows::StartingWindows(Rooms& rooms, SplashWindow& splash,
 void StartingWindows::showSplash() {
     if (m_rooms.tip->Load() != SkinLoad::Loaded)
         return;
-    QEventLoop loop;
-    const FirstPainting painting(m_splash.skin(), [this, &loop] {
+    if (showPainted(m_splash, m_splash.skin(), paintingLimit))
         m_journal.write("painted splash");
-        loop.quit();
-    });
-    m_splash.qtWindow().show();
-    QTimer::singleShot(paintingLimit, &loop, &QEventLoop::quit);
-    loop.exec(QEventLoop::ExcludeUserInputEvents);
 }
 
 void StartingWindows::bringSplashToForeground() {

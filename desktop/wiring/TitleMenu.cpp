@@ -1,6 +1,6 @@
 #include "desktop/wiring/TitleMenu.h"
 
-#include <QMenu>
+#include "desktop/widgets/GatedMenu.h"
 
 namespace velmorant {
 
@@ -9,23 +9,22 @@ void TitleMenu::show(const QPoint& framePlace) {
     if (!frame.skin().placeRect("place.drag").contains(framePlace))
         return;
     using Item = QtNativeWindow::MenuItem;
-    QMenu menu(&frame);
+    GatedMenu menu(m_host.gate, frame);
+    const auto add = [this, &menu](const char* text, std::function<void()> command) {
+        menu.add(m_texts.addition(text), std::move(command));
+    };
     for (const Item item : frame.nativeWindow().systemMenu()) {
         // The frame has one size and is moved by its title area: the other items have no use here.
         if (item == Item::Minimize)
-            menu.addAction(QString::fromStdString(m_texts.addition("title.menu.minimise")), &frame,
-                           &QWidget::showMinimized);
+            add("title.menu.minimise", [&frame] { frame.showMinimized(); });
         else if (item == Item::Close)
-            menu.addAction(QString::fromStdString(m_texts.addition("title.menu.close")), &frame,
-                           &QWidget::close);
+            add("title.menu.close", [&frame] { frame.close(); });
         else if (item == Item::Separator)
             menu.addSeparator();
     }
     menu.addSeparator();
-    menu.addAction(QString::fromStdString(m_texts.addition("title.menu.update")), &frame,
-                   [this] { m_host.gate.runWhenFree(m_checkForUpdate); });
-    HandlerGate::ModalScope open(m_host.gate);
-    menu.exec(frame.mapToGlobal(framePlace));
+    add("title.menu.update", m_checkForUpdate);
+    menu.run(frame.mapToGlobal(framePlace));
 }
 
 } // namespace velmorant

@@ -1,7 +1,5 @@
 #include "desktop/wiring/keys.h"
 
-#include <QKeyEvent>
-
 namespace velmorant {
 
 namespace {
@@ -10,61 +8,58 @@ constexpr double farStep = 5.0;
 constexpr double nearStep = 1.0;
 constexpr int volumeStep = 5;
 
-double stepOf(const QKeyEvent& event) {
-    return (event.modifiers() & Qt::ShiftModifier) != 0 ? nearStep : farStep;
+double stepOf(const KeyPress& press) {
+    return press.shift ? nearStep : farStep;
 }
 
 /// What a key does with the control bar.
 struct BarKey {
     int key;
-    void (*use)(frmCurve& bar, const QKeyEvent& event);
+    void (*use)(frmCurve& bar, const KeyPress& press);
 };
 
 constexpr BarKey barKeys[] = {
-    {Qt::Key_Space, [](frmCurve& bar, const QKeyEvent&) { bar.TogglePlay(); }},
-    {Qt::Key_K, [](frmCurve& bar, const QKeyEvent&) { bar.TogglePlay(); }},
-    {Qt::Key_Left, [](frmCurve& bar, const QKeyEvent& event) { bar.StepSeconds(-stepOf(event)); }},
-    {Qt::Key_Right, [](frmCurve& bar, const QKeyEvent& event) { bar.StepSeconds(stepOf(event)); }},
-    {Qt::Key_Comma, [](frmCurve& bar, const QKeyEvent&) { bar.StepFrame(StepDirection::Back); }},
-    {Qt::Key_Period,
-     [](frmCurve& bar, const QKeyEvent&) { bar.StepFrame(StepDirection::Forward); }},
-    {Qt::Key_Up, [](frmCurve& bar, const QKeyEvent&) { bar.ChangeVolume(volumeStep); }},
-    {Qt::Key_Down, [](frmCurve& bar, const QKeyEvent&) { bar.ChangeVolume(-volumeStep); }},
-    {Qt::Key_M, [](frmCurve& bar, const QKeyEvent&) { bar.ButtonClicked("SPEAKER"); }},
-    {Qt::Key_N, [](frmCurve& bar, const QKeyEvent&) { bar.ButtonClicked("END"); }},
-    {Qt::Key_P, [](frmCurve& bar, const QKeyEvent&) { bar.ButtonClicked("HEAD"); }},
-    {Qt::Key_S, [](frmCurve& bar, const QKeyEvent&) { bar.ButtonClicked("SAVEFRAME"); }},
+    {Qt::Key_Space, [](frmCurve& bar, const KeyPress&) { bar.TogglePlay(); }},
+    {Qt::Key_K, [](frmCurve& bar, const KeyPress&) { bar.TogglePlay(); }},
+    {Qt::Key_Left, [](frmCurve& bar, const KeyPress& press) { bar.StepSeconds(-stepOf(press)); }},
+    {Qt::Key_Right, [](frmCurve& bar, const KeyPress& press) { bar.StepSeconds(stepOf(press)); }},
+    {Qt::Key_Comma, [](frmCurve& bar, const KeyPress&) { bar.StepFrame(StepDirection::Back); }},
+    {Qt::Key_Period, [](frmCurve& bar, const KeyPress&) { bar.StepFrame(StepDirection::Forward); }},
+    {Qt::Key_Up, [](frmCurve& bar, const KeyPress&) { bar.ChangeVolume(volumeStep); }},
+    {Qt::Key_Down, [](frmCurve& bar, const KeyPress&) { bar.ChangeVolume(-volumeStep); }},
+    {Qt::Key_M, [](frmCurve& bar, const KeyPress&) { bar.ButtonClicked("SPEAKER"); }},
+    {Qt::Key_N, [](frmCurve& bar, const KeyPress&) { bar.ButtonClicked("END"); }},
+    {Qt::Key_P, [](frmCurve& bar, const KeyPress&) { bar.ButtonClicked("HEAD"); }},
+    {Qt::Key_S, [](frmCurve& bar, const KeyPress&) { bar.ButtonClicked("SAVEFRAME"); }},
 };
 
-bool useBarKey(const QKeyEvent& event, frmCurve& bar) {
-    if (event.key() >= Qt::Key_1 && event.key() <= Qt::Key_5) {
-        bar.ChooseRate(event.key() - Qt::Key_0);
-        return true;
-    }
+void useBarKey(const KeyPress& press, frmCurve& bar) {
+    if (press.key >= Qt::Key_1 && press.key <= Qt::Key_5)
+        return bar.ChooseRate(press.key - Qt::Key_0);
     for (const BarKey& known : barKeys)
-        if (known.key == event.key()) {
-            known.use(bar, event);
-            return true;
-        }
-    return false;
+        if (known.key == press.key)
+            return known.use(bar, press);
 }
 
 } // namespace
 
-bool useKey(const QKeyEvent& event, Rooms& rooms, Panes& panes) {
-    if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0)
-        return false;
+std::vector<int> playerKeys() {
+    std::vector<int> keys = {Qt::Key_F, Qt::Key_Escape};
+    for (int rate = Qt::Key_1; rate <= Qt::Key_5; ++rate)
+        keys.push_back(rate);
+    for (const BarKey& known : barKeys)
+        keys.push_back(known.key);
+    return keys;
+}
+
+void useKey(const KeyPress& press, Rooms& rooms, Panes& panes) {
     VideoWidgetView& picture = panes.picture.view;
-    switch (event.key()) {
-    case Qt::Key_F:
+    if (press.key == Qt::Key_F)
         picture.setFullScreen(!picture.fullScreen());
-        return true;
-    case Qt::Key_Escape:
+    else if (press.key == Qt::Key_Escape)
         picture.setFullScreen(false);
-        return true;
-    default:
-        return useBarKey(event, *rooms.curve);
-    }
+    else
+        useBarKey(press, *rooms.curve);
 }
 
 void nameKeys(SkinView& controlBar) {

@@ -1,13 +1,16 @@
-#include "desktop/system/HandlerGate.h"
+#include "desktop/gate/HandlerGate.h"
 
 #include "desktop/system/QtTimer.h"
 #include "desktop/system/QtWaits.h"
+#include "desktop/widgets/GatedMenu.h"
 #include "tests/desktop_windows/WaitUntil.h"
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QPushButton>
 #include <gtest/gtest.h>
 #include <stdexcept>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 namespace velmorant {
@@ -50,6 +53,107 @@ TEST(HandlerGate, opens_while_a_handler_shows_a_modal_window) {
         gate.runWhenFree([&] { ran = true; });
     });
     EXPECT_TRUE(ran);
+}
+
+TEST(GatedListener, is_nobody_until_a_gate_makes_it) {
+    const GatedListener<int> nobody;
+    EXPECT_FALSE(nobody);
+    nobody(1);
+    nobody.latest(2);
+    // Nothing but a gate makes one: a function around it would pass the gate by.
+    const auto plain = [](int) {};
+    static_assert(!std::is_constructible_v<GatedListener<int>, decltype(plain)>);
+    static_assert(!std::is_convertible_v<std::function<void(int)>, GatedListener<int>>);
+    static_assert(!std::is_assignable_v<GatedListener<int>&, std::function<void(int)>>);
+}
+
+TEST(GatedListener, calls_during_a_handler_come_after_it_one_by_one_with_their_own_arguments) {
+    HandlerGate gate;
+    std::vector<std::string> heard;
+    const GatedListener<std::string> listener =
+        gate.listener([&](const std::string& word) { heard.push_back(word); });
+    listener("before");
+    EXPECT_EQ(heard, (std::vector<std::string>{"before"}));
+    gate.runWhenFree([&] {
+        std::string word = "first";
+        listener(word);
+        word = "second";
+        listener(word);
+        EXPECT_EQ(heard.size(), 1U);
+    });
+    ASSERT_TRUE(waitUntil([&] { return heard.size() == 3; }));
+    EXPECT_EQ(heard, (std::vector<std::string>{"before", "first", "second"}));
+}
+
+TEST(GatedListener, of_what_only_counts_in_its_last_form_one_call_is_held) {
+    HandlerGate gate;
+    std::vector<int> sizes;
+    const auto listener = gate.listener([&](int size) { sizes.push_back(size); });
+    listener.latest(1);
+    gate.runWhenFree([&] {
+        listener.latest(2);
+        listener.latest(3);
+        listener.latest(4);
+    });
+    bool later = false;
+    gate.runWhenFree([&] { later = true; });
+    ASSERT_TRUE(waitUntil([&] { return later; }));
+    EXPECT_EQ(sizes, (std::vector<int>{1, 4}));
+    listener.latest(5);
+    EXPECT_EQ(sizes.back(), 5);
+}
+
+TEST(GatedListener, what_waits_is_dropped_with_the_listener) {
+    HandlerGate gate;
+    int calls = 0;
+    auto listener = gate.listener([&] { ++calls; });
+    gate.runWhenFree([&] {
+        listener();
+        listener.latest();
+        listener = {};
+    });
+    bool later = false;
+    gate.runWhenFree([&] { later = true; });
+    ASSERT_TRUE(waitUntil([&] { return later; }));
+    EXPECT_EQ(calls, 0);
+}
+
+TEST(GatedListener, may_be_replaced_by_its_own_handler) {
+    HandlerGate gate;
+    std::vector<std::string> heard;
+    GatedListener<> listener;
+    listener = gate.listener([&, large = std::string(100, 'x')] {
+        listener = gate.listener([&] { heard.emplace_back("the other"); });
+        heard.push_back(large);
+    });
+    listener();
+    listener();
+    EXPECT_EQ(heard, (std::vector<std::string>{std::string(100, 'x'), "the other"}));
+}
+
+TEST(GatedMenu, a_command_that_has_to_wait_outlives_its_menu) {
+    HandlerGate gate;
+    QWidget parent;
+    parent.show();
+    int commands = 0;
+    bool earlier = false;
+    gate.runWhenFree([&] {
+        GatedMenu menu(gate, parent);
+        menu.add("Play", [&] { ++commands; });
+        QTimer::singleShot(0, [&] {
+            // Something else has its turn first.
+            gate.runWhenFree([&] { QtWaits().sleep(10ms); });
+            auto* shown = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (shown == nullptr)
+                return;
+            shown->actions().constFirst()->trigger();
+            shown->close();
+        });
+        gate.runWhenFree([&] { earlier = true; });
+        menu.run(QPoint(10, 10));
+    });
+    EXPECT_TRUE(waitUntil([&] { return commands == 1; }));
+    EXPECT_TRUE(earlier);
 }
 
 TEST(QtTimer, ticks_again_and_again_until_disabled) {

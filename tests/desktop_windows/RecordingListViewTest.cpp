@@ -1,5 +1,6 @@
 #include "desktop/widgets/RecordingListView.h"
 
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/system/QtScreen.h"
 #include "desktop/widgets/DropTarget.h"
 #include "tests/desktop_windows/WaitUntil.h"
@@ -53,17 +54,18 @@ class RecordingListViewTest : public testing::Test {
         view.setPictures({empty, full, full});
         view.setWords({"marked", "not marked", "playing", "recording"});
         RecordingListView::Listeners listeners;
-        listeners.mouseDown = [this](int x, int y) { downs.emplace_back(x, y); };
-        listeners.mouseClick = [this](int x, int y) { clicks.emplace_back(x, y); };
-        listeners.doubleClick = [this] { said.emplace_back("double click"); };
-        listeners.select = [this](int row) { said.push_back("select " + std::to_string(row)); };
-        listeners.toggle = [this] { said.emplace_back("toggle"); };
-        listeners.activate = [this] { said.emplace_back("activate"); };
-        listeners.remove = [this] { said.emplace_back("remove"); };
-        listeners.type = [this](const std::string& typed) { said.push_back("type " + typed); };
-        listeners.contextMenu = [this](int row, const QPoint&) {
-            said.push_back("menu " + std::to_string(row));
-        };
+        listeners.mouseDown = gate.listener([this](int x, int y) { downs.emplace_back(x, y); });
+        listeners.mouseClick = gate.listener([this](int x, int y) { clicks.emplace_back(x, y); });
+        listeners.doubleClick = gate.listener([this] { said.emplace_back("double click"); });
+        listeners.select =
+            gate.listener([this](int row) { said.push_back("select " + std::to_string(row)); });
+        listeners.toggle = gate.listener([this] { said.emplace_back("toggle"); });
+        listeners.activate = gate.listener([this] { said.emplace_back("activate"); });
+        listeners.remove = gate.listener([this] { said.emplace_back("remove"); });
+        listeners.type =
+            gate.listener([this](const std::string& typed) { said.push_back("type " + typed); });
+        listeners.contextMenu = gate.listener(
+            [this](int row, const QPoint&) { said.push_back("menu " + std::to_string(row)); });
         view.setListeners(listeners);
         view.setSource(&rows);
         view.setFontSize(11);
@@ -83,7 +85,7 @@ class RecordingListViewTest : public testing::Test {
     HandlerGate gate;
     QtScreen screen;
     Rows rows;
-    RecordingListView view{gate, screen};
+    RecordingListView view{screen};
     std::vector<std::pair<int, int>> downs;
     std::vector<std::pair<int, int>> clicks;
     std::vector<std::string> said;
@@ -285,7 +287,8 @@ TEST(DropTarget, reports_dropped_files_and_folders_and_refuses_other_things) {
     HandlerGate gate;
     QWidget window;
     std::vector<std::string> dropped;
-    new DropTarget(window, gate, [&](const std::vector<std::string>& paths) { dropped = paths; });
+    auto* target = new DropTarget(window);
+    target->onDrop(gate.listener([&](const std::vector<std::string>& paths) { dropped = paths; }));
     // The toolkit hands a drop to the widget that accepted the drag's entry.
     const auto drop = [&](const QMimeData& data) {
         QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, {});

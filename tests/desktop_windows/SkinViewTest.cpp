@@ -1,5 +1,6 @@
 #include "desktop/widgets/SkinView.h"
 
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/widgets/SkinStatusLine.h"
 #include "tests/desktop_windows/SkinSample.h"
 #include "tests/desktop_windows/WaitUntil.h"
@@ -20,13 +21,14 @@ using testing::Pair;
 class SkinViewTest : public testing::Test {
   protected:
     void SetUp() override {
-        view.onClick([this](const std::string& element) { clicks.push_back(element); });
-        view.onSlider([this](const std::string& element, double value) {
+        view.onClick(
+            gate.listener([this](const std::string& element) { clicks.push_back(element); }));
+        view.onSlider(gate.listener([this](const std::string& element, double value) {
             changes.emplace_back(element, value);
-        });
-        view.onSliderPreview([this](const std::string& element, double value) {
+        }));
+        view.onSliderPreview(gate.listener([this](const std::string& element, double value) {
             previews.emplace_back(element, value);
-        });
+        }));
         ASSERT_TRUE(view.load(writeSampleSkin(folder)));
         view.show();
         view.activateWindow();
@@ -39,7 +41,7 @@ class SkinViewTest : public testing::Test {
 
     TemporaryFolder folder;
     HandlerGate gate;
-    SkinView view{gate};
+    SkinView view;
     std::vector<std::string> clicks;
     std::vector<std::pair<std::string, double>> changes;
     std::vector<std::pair<std::string, double>> previews;
@@ -261,10 +263,10 @@ TEST_F(SkinViewTest, clicks_during_a_handler_come_after_it) {
 TEST(SkinView, a_click_that_waits_for_the_gate_is_dropped_with_its_view) {
     const TemporaryFolder folder;
     HandlerGate gate;
-    auto view = std::make_unique<SkinView>(gate);
+    auto view = std::make_unique<SkinView>();
     ASSERT_TRUE(view->load(writeSampleSkin(folder)));
     int clicks = 0;
-    view->onClick([&](const std::string&) { ++clicks; });
+    view->onClick(gate.listener([&](const std::string&) { ++clicks; }));
     gate.runWhenFree([&] {
         QTest::mouseClick(view->elementWidget("stop"), Qt::LeftButton);
         view.reset();
@@ -305,12 +307,11 @@ TEST(SkinView, what_is_no_drawing_is_refused) {
         {"document type", "<!DOCTYPE svg [<!ENTITY a \"b\">]><svg xmlns=\"http://www.w3.org/2000/"
                           "svg\" width=\"9\" height=\"9\"><text>&a;</text></svg>"},
     };
-    HandlerGate gate;
     for (const auto& [name, bytes] : files) {
-        SkinView view(gate);
+        SkinView view;
         EXPECT_FALSE(view.load(folder.write(name, bytes))) << name;
     }
-    EXPECT_FALSE(SkinView(gate).load(folder.path("missing")));
+    EXPECT_FALSE(SkinView().load(folder.path("missing")));
 }
 
 TEST(SkinView, pictures_from_outside_the_drawing_are_not_fetched) {
@@ -324,8 +325,7 @@ TEST(SkinView, pictures_from_outside_the_drawing_are_not_fetched) {
         "<rect width=\"10\" height=\"10\" fill=\"#00FF00\"/>"
         "<script>alert(1)</script><image width=\"10\" height=\"10\" xlink:href=\"" +
         QByteArray::fromStdString(folder.path("red.png")) + "\"/></svg>";
-    HandlerGate gate;
-    SkinView view(gate);
+    SkinView view;
     ASSERT_TRUE(view.load(folder.write("skin", drawing)));
     EXPECT_EQ(view.grab().toImage().pixelColor(5, 5), QColor(0, 255, 0));
 }

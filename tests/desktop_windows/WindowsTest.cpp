@@ -48,7 +48,8 @@ TEST_F(MainWindowTest, reports_the_four_commands_of_the_skin) {
     load("1");
     show();
     std::vector<std::string> commands;
-    frame.onCommand([&](const std::string& element) { commands.push_back(element); });
+    frame.onCommand(
+        gate.listener([&](const std::string& element) { commands.push_back(element); }));
     for (const char* element : {"open", "delete", "setup", "info"}) {
         QWidget* button = frame.skin().elementWidget(element);
         ASSERT_NE(button, nullptr) << element;
@@ -133,7 +134,7 @@ TEST_F(MainWindowTest, closing_asks_first_and_the_programs_close_does_not) {
     load("1");
     show();
     int requests = 0;
-    frame.qtWindow().onCloseRequest([&] { ++requests; });
+    frame.qtWindow().onCloseRequest(gate.listener([&] { ++requests; }));
     QTest::mouseClick(frame.skin().elementWidget("close"), Qt::LeftButton);
     ASSERT_TRUE(waitUntil([&] { return requests == 1; }));
     frame.close();
@@ -147,7 +148,7 @@ TEST_F(MainWindowTest, closing_asks_first_and_the_programs_close_does_not) {
 TEST_F(MainWindowTest, closing_twice_while_a_handler_runs_asks_once) {
     show();
     int requests = 0;
-    frame.qtWindow().onCloseRequest([&] { ++requests; });
+    frame.qtWindow().onCloseRequest(gate.listener([&] { ++requests; }));
     gate.runWhenFree([&] {
         frame.close();
         frame.close();
@@ -161,7 +162,7 @@ TEST_F(MainWindowTest, closing_twice_while_a_handler_runs_asks_once) {
 TEST_F(MainWindowTest, sizes_and_places_are_in_twips_and_a_resize_is_told) {
     show();
     int resizes = 0;
-    frame.qtWindow().onResize([&] { ++resizes; });
+    frame.qtWindow().onResize(gate.listener([&] { ++resizes; }));
     frame.qtWindow().resize(400 * 15, 300 * 15);
     EXPECT_EQ(frame.size(), QSize(400, 300));
     EXPECT_TRUE(waitUntil([&] { return resizes > 0; }));
@@ -199,7 +200,7 @@ TEST_F(MainWindowTest, on_a_smaller_screen_it_takes_what_there_is_and_scrolls) {
     EXPECT_TRUE(waitUntil([&] { return frame.pos() == QPoint(0, 0); }));
     QWidget* info = frame.skin().elementWidget("info");
     int clicks = 0;
-    frame.onCommand([&](const std::string&) { ++clicks; });
+    frame.onCommand(gate.listener([&](const std::string&) { ++clicks; }));
     QTest::mouseClick(info, Qt::LeftButton);
     EXPECT_EQ(clicks, 1);
 }
@@ -208,15 +209,45 @@ TEST_F(MainWindowTest, keys_that_no_pane_uses_come_to_the_window) {
     load("1");
     show();
     std::vector<int> keys;
-    frame.onKey([&](const QKeyEvent& event) {
-        keys.push_back(event.key());
-        return true;
-    });
+    frame.onKey({Qt::Key_Left, Qt::Key_K, Qt::Key_Space}, gate.listener([&](const KeyPress& press) {
+        keys.push_back(press.shift ? -press.key : press.key);
+    }));
     QWidget* open = frame.skin().elementWidget("open");
     open->setFocus(Qt::TabFocusReason);
-    for (const auto key : {Qt::Key_Left, Qt::Key_K, Qt::Key_Space})
+    for (const auto key : {Qt::Key_Left, Qt::Key_K, Qt::Key_Space, Qt::Key_L})
         QTest::keyClick(open, key);
-    EXPECT_THAT(keys, ElementsAre(Qt::Key_Left, Qt::Key_K));
+    QTest::keyClick(open, Qt::Key_Left, Qt::ShiftModifier);
+    QTest::keyClick(open, Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_THAT(keys, ElementsAre(Qt::Key_Left, Qt::Key_K, -Qt::Key_Left));
+}
+
+TEST_F(MainWindowTest, keys_during_a_handler_come_after_it_and_in_their_order) {
+    load("1");
+    show();
+    std::vector<int> keys;
+    frame.onKey({Qt::Key_N, Qt::Key_P}, gate.listener([&](const KeyPress& press) {
+        EXPECT_TRUE(gate.busy());
+        keys.push_back(press.key);
+    }));
+    gate.runWhenFree([&] {
+        QTest::keyClick(&frame, Qt::Key_N);
+        QTest::keyClick(&frame, Qt::Key_P);
+        EXPECT_THAT(keys, ElementsAre());
+    });
+    ASSERT_TRUE(waitUntil([&] { return keys.size() == 2; }));
+    EXPECT_THAT(keys, ElementsAre(Qt::Key_N, Qt::Key_P));
+}
+
+TEST_F(MainWindowTest, a_menu_asked_for_during_a_handler_comes_after_it) {
+    load("1");
+    show();
+    std::vector<QPoint> places;
+    frame.onContextMenu(gate.listener([&](const QPoint& place) { places.push_back(place); }));
+    gate.runWhenFree([&] {
+        QTest::keyClick(&frame, Qt::Key_F10, Qt::ShiftModifier);
+        EXPECT_THAT(places, ElementsAre());
+    });
+    EXPECT_TRUE(waitUntil([&] { return places.size() == 1; }));
 }
 
 class SkinDialogTest : public testing::Test {
@@ -244,11 +275,11 @@ TEST_F(SkinDialogTest, a_modal_dialog_returns_when_the_program_closes_it) {
     SetupDialog setup(gate, screen);
     ASSERT_TRUE(setup.skin().load(skinFile("setup/1.mp4")));
     std::vector<std::string> clicks;
-    setup.skin().onClick([&](const std::string& element) {
+    setup.skin().onClick(gate.listener([&](const std::string& element) {
         clicks.push_back(element);
         if (element == "cmdclose")
             setup.qtWindow().close();
-    });
+    }));
     bool modal = false;
     QTimer::singleShot(20, [&] {
         modal = setup.isModal() && setup.isVisible();
@@ -264,12 +295,12 @@ TEST_F(SkinDialogTest, a_modal_dialog_returns_when_the_program_closes_it) {
 TEST_F(SkinDialogTest, a_skin_loaded_by_a_click_in_it_takes_over) {
     SetupDialog setup(gate, screen);
     ASSERT_TRUE(setup.skin().load(skinFile("setup/1.mp4")));
-    setup.skin().onClick([&](const std::string& element) {
+    setup.skin().onClick(gate.listener([&](const std::string& element) {
         if (element == "lang1002") {
             EXPECT_TRUE(setup.skin().load(skinFile("setup/2.mp4")));
             setup.skin().setOn("lang1002", true);
         }
-    });
+    }));
     setup.show();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&setup));
     const QString before = setup.skin().elementWidget("cmdclose")->accessibleName();
@@ -283,7 +314,7 @@ TEST_F(SkinDialogTest, escape_is_a_close_request) {
     AboutDialog about(gate, screen);
     ASSERT_TRUE(about.skin().load(skinFile("about.mp4")));
     int requests = 0;
-    about.qtWindow().onCloseRequest([&] { ++requests; });
+    about.qtWindow().onCloseRequest(gate.listener([&] { ++requests; }));
     about.show();
     about.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&about));
@@ -295,7 +326,7 @@ TEST_F(SkinDialogTest, escape_is_a_close_request) {
 TEST_F(SkinDialogTest, every_command_of_every_skin_can_be_reached_by_the_tab_key) {
     for (const char* file : {"setup/1.mp4", "setup/2.mp4", "about.mp4", "control/MediaControl1.mp4",
                              "media/ls1.MP4", "main/2.mp4"}) {
-        SkinView view(gate);
+        SkinView view;
         ASSERT_TRUE(view.load(skinFile(file))) << file;
         view.show();
         view.activateWindow();

@@ -1,6 +1,7 @@
 #include "tests/gui/ProgramTest.h"
 
 #include "desktop/player/MpvHandle.h"
+#include "desktop/system/QtTimer.h"
 #include "desktop/widgets/SkinSlider.h"
 
 #include <QTest>
@@ -145,6 +146,51 @@ TEST_F(ControlBarTest, the_next_marked_row_follows_at_the_end) {
     slideTo("playprogress", 90);
     EXPECT_TRUE(waitUntil([&] { return driver().playing(3); })) << "row 2 is not marked";
     EXPECT_EQ(rooms().rows->playingIndex(), 3);
+}
+
+TEST_F(ControlBarTest, no_timer_ticks_inside_a_command_given_by_key) {
+    showCard();
+    play(1);
+    QtTimer timer(host().gate);
+    int ticks = 0;
+    timer.setInterval(std::chrono::milliseconds(5));
+    timer.onTick([&] { ++ticks; });
+    timer.setEnabled(true);
+    ASSERT_TRUE(waitUntil([&] { return ticks > 0; }));
+    const int before = ticks;
+    QTest::keyClick(&panes().frame, Qt::Key_N);
+    EXPECT_EQ(ticks - before, 0);
+    EXPECT_TRUE(waitUntil([&] { return driver().playing(2); }));
+}
+
+TEST_F(ControlBarTest, play_while_a_recording_still_opens_stays_with_it) {
+    struct Way {
+        const char* name;
+        std::function<void()> play;
+        PlayState result;
+    };
+    const Way ways[] = {
+        {"button", [&] { press("cmdplay"); }, PlayState::Playing},
+        {"K", [&] { QTest::keyClick(&panes().frame, Qt::Key_K); }, PlayState::Paused},
+        {"space twice",
+         [&] {
+             QTest::keyClick(&panes().frame, Qt::Key_Space);
+             QTest::keyClick(&panes().frame, Qt::Key_Space);
+         },
+         PlayState::Playing},
+    };
+    showCard();
+    for (const Way& way : ways) {
+        SCOPED_TRACE(way.name);
+        driver().doubleClickRow(2);
+        ASSERT_TRUE(waitUntil([&] { return player().url() == driver().path(2); }));
+        ASSERT_NE(player().playState(), PlayState::Playing) << "it is open already";
+        way.play();
+        EXPECT_TRUE(hasState(way.result));
+        EXPECT_EQ(player().url(), driver().path(2));
+        EXPECT_EQ(rooms().rows->playingIndex(), 2);
+        ASSERT_NO_FATAL_FAILURE(play(3));
+    }
 }
 
 } // namespace velmorant

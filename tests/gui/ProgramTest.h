@@ -54,6 +54,7 @@ class ProgramTest : public testing::Test {
     MpvPlayer& player() { return m_program->panes().picture.player; }
     Rooms& rooms() { return m_program->rooms(); }
     Panes& panes() { return m_program->panes(); }
+    Host& host() { return m_program->host(); }
     bool waitUntil(const std::function<bool()>& condition, int milliseconds = limit) {
         return ProgramDriver::waitUntil(condition, milliseconds);
     }

@@ -1,5 +1,6 @@
 #include "desktop/chart/ChartWidget.h"
 
+#include "desktop/gate/HandlerGate.h"
 #include "tests/desktop/eventLoop.h"
 
 #include <QCoreApplication>
@@ -22,8 +23,8 @@ class ChartWidgetTest : public testing::Test {
     ChartWidgetTest() {
         chart_.widget().resize(656, 112);
         chart_.widget().show();
-        chart_.onMouseUp([this](int index) { ups_.push_back(index); });
-        chart_.onHover([this](int index) { hovers_.push_back(index); });
+        chart_.onMouseUp(gate_.listener([this](int index) { ups_.push_back(index); }));
+        chart_.onHover(gate_.listener([this](int index) { hovers_.push_back(index); }));
     }
 
     void addSpeeds(int count) {
@@ -60,6 +61,7 @@ class ChartWidgetTest : public testing::Test {
         return count;
     }
 
+    HandlerGate gate_;
     ChartWidget chart_;
     std::vector<int> ups_;
     std::vector<int> hovers_;
@@ -152,10 +154,10 @@ TEST_F(ChartWidgetTest, the_text_at_the_mouse_stays_inside_the_plot) {
         if (const auto* found = qobject_cast<QCPItemText*>(plot().item(i)))
             text = found;
     ASSERT_NE(text, nullptr);
-    chart_.onHover([this](int index) {
+    chart_.onHover(gate_.listener([this](int index) {
         chart_.setHoverText(index < 0 ? ""
                                       : "10:30:45  x 0.123  y -0.456  z 1.023  strongest 1.500");
-    });
+    }));
     for (int point = 0; point < 80; point += 3) {
         mouse(QEvent::MouseMove, chart_.placeOf(point, 50));
         ASSERT_TRUE(text->visible());

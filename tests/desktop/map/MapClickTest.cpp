@@ -1,5 +1,6 @@
 // Clicks on drawn routes, judged by the program's own tracks: what the page leaves must lead to the
 // recording and the second that were clicked.
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/map/WebEngineBrowser.h"
 #include "recordings/clsDot.h"
 #include "track/frmMediaCtrl.h"
@@ -60,11 +61,11 @@ struct Recording {
 
 class MapClickTest : public testing::Test {
   protected:
-    MapClickTest() : browser_(settings()) {
+    MapClickTest() : browser_(settings(), gate_.delivery()) {
         browser_.view().resize(338, 248);
         browser_.view().show();
         bool complete = false;
-        browser_.onDocumentComplete([&](const std::string&) { complete = true; });
+        browser_.onDocumentComplete(gate_.listener([&](const std::string&) { complete = true; }));
         browser_.navigate("velmorant://map/DeskMap.asp?LangID=1028");
         EXPECT_TRUE(waitFor([&] { return complete; }, 30000));
         browser_.onDocumentComplete({});
@@ -152,6 +153,7 @@ class MapClickTest : public testing::Test {
     }
 
     QTemporaryDir storage_;
+    HandlerGate gate_;
     WebEngineBrowser browser_;
     std::vector<Recording> recordings_;
     int spot_ = 0;

@@ -1,4 +1,5 @@
 // Runs the map page's own suite (tests/map/suite) in the program's browser control.
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/map/WebEngineBrowser.h"
 
 #include "tests/desktop/eventLoop.h"
@@ -29,7 +30,7 @@ std::string text(const QJsonObject& object) {
 }
 
 /// The program's answers as tests/map/serve.py gives them.
-MapPageSource answers(bool& wholeWindow) {
+MapPageSource answers(HandlerGate& gate, bool& wholeWindow) {
     MapPageSource source;
     source.configuration = [&wholeWindow] {
         return text({{"unit", QJsonObject{{"factor", 1.0}, {"label", "Km/h"}}},
@@ -45,15 +46,18 @@ MapPageSource answers(bool& wholeWindow) {
                      {"speed", numbers(180, [](int i) { return std::abs((i * 2) % 220 - 110); })},
                      {"fix", numbers(180, [](int i) { return i >= 20 && i < 26 ? 0 : 1; })}});
     };
-    source.command = [&wholeWindow](const std::string&, const std::string& query) {
-        wholeWindow = query == "on=1";
-        return text({{"wholeWindow", wholeWindow}});
-    };
+    source.command = gate.listener(
+        [&wholeWindow](const std::string&, const std::string& query, const MapPageAnswer& answer) {
+            wholeWindow = query == "on=1";
+            answer(text({{"wholeWindow", wholeWindow}}));
+        });
     return source;
 }
 
 class MapPageSuiteTest : public testing::Test {
   protected:
+    HandlerGate gate_;
+
     static std::string property(WebEngineBrowser& browser, const std::string& name) {
         std::optional<std::string> value;
         browser.readWindowProperty(name, [&](const std::string& read) { value = read; });
@@ -68,11 +72,11 @@ class MapPageSuiteTest : public testing::Test {
         settings.storageFolder = storage_.path();
         settings.language = "en";
         settings.source = source;
-        WebEngineBrowser browser(settings);
+        WebEngineBrowser browser(settings, gate_.delivery());
         browser.view().resize(338, 248);
         browser.view().show();
         bool complete = false;
-        browser.onDocumentComplete([&](const std::string&) { complete = true; });
+        browser.onDocumentComplete(gate_.listener([&](const std::string&) { complete = true; }));
         browser.navigate("velmorant://map/DeskMap.asp?LangID=1028");
         ASSERT_TRUE(waitFor([&] { return complete; }, 30000));
         inject(browser, leftOut);
@@ -117,7 +121,7 @@ TEST_F(MapPageSuiteTest, passes_where_the_program_answers_nothing) {
 
 TEST_F(MapPageSuiteTest, passes_with_the_programs_answers) {
     bool wholeWindow = false;
-    run(answers(wholeWindow), {"tileTests.js", "hangingTests.js"});
+    run(answers(gate_, wholeWindow), {"tileTests.js", "hangingTests.js"});
 }
 
 } // namespace

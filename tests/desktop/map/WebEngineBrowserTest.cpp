@@ -1,5 +1,6 @@
 #include "desktop/map/WebEngineBrowser.h"
 
+#include "desktop/gate/HandlerGate.h"
 #include "tests/desktop/HttpServer.h"
 #include "tests/desktop/eventLoop.h"
 
@@ -7,12 +8,14 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QMouseEvent>
+#include <QProcessEnvironment>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <set>
 
 namespace velmorant {
 namespace {
@@ -47,10 +50,10 @@ class WebEngineBrowserTest : public testing::Test {
         settings.language = "en";
         return settings;
     }
-    static bool load(WebEngineBrowser& browser, const std::string& address) {
+    bool load(WebEngineBrowser& browser, const std::string& address) {
         bool done = false;
-        browser.onDocumentComplete([&](const std::string&) { done = true; });
-        browser.onLoadFailed([&](const std::string&) { done = true; });
+        browser.onDocumentComplete(gate_.listener([&](const std::string&) { done = true; }));
+        browser.onLoadFailed(gate_.listener([&](const std::string&) { done = true; }));
         browser.navigate(address);
         waitFor([&] { return done; }, 30000);
         browser.onDocumentComplete({});
@@ -86,14 +89,16 @@ class WebEngineBrowserTest : public testing::Test {
         }
     }
 
+    HandlerGate gate_;
     // Not among the system's temporary files: the browser still writes while it ends.
     QTemporaryDir folder_{(QDir().mkpath(VELMORANT_TEST_OUTPUT), VELMORANT_TEST_OUTPUT "/map")};
 };
 
 TEST_F(WebEngineBrowserTest, shows_the_page_of_the_program_and_says_when_it_is_complete) {
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     std::vector<std::string> complete;
-    browser.onDocumentComplete([&](const std::string& address) { complete.push_back(address); });
+    browser.onDocumentComplete(
+        gate_.listener([&](const std::string& address) { complete.push_back(address); }));
     browser.navigate(ownPage);
     ASSERT_TRUE(waitFor([&] { return !complete.empty(); }, 30000));
     EXPECT_THAT(complete, ElementsAre(ownPage));
@@ -101,8 +106,23 @@ TEST_F(WebEngineBrowserTest, shows_the_page_of_the_program_and_says_when_it_is_c
     EXPECT_EQ(property(browser, "own"), "script of its own");
 }
 
+/// The names of the variables of this process's environment.
+std::set<std::string> environmentNames() {
+    std::set<std::string> names;
+    for (const QString& name : QProcessEnvironment::systemEnvironment().keys())
+        names.insert(name.toStdString());
+    return names;
+}
+
+TEST_F(WebEngineBrowserTest, adds_nothing_to_the_environment_once_it_is_prepared) {
+    const std::set<std::string> before = environmentNames();
+    WebEngineBrowser browser(settings(), gate_.delivery());
+    ASSERT_TRUE(load(browser, ownPage));
+    EXPECT_EQ(environmentNames(), before);
+}
+
 TEST_F(WebEngineBrowserTest, reads_and_writes_properties_of_the_window) {
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     EXPECT_EQ(property(browser, "varLocal"), "");
     for (const std::string value : {"P121.5,25.04", "", "'\"\\ \n</script>", "\xE8\xBD\xA6", "0"}) {
@@ -114,9 +134,10 @@ TEST_F(WebEngineBrowserTest, reads_and_writes_properties_of_the_window) {
 }
 
 TEST_F(WebEngineBrowserTest, keeps_errors_of_a_script_in_the_page) {
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     std::vector<std::string> messages;
-    browser.onPageMessage([&](const std::string& text) { messages.push_back(text); });
+    browser.onPageMessage(
+        gate_.listener([&](const std::string& text) { messages.push_back(text); }));
     ASSERT_TRUE(load(browser, ownPage));
     browser.execScript("missingFunction('7')", "javascript");
     browser.execScript("this is no script", "javascript");
@@ -126,7 +147,7 @@ TEST_F(WebEngineBrowserTest, keeps_errors_of_a_script_in_the_page) {
 }
 
 TEST_F(WebEngineBrowserTest, runs_scripts_in_their_order) {
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     browser.execScript("var calls = '';", "javascript");
     std::string expected;
@@ -137,17 +158,20 @@ TEST_F(WebEngineBrowserTest, runs_scripts_in_their_order) {
     EXPECT_EQ(property(browser, "calls"), expected);
 }
 
-TEST_F(WebEngineBrowserTest, hands_answers_over_by_the_delivery_that_is_set) {
-    WebEngineBrowser browser(settings());
+TEST_F(WebEngineBrowserTest, holds_answers_back_while_a_handler_runs) {
+    WebEngineBrowser browser(settings(), gate_.delivery());
     ASSERT_TRUE(load(browser, ownPage));
-    std::vector<std::function<void()>> held;
-    browser.setDelivery([&](std::function<void()> step) { held.push_back(std::move(step)); });
-    std::string value = "nothing yet";
-    browser.readWindowProperty("own", [&](const std::string& text) { value = text; });
-    ASSERT_TRUE(waitFor([&] { return !held.empty(); }));
-    EXPECT_EQ(value, "nothing yet");
-    held.front()();
-    EXPECT_EQ(value, "script of its own");
+    const std::string before = "nothing yet";
+    std::string value = before;
+    bool late = false;
+    gate_.runWhenFree([&] {
+        browser.readWindowProperty("own", [&](const std::string& text) { value = text; });
+        // Asked behind the gate, so its answer comes after the first one has come to it.
+        browser.view().page()->runJavaScript("1", [&](const QVariant&) { late = true; });
+        EXPECT_TRUE(waitFor([&] { return late; }));
+        EXPECT_EQ(value, before);
+    });
+    EXPECT_TRUE(waitFor([&] { return value == "script of its own"; }));
 }
 
 TEST_F(WebEngineBrowserTest, answers_what_the_page_asks_of_the_program) {
@@ -157,11 +181,12 @@ TEST_F(WebEngineBrowserTest, answers_what_the_page_asks_of_the_program) {
     with.source.track = [](long number) {
         return number == 7 ? std::optional<std::string>(R"({"number":7})") : std::nullopt;
     };
-    with.source.command = [&](const std::string& name, const std::string& query) {
-        commands.push_back(name + "?" + query);
-        return std::optional<std::string>(R"({"wholeWindow":true})");
-    };
-    WebEngineBrowser browser(with);
+    with.source.command = gate_.listener(
+        [&](const std::string& name, const std::string& query, const MapPageAnswer& answer) {
+            commands.push_back(name + "?" + query);
+            answer(R"({"wholeWindow":true})");
+        });
+    WebEngineBrowser browser(with, gate_.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     EXPECT_EQ(get(browser, "config.json"), R"(200 {"language":"en"})");
     EXPECT_EQ(get(browser, "track/7.json"), R"(200 {"number":7})");
@@ -174,7 +199,7 @@ TEST_F(WebEngineBrowserTest, answers_what_the_page_asks_of_the_program) {
 
 TEST_F(WebEngineBrowserTest, serves_nothing_outside_the_folder_of_the_page) {
     QFile::link(folder_.path() + "/secret.txt", folder_.path() + "/page/link.txt");
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     EXPECT_EQ(get(browser, "js/own.js"), "200 var own = 'script of its own';");
     for (const char* address :
@@ -193,12 +218,12 @@ TEST_F(WebEngineBrowserTest, opens_no_other_address_than_the_pages_own) {
               address + "'></iframe><a id='a' href='" + address +
               "'>here</a><a style='position:fixed;left:0;top:0;width:90px;height:40px' href='" +
               address + "' target='_blank'>there</a><a id='c' href='file:///etc/hostname'>f</a>");
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     std::vector<std::string> links;
-    browser.onLink([&](const std::string& link) { links.push_back(link); });
+    browser.onLink(gate_.listener([&](const std::string& link) { links.push_back(link); }));
     ASSERT_TRUE(load(browser, ownPage));
     int failures = 0;
-    browser.onLoadFailed([&](const std::string&) { ++failures; });
+    browser.onLoadFailed(gate_.listener([&](const std::string&) { ++failures; }));
     EXPECT_EQ(property(browser, "foreign"), "");
     EXPECT_EQ(get(browser, address), "failed");
     browser.execScript("document.getElementById('c').click()", "javascript");
@@ -224,7 +249,7 @@ TEST_F(WebEngineBrowserTest, shows_the_page_of_an_operators_server) {
         socket.write(HttpServer::response("<script>var who='server'</script>", "text/html"));
         return HttpServer::After::Close;
     });
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     ASSERT_TRUE(load(browser, server.address("/DeskMap.asp?LangID=1028").toStdString()));
     EXPECT_EQ(property(browser, "who"), "server");
     EXPECT_EQ(server.requests().first().target, "/DeskMap.asp?LangID=1028");
@@ -233,11 +258,12 @@ TEST_F(WebEngineBrowserTest, shows_the_page_of_an_operators_server) {
 TEST_F(WebEngineBrowserTest, says_when_the_address_cannot_be_loaded) {
     HttpServer server([](const HttpRequest&, QTcpSocket&) { return HttpServer::After::Close; });
     server.stop();
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     std::vector<std::string> failed;
     bool complete = false;
-    browser.onLoadFailed([&](const std::string& address) { failed.push_back(address); });
-    browser.onDocumentComplete([&](const std::string&) { complete = true; });
+    browser.onLoadFailed(
+        gate_.listener([&](const std::string& address) { failed.push_back(address); }));
+    browser.onDocumentComplete(gate_.listener([&](const std::string&) { complete = true; }));
     browser.navigate(server.address("/DeskMap.asp").toStdString());
     ASSERT_TRUE(waitFor([&] { return !failed.empty(); }, 30000));
     EXPECT_FALSE(complete);
@@ -248,7 +274,7 @@ TEST_F(WebEngineBrowserTest, says_when_the_address_cannot_be_loaded) {
 TEST_F(WebEngineBrowserTest, tells_the_page_its_language) {
     WebEngineBrowserSettings with = settings();
     with.language = "zh-TW";
-    WebEngineBrowser browser(with);
+    WebEngineBrowser browser(with, gate_.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     browser.execScript("var seen = navigator.language", "javascript");
     EXPECT_EQ(property(browser, "seen"), "zh-TW");
@@ -260,13 +286,13 @@ TEST_F(WebEngineBrowserTest, tells_the_page_its_language) {
 
 TEST_F(WebEngineBrowserTest, keeps_what_the_page_remembers) {
     {
-        WebEngineBrowser browser(settings());
+        WebEngineBrowser browser(settings(), gate_.delivery());
         ASSERT_TRUE(load(browser, ownPage));
         browser.execScript("localStorage.setItem('follow', 'off')", "javascript");
         EXPECT_EQ(property(browser, "own"), "script of its own");
         letRun(500); // the browser's process writes it in its own time
     }
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     browser.execScript("var kept = localStorage.getItem('follow')", "javascript");
     EXPECT_EQ(property(browser, "kept"), "off");
@@ -274,7 +300,7 @@ TEST_F(WebEngineBrowserTest, keeps_what_the_page_remembers) {
 
 TEST_F(WebEngineBrowserTest, takes_the_scroll_bars_away) {
     writePage("<div style='height:9000px'>long</div>");
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     browser.setBodyScroll("no");
     browser.execScript("var overflow = getComputedStyle(document.body).overflow", "javascript");
@@ -284,9 +310,10 @@ TEST_F(WebEngineBrowserTest, takes_the_scroll_bars_away) {
 TEST_F(WebEngineBrowserTest, runs_the_map_page_itself) {
     WebEngineBrowserSettings with = settings();
     with.pageFolder = VELMORANT_MAP_PAGE;
-    WebEngineBrowser browser(with);
+    WebEngineBrowser browser(with, gate_.delivery());
     std::vector<std::string> messages;
-    browser.onPageMessage([&](const std::string& text) { messages.push_back(text); });
+    browser.onPageMessage(
+        gate_.listener([&](const std::string& text) { messages.push_back(text); }));
     browser.view().resize(338, 248);
     browser.view().show();
     QElapsedTimer timer;
@@ -304,7 +331,7 @@ TEST_F(WebEngineBrowserTest, runs_the_map_page_itself) {
 
 TEST_F(WebEngineBrowserTest, may_end_after_the_window_that_held_its_view) {
     auto window = std::make_unique<QWidget>();
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     browser.view().setParent(window.get());
     window->show();
     ASSERT_TRUE(load(browser, ownPage));

@@ -1,8 +1,12 @@
 #include "desktop/player/MpvPlayer.h"
 
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/player/VideoWidget.h"
 #include "tests/desktop/eventLoop.h"
 #include "tests/desktop/player/TestMedia.h"
+
+#include <QDir>
+#include <QFile>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,13 +23,16 @@ using testing::HasSubstr;
 class MpvPlayerTest : public testing::Test {
   protected:
     MpvPlayerTest() {
-        player_.onPlayStateChange([this](PlayState state) { states_.push_back(state); });
-        player_.onOpenFailed([this](const std::string& path, const std::string& reason) {
-            failures_.push_back(path + ": " + reason);
-        });
-        player_.onEndedEarly([this](const std::string& path, const std::string& reason) {
-            earlyEnds_.push_back(path + ": " + reason);
-        });
+        player_.onPlayStateChange(
+            gate_.listener([this](PlayState state) { states_.push_back(state); }));
+        player_.onOpenFailed(
+            gate_.listener([this](const std::string& path, const std::string& reason) {
+                failures_.push_back(path + ": " + reason);
+            }));
+        player_.onEndedEarly(
+            gate_.listener([this](const std::string& path, const std::string& reason) {
+                earlyEnds_.push_back(path + ": " + reason);
+            }));
         widget_.resize(320, 180);
         widget_.setPictureSize(320, 180);
         widget_.show();
@@ -48,6 +55,7 @@ class MpvPlayerTest : public testing::Test {
         return waitFor([this, number] { return frame() == number % 100; }, 3000);
     }
 
+    HandlerGate gate_;
     MpvPlayer player_{VideoOutput::Software, AudioOutput::System};
     VideoWidget widget_{player_};
     std::vector<PlayState> states_;
@@ -310,12 +318,46 @@ TEST_F(MpvPlayerTest, gives_the_decoded_frame_at_its_full_size) {
 
 TEST(HiddenMpvPlayer, plays_without_any_widget) {
     MpvPlayer player(VideoOutput::None, AudioOutput::None);
+    HandlerGate gate;
     bool ended = false;
-    player.onPlayStateChange([&](PlayState state) { ended |= state == PlayState::MediaEnded; });
+    player.onPlayStateChange(
+        gate.listener([&](PlayState state) { ended |= state == PlayState::MediaEnded; }));
     player.setUrl(testMedium(TestMedium::Short));
     player.play();
     player.setMute(true);
     EXPECT_TRUE(waitFor([&] { return ended; }));
+}
+
+/// The names of this process's threads.
+std::vector<std::string> threadNames() {
+    std::vector<std::string> names;
+    for (const QString& thread :
+         QDir("/proc/self/task").entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile name("/proc/self/task/" + thread + "/comm");
+        if (name.open(QIODevice::ReadOnly)) // else it has ended meanwhile
+            names.push_back(name.readAll().trimmed().toStdString());
+    }
+    return names;
+}
+
+TEST(MpvPlayers, run_no_script_of_libmpv) {
+    MpvPlayer hidden(VideoOutput::None, AudioOutput::None);
+    MpvPlayer visible(VideoOutput::Software, AudioOutput::System);
+    VideoWidget widget(visible);
+    widget.setPictureSize(320, 180);
+    widget.show();
+    widget.setPictureVisible(true);
+    for (MpvPlayer* player : {&hidden, &visible}) {
+        player->setUrl(testMedium(TestMedium::TenSeconds));
+        player->play();
+    }
+    // By then every thread has its name.
+    ASSERT_TRUE(
+        waitFor([&] { return visible.currentPosition() > 0.1 && hidden.currentPosition() > 0.1; }));
+    const std::vector<std::string> names = threadNames();
+    EXPECT_THAT(names, testing::Contains(HasSubstr("demux"))) << "libmpv's threads are not seen";
+    EXPECT_THAT(names,
+                testing::Each(testing::Not(testing::AnyOf(HasSubstr("lua"), HasSubstr("script")))));
 }
 
 TEST(HiddenMpvPlayer, plays_beside_a_visible_one_from_the_first_moment) {

@@ -1,5 +1,6 @@
 #include "desktop/transfer/CurlHttpTransfer.h"
 
+#include "desktop/gate/HandlerGate.h"
 #include "tests/desktop/HttpServer.h"
 #include "tests/desktop/eventLoop.h"
 
@@ -65,7 +66,8 @@ class CurlHttpTransferTest : public testing::Test {
     QByteArray taken_;
     HttpServer::Handler answer_;
     HttpServer server_;
-    CurlHttpTransfer transfer_;
+    HandlerGate gate_;
+    CurlHttpTransfer transfer_{gate_.delivery()};
     std::vector<TransferState> states_;
 };
 
@@ -213,19 +215,24 @@ TEST_F(CurlHttpTransferTest, calls_a_listener_again_that_leaves_bytes_behind) {
 }
 
 TEST_F(CurlHttpTransferTest, brings_its_calls_to_the_time_when_they_may_run) {
-    std::vector<std::function<void()>> held;
-    CurlHttpTransfer transfer([&](std::function<void()> call) { held.push_back(std::move(call)); });
-    int calls = 0;
-    transfer.onStateChanged([&](TransferState) { ++calls; });
     serve(HttpServer::response("x", "text/plain"));
-    transfer.get(server_.address("/x").toStdString());
-    ASSERT_TRUE(waitFor([&] { return !held.empty(); }));
-    EXPECT_EQ(calls, 0);
-    held[0]();
-    EXPECT_EQ(calls, 1);
-    transfer.cancel();
-    held[0]();
-    EXPECT_EQ(calls, 1) << "told of a transfer that was cancelled";
+    const std::string address = server_.address("/x").toStdString();
+    // The status of the response is known when the call begins to wait at the gate.
+    const auto fetchInside = [&] {
+        transfer_.get(address);
+        EXPECT_TRUE(waitFor([&] { return transfer_.responseCode() == 200; }));
+        EXPECT_THAT(states_, ElementsAre());
+    };
+    gate_.runWhenFree(fetchInside);
+    EXPECT_TRUE(waitFor([&] { return !states_.empty(); }));
+    EXPECT_THAT(states_, ElementsAre(TransferState::ResponseCompleted));
+    states_.clear();
+    gate_.runWhenFree([&] {
+        fetchInside();
+        transfer_.cancel();
+    });
+    letRun(100);
+    EXPECT_THAT(states_, ElementsAre()) << "told of a transfer that was cancelled";
 }
 
 TEST_F(CurlHttpTransferTest, sends_nothing_more_after_a_cancel) {

@@ -25,7 +25,7 @@ class DesktopUpdate {
         : texts(settings, base),
           paths([](const std::string&) { return std::nullopt; }, folder.path()) {
         settings.setLanguage(1001);
-        window.onCloseRequest([this] { update.Close(); });
+        window.onCloseRequest(gate.listener([this] { update.Close(); }));
     }
 
     bool runToEnd(UpdateOpening opening = UpdateOpening::OnRequest, int limit = 60000) {
@@ -44,8 +44,7 @@ class DesktopUpdate {
     QtScreen screen;
     UpdateWindow widget{texts};
     QtWindow window{widget, gate, screen};
-    CurlHttpTransfer transfer{
-        [this](std::function<void()> call) { gate.runWhenFree(std::move(call)); }};
+    CurlHttpTransfer transfer{gate.delivery()};
     QtTimer startLoad{gate};
     QtTimer allLoad{gate};
     QtTimer close{gate};

@@ -3,6 +3,7 @@
 // the local catalogue is the server's.
 #include "app/LanguageTable.h"
 #include "app/PosixHostPaths.h"
+#include "desktop/gate/HandlerGate.h"
 #include "desktop/transfer/CurlHttpTransfer.h"
 #include "settings/frmUpdate.h"
 
@@ -92,7 +93,8 @@ int main(int argc, char** argv) {
     const LanguageTable texts(settings, argv[2]);
     const PosixHostPaths paths([](const std::string&) { return std::nullopt; }, folder);
     NoWindow window;
-    CurlHttpTransfer transfer;
+    HandlerGate gate;
+    CurlHttpTransfer transfer(gate.delivery());
     ImmediateTimer startLoad;
     ImmediateTimer allLoad;
     ImmediateTimer close;

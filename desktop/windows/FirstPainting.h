@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QObject>
+#include <chrono>
+#include <functional>
+
+class QWidget;
+
+namespace velmorant {
+
+/// Tells once that a widget's first picture has gone to the screen. Belongs to the widget.
+class FirstPainting : public QObject {
+  public:
+    FirstPainting(QWidget& widget, std::function<void()> painted);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    std::function<void()> painted_;
+};
+
+/// Shows a window and waits until it is painted, without user input, but no longer than `limit`: a
+/// desktop that hides new windows must not hold the program. True when it was painted.
+bool showPainted(QWidget& window, QWidget& contents, std::chrono::milliseconds limit);
+
+} // namespace velmorant
