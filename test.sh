@@ -72,6 +72,10 @@ check "formatting" tools/check_format.sh
 check "includes follow the arrows" tools/check_includes.sh
 check "the include check fails on a forbidden include" tools/check_includes_test.sh
 check "the places that are broken to try the tests" tools/mutation_test.py
+check "nothing passes the gate by" tools/check_gate.sh
+check "the check of the gate fails on each way past it" tools/check_gate_test.sh
+check "the environment is changed in one place" tools/check_environment.sh
+check "the check of the environment fails on each change" tools/check_environment_test.sh
 check "file lengths" tools/check_sizes.sh
 
 for preset in default sanitizers; do

@@ -32,6 +32,9 @@ void withoutOpenGlNotices(QtMsgType type, const QMessageLogContext& context, con
 } // namespace
 
 void prepareWebEngine(OpenGlUse use) {
+    // The browser sets this one itself when it starts, among threads of the player that read the
+    // environment: a name that is new then moves the table that they walk through.
+    setUnlessSet("force_s3tc_enable", "true");
     // Composed by OpenGL the whole window would be, which makes every repaint of the picture
     // dearer.
     setUnlessSet("QT_QUICK_BACKEND", "software");

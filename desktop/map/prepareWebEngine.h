@@ -9,8 +9,9 @@ inline constexpr char mapHost[] = "map";
 /// Whether anything in the program is drawn by OpenGL. The page is not.
 enum class OpenGlUse { None, Picture };
 
-/// Call once, before the application object: registers the scheme and sets what Qt WebEngine reads
-/// at its start. What the environment already sets stays.
+/// Call once, before the application object and before any thread: registers the scheme and sets
+/// the variables that Qt WebEngine reads or sets at its start. What the environment already sets
+/// stays. Nothing else in the program changes the environment: threads may be reading it.
 void prepareWebEngine(OpenGlUse use = OpenGlUse::None);
 
 } // namespace velmorant

@@ -6,6 +6,19 @@
 
 namespace velmorant {
 
+namespace {
+
+/// What libmpv brings along to run in threads of its own: on-screen displays, a console, profiles
+/// and a downloader, none of which this program uses. The threads read the environment, which the
+/// browser may change meanwhile. A libmpv without a script language, or of another age, has fewer
+/// of them or more.
+constexpr const char* builtInScripts[] = {
+    "load-scripts",     "osc",         "ytdl",          "load-stats-overlay", "load-osd-console",
+    "load-console",     "load-select", "load-commands", "load-auto-profiles", "load-positioning",
+    "load-context-menu"};
+
+} // namespace
+
 MpvHandle::MpvHandle(const Options& options) {
     std::setlocale(LC_NUMERIC, "C");
     handle_ = mpv_create();
@@ -19,6 +32,8 @@ MpvHandle::MpvHandle(const Options& options) {
                             mpv_error_string(status));
         }
     }
+    for (const char* script : builtInScripts)
+        mpv_set_option_string(handle_, script, "no");
     const int status = mpv_initialize(handle_);
     if (status < 0) {
         mpv_terminate_destroy(handle_);

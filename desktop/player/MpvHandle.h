@@ -9,8 +9,9 @@
 
 namespace velmorant {
 
-/// Owns one libmpv core. Everything but the constructor is asynchronous: no call waits for the
-/// core, which may be busy opening a slow card. Requests are executed in the order given.
+/// Owns one libmpv core, in which no script runs. Everything but the constructor is asynchronous:
+/// no call waits for the core, which may be busy opening a slow card. Requests are executed in the
+/// order given.
 class MpvHandle {
   public:
     using Options = std::vector<std::pair<const char*, const char*>>;
