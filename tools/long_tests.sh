@@ -1,7 +1,8 @@
 #!/bin/bash
 # What takes longer than the daily tests; ./test.sh --long calls it after its build. Prints a line a
 # test and ends with 1 when one failed.
-#   VELMORANT_STARTS         how often the program is started (default 100)
+#   VELMORANT_STARTS         how often the program is started, plainly and again with an environment
+#                            that is read slowly (default 100)
 #   VELMORANT_KILLS          how often it is killed (default 30)
 #   VELMORANT_CLICKS         how many places of routes are clicked (default 200)
 #   VELMORANT_FUZZ_SECONDS   how long each fuzzer runs (default 120)
@@ -29,86 +30,12 @@ result() { # NAME EXIT-CODE
     fi
 }
 
-# A home of its own with a language and a card's recordings in the list.
-prepare_home() {
-    export HOME="$work/home" XDG_CONFIG_HOME="$work/home/config" XDG_DATA_HOME="$work/home/data"
-    export XDG_CACHE_HOME="$work/home/cache" XDG_RUNTIME_DIR="$work/home/run"
-    mkdir -p "$XDG_CONFIG_HOME" "$XDG_DATA_HOME" "$XDG_CACHE_HOME"
-    mkdir -p -m 700 "$XDG_RUNTIME_DIR"
-    "$program/velmorant-setup"
-    [ -d "$work/card" ] ||
-        build/default/tools/make_card "$work/card" --one-picture --seconds 5 >/dev/null
-    "$program/velmorant-list" "$work/card" >/dev/null
-}
-
-sums() { find "$work/card" "$XDG_CONFIG_HOME" -type f -name '*.[mM][pP]4' -print0 | sort -z |
-    xargs -0 sha256sum; }
-
-# Waits for a line of the journal while the program lives.
-journal_has() { # JOURNAL PATTERN PROCESS SECONDS
-    local tries=$(($4 * 10))
-    while ! grep -q "$2" "$1" 2>/dev/null; do
-        tries=$((tries - 1))
-        [ $tries -gt 0 ] && kill -0 "$3" 2>/dev/null || return 1
-        sleep 0.1
-    done
-}
-
-# The first start writes the values that the configuration still lacks.
-start_once() {
-    VELMORANT_JOURNAL="$work/journal" setsid "$program/Velmorant DVR Tools" >"$work/log" 2>&1 &
-    local process=$!
-    journal_has "$work/journal" '^page velmorant:' "$process" 60
-    local code=$?
-    kill -TERM -- "-$process" 2>/dev/null
-    wait "$process" 2>/dev/null
-    return $code
-}
-
-# The real program and, by turns, the driven one, which is caught while it extracts and plays.
-kill_at_random_moments() {
-    local before i moment process
-    start_once || return 1
-    before=$(sums)
-    for ((i = 1; i <= kills; i++)); do
-        "$program/velmorant-list" "$work/card" >/dev/null || return 1
-        if [ $((i % 2)) -eq 0 ]; then
-            setsid "$program/Velmorant DVR Tools" >"$work/log" 2>&1 &
-        else
-            setsid build/default/tools/drive_road "$program" "$work/pictures" >"$work/log" 2>&1 &
-        fi
-        process=$!
-        moment=$((RANDOM % 20)).$((RANDOM % 10))
-        sleep "$moment"
-        kill -KILL -- "-$process" 2>/dev/null
-        wait "$process" 2>/dev/null
-        if [ "$(sums)" != "$before" ]; then
-            echo "  after a kill at $moment s a file of the card or the configuration differs"
-            return 1
-        fi
-    done
-    echo "  killed $kills times; configuration and card are whole"
-}
-
-# With an empty sound configuration there is no card to be found, whatever the machine has.
-start_without_sound() {
-    local i process
-    for ((i = 1; i <= starts; i++)); do
-        "$program/velmorant-list" "$work/card" >/dev/null || return 1
-        rm -f "$work/journal"
-        ALSA_CONFIG_PATH=/dev/null PULSE_SERVER=/nowhere VELMORANT_JOURNAL="$work/journal" setsid \
-            "$program/Velmorant DVR Tools" >"$work/log" 2>&1 &
-        process=$!
-        if ! journal_has "$work/journal" '^page velmorant:' "$process" 60; then
-            echo "  start $i shows no map page within 60 s"
-            tail -n 5 "$work/log"
-            kill -KILL -- "-$process" 2>/dev/null
-            return 1
-        fi
-        kill -TERM -- "-$process" 2>/dev/null
-        wait "$process" 2>/dev/null
-    done
-    echo "  started $starts times"
+# Each program on a display of its own; on a machine that has more to do than it can.
+start_again_and_again() {
+    python3 tools/start_and_kill.py starts "$starts" --load 1
+    result "repeated starts without a sound card" $?
+    python3 tools/start_and_kill.py starts "$starts" --load 1 --slowed
+    result "repeated starts with an environment that is read slowly" $?
 }
 
 # The update against a real web server. Mounting the disks that become full needs root.
@@ -124,15 +51,6 @@ update() {
         result "update: $part" $code
     done
 }
-
-# Under a display of its own this script calls itself for the parts that need one.
-if [ "${VELMORANT_LONG_PART:-}" = kills ]; then
-    prepare_home && kill_at_random_moments
-    exit
-elif [ "${VELMORANT_LONG_PART:-}" = starts ]; then
-    prepare_home && start_without_sound
-    exit
-fi
 
 on_display() { tools/on_virtual_display.sh 1024x708 "$@"; }
 
@@ -158,12 +76,11 @@ for test in $tests; do
         result "random places of routes lead to their recording and second" $code
         ;;
     kills)
-        VELMORANT_LONG_PART=kills on_display tools/long_tests.sh
+        python3 tools/start_and_kill.py kills "$kills"
         result "killed at random moments" $?
         ;;
     starts)
-        VELMORANT_LONG_PART=starts on_display tools/long_tests.sh
-        result "repeated starts without a sound card" $?
+        start_again_and_again
         ;;
     update)
         update
