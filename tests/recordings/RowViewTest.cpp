@@ -56,11 +56,11 @@ TEST_F(RowViewTest, raises_the_flags_by_1) {
 TEST_F(RowViewTest, labels_a_kind_by_language_and_density) {
     row.kind = RecordingKind::Normal;
     EXPECT_EQ(text(SubItem::KindLabel), "  Normal");
-    screen.twips = 12;
+    screen.twipsY = 12;
     EXPECT_EQ(text(SubItem::KindLabel), "Normal");
-    screen.twips = 10;
+    screen.twipsY = 10;
     EXPECT_EQ(text(SubItem::KindLabel), "<14101>");
-    screen.twips = 15;
+    screen.twipsY = 15;
     row.kind = RecordingKind::Locked;
     texts.languageBase = 20000;
     EXPECT_EQ(text(SubItem::KindLabel), "     \u4fdd\u8b77");

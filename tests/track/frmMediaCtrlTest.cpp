@@ -98,10 +98,8 @@ class frmMediaCtrlTest : public ::testing::Test {
     /// As the real one does, it leaves the track's cursor behind the dot that was drawn last.
     void draw(std::int32_t number) {
         drawn.push_back(number);
-        for (const LoadedTracks::Entry& entry : state.loadedTracks) {
-            if (entry.key == trackKey(std::to_string(number)))
-                entry.track->lPlayLocal(entry.track->count());
-        }
+        const std::shared_ptr<clsDot> track = state.loadedTracks.find(number);
+        track->lPlayLocal(track->count());
     }
 };
 
