@@ -2,8 +2,7 @@
 # Checks the format of every C++ file; with --fix it formats them instead.
 set -eu
 cd "$(dirname "$0")/.."
-files=$(find app common desktop extractor fuzz benchmarks library playback ports recordings resources settings \
-    telemetry tests tools track xml \( -name '*.h' -o -name '*.cpp' \) 2>/dev/null)
+files=$(tools/sources.sh h cpp)
 if [ "${1:-}" = --fix ]; then
     printf '%s\n' "$files" | xargs clang-format -i
     exit 0

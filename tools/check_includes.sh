@@ -1,15 +1,18 @@
 #!/bin/sh
 # The arrows between the rooms: which room may include which. Prints every include that breaks a
-# rule and ends with 1, or prints nothing and ends with 0.
+# rule, every folder of sources without one and, in the project itself, every rule that nothing
+# needs; ends with 1 then, or prints nothing and ends with 0.
 # Usage: tools/check_includes.sh [folder of the sources]
 set -eu
+whole=${1:-yes}
 cd "${1:-$(dirname "$0")/..}"
 
 # room: the rooms whose headers it may include. "qt" stands for Qt, libmpv and QCustomPlot, "os" for
 # the system's own file interface, "openssl" for its libcrypto; the standard library is open to all.
+# What tests, measures and drives the rooms may include any.
 rules='
 common: common
-ports: ports common
+ports: ports
 telemetry: telemetry os
 extractor: extractor telemetry os
 recordings: recordings ports common
@@ -20,21 +23,25 @@ app: app ports common resources os
 update: update ports common os openssl
 settings: settings update ports common
 xml: xml ports common expat
-server: server update ports common os
-desktop: desktop update app recordings library track playback settings ports common resources xml telemetry qt os expat
+server: server update common os
+desktop: desktop update app recordings library track playback settings ports common xml telemetry qt os
 resources: resources common
 '
+free="tests fuzz benchmarks tools"
 
 status=0
-for room in $(printf '%s' "$rules" | sed -n 's/:.*//p'); do
-    [ -d "$room" ] || continue
-    allowed=" $(printf '%s' "$rules" | sed -n "s/^$room: //p") "
-    found=$(find "$room" \( -name '*.h' -o -name '*.cpp' \) -exec \
-        grep -HnE '^[[:space:]]*#[[:space:]]*include' {} + | awk -v allowed="$allowed" -v room="$room" '
+complain() {
+    echo "$1"
+    status=1
+}
+
+# kind of what is included, and the line: "ports track/clsDot.h:3:#include ..."
+includes_of() {
+    find "$1" \( -name '*.h' -o -name '*.cpp' \) -exec \
+        grep -HnE '^[[:space:]]*#[[:space:]]*include' {} + | awk '
         {
             line = $0
             sub(/^.*include[[:space:]]*/, "", line)
-            kind = ""
             if (line ~ /^"/) {
                 path = line
                 sub(/^"/, "", path)
@@ -53,11 +60,37 @@ for room in $(printf '%s' "$rules" | sed -n 's/:.*//p'); do
             } else {
                 kind = "os"
             }
-            if (index(allowed, " " kind " ") == 0) print $0 "   (" room " may not include " kind ")"
-        }')
-    if [ -n "$found" ]; then
-        printf '%s\n' "$found"
-        status=1
+            print kind, $0
+        }'
+}
+
+rooms=$(printf '%s' "$rules" | sed -n 's/:.*//p')
+for folder in */; do
+    folder=${folder%/}
+    case " $(echo $rooms) $free build " in
+    *" $folder "*) continue ;;
+    esac
+    [ -z "$(find "$folder" \( -name '*.h' -o -name '*.cpp' \) -print -quit)" ] ||
+        complain "$folder: holds sources, and no rule says what it may include"
+done
+for room in $rooms; do
+    if [ ! -d "$room" ]; then
+        [ "$whole" != yes ] || complain "$room: a rule for a room that does not exist"
+        continue
     fi
+    allowed=$(printf '%s' "$rules" | sed -n "s/^$room: //p")
+    found=$(includes_of "$room")
+    broken=$(printf '%s\n' "$found" | awk -v allowed=" $allowed " -v room="$room" '
+        NF > 0 && index(allowed, " " $1 " ") == 0 {
+            kind = $1
+            sub(/^[^ ]* /, "")
+            print $0 "   (" room " may not include " kind ")"
+        }')
+    [ -z "$broken" ] || complain "$broken"
+    [ "$whole" = yes ] || continue
+    for kind in $allowed; do
+        [ "$kind" = "$room" ] || printf '%s\n' "$found" | grep -q "^$kind " ||
+            complain "$room: may include $kind and does not"
+    done
 done
 exit $status

@@ -31,3 +31,6 @@ try fails track/frmSendData.cpp '"frmSendData.h"'
 try fails ports/Timer.h '"track/frmSendData.h"'
 try fails telemetry/Reader.cpp '"ports/Timer.h"'
 try fails telemetry/Reader.cpp '<mpv/client.h>'
+mkdir "$scratch/cellar"
+try passes track/clsDot.cpp '<vector>'
+try fails cellar/Wine.cpp '<vector>'

@@ -1,12 +1,10 @@
 #!/bin/sh
-# Names every source file longer than 400 lines that gives no reason: a comment "// Long because ..."
+# Names every source file longer than 400 lines that gives no reason: a comment "Long because ..."
 # among its first 30 lines.
 set -eu
 cd "$(dirname "$0")/.."
 status=0
-for file in $(find app common desktop extractor fuzz benchmarks library playback ports recordings resources \
-    resources settings telemetry tests tools track xml \
-    \( -name '*.h' -o -name '*.cpp' -o -name '*.js' -o -name '*.sh' \) -not -path '*/vendor/*' 2>/dev/null); do
+for file in $(tools/sources.sh h cpp js sh py); do
     lines=$(wc -l <"$file")
     if [ "$lines" -gt 400 ] && ! head -n 30 "$file" | grep -q 'Long because'; then
         echo "$file: $lines lines and no reason given"

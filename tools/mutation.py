@@ -61,7 +61,7 @@ class Workshop:
         self.tests_of_room = {}
         self.limits = {}
 
-    def prepare(self):
+    def prepare(self, rooms):
         copy_changed(SNAPSHOT, self.tree)
         shutil.rmtree(self.home, ignore_errors=True)
         self.home.mkdir(parents=True)
@@ -73,7 +73,7 @@ class Workshop:
         if configured.returncode != 0:
             raise RuntimeError(configured.stdout)
         self.find_tests()
-        tests = sorted({test for tests in self.tests_of_room.values() for test in tests})
+        tests = sorted({test for room in rooms for test in self.tests_of_room.get(room, [])})
         built = self.run(["ninja", "-C", str(self.build), f"-j{self.share_of_cores}", *tests], 3600)
         if built.returncode != 0:
             raise RuntimeError(built.stdout[-3000:])
@@ -273,6 +273,7 @@ def main():
     places = options.places or [room for room in ROOMS if (SNAPSHOT / room).is_dir()]
     mutants = all_mutants(places)
     random.Random(options.seed).shuffle(mutants)
+    rooms = {mutant.file.split("/")[0] for mutant in mutants}
     listed = listed_survivors()
     Workshop.fenced = can_fence()
     begun = time.monotonic()
@@ -280,7 +281,7 @@ def main():
     workshops = [Workshop(number, share_of_cores) for number in range(1, options.jobs + 1)]
     try:
         with concurrent.futures.ThreadPoolExecutor(len(workshops)) as threads:
-            list(threads.map(Workshop.prepare, workshops))
+            list(threads.map(lambda workshop: workshop.prepare(rooms), workshops))
     except RuntimeError as error:
         print(error)
         return 2

@@ -8,7 +8,9 @@ reaches each, and the focus can be seen; the dialogs, boxes and menus open and c
 does the update's window while it fetches a release from a slow server. Then the settings change the
 language: the program starts again with the same rows, and all is looked at once more in Chinese.
 Needs a display, a session bus, openbox, xdotool and ImageMagick. Leaves a picture of every window
-in each language."""
+in each language.
+
+Long because it is one walk, in which each step begins where the one before has ended."""
 
 import functools
 import http.server
