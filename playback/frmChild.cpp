@@ -124,6 +124,15 @@ bool frmChild::isPlayingOrPaused() const {
     return isPlaying() || m_needs.player.playState() == PlayState::Paused;
 }
 
+bool frmChild::isOpening() const {
+    const PlayState state = m_needs.player.playState();
+    return state == PlayState::OpeningToPlay || state == PlayState::OpeningToPause;
+}
+
+bool frmChild::willPlay() const {
+    return isPlaying() || m_needs.player.playState() == PlayState::OpeningToPlay;
+}
+
 double frmChild::position() const {
     return m_needs.player.currentPosition().value_or(0.0);
 }

@@ -65,6 +65,8 @@ class frmChild {
 
     bool isPlaying() const;         ///< state 3
     bool isPlayingOrPaused() const; ///< states 3 and 2
+    bool isOpening() const;         ///< a recording opens and will play or pause
+    bool willPlay() const;          ///< it plays, or will as soon as it is open
     double position() const;        ///< seconds; 0 while unknown
     std::int16_t wholeDuration() const;
 

@@ -94,6 +94,9 @@ void frmCurve::showVolume() {
 void frmCurve::play() {
     if (m_needs.player.isPlaying())
         m_fast.stop();
+    else if (m_needs.player.isOpening())
+        // The recording is chosen already; it only has to come.
+        m_needs.controls.play();
     else if (m_needs.player.isPlayingOrPaused())
         resume();
     else
@@ -187,7 +190,7 @@ void frmCurve::showStates() {
 }
 
 void frmCurve::TogglePlay() {
-    ButtonClicked(m_needs.player.isPlaying() && !m_fast.running() ? "PAUSE" : "CMDPLAY");
+    ButtonClicked(m_needs.player.willPlay() && !m_fast.running() ? "PAUSE" : "CMDPLAY");
 }
 
 void frmCurve::StepSeconds(double seconds) {

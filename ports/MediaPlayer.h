@@ -5,21 +5,32 @@
 
 namespace velmorant {
 
-/// Play states as the player publishes them.
-enum class PlayState { Undefined = 0, Stopped = 1, Paused = 2, Playing = 3, MediaEnded = 8 };
+/// Play states as the player publishes them, and two that it answers while a file opens, which
+/// takes a while: Undefined until something is asked of that file, then what it will do once it is
+/// open. No event tells of those two.
+enum class PlayState {
+    Undefined = 0,
+    Stopped = 1,
+    Paused = 2,
+    Playing = 3,
+    MediaEnded = 8,
+    OpeningToPlay = 9,
+    OpeningToPause = 10
+};
 
-/// Opens and plays one recording at a time. A play or seek that comes while a file still opens is
-/// held until it is open.
+/// Opens and plays one recording at a time. What is asked of a file that still opens is held until
+/// it is open.
 class PlayerControls {
   public:
     virtual ~PlayerControls() = default;
     /// Opens the file; plays nothing yet. The empty path closes the present file.
     virtual void setUrl(const std::string& path) = 0;
     virtual std::string url() const = 0; ///< the path last set
-    virtual void play() = 0;
-    virtual void pause() = 0;
-    virtual void stop() = 0;
-    /// Seconds from the start; absent while the player knows none.
+    virtual void play() = 0;             ///< without a file: nothing
+    virtual void pause() = 0;            ///< of what plays, or is to; else nothing
+    virtual void stop() = 0;             ///< back to the start
+    /// Seconds from the start, at a seek at once its target; absent while the player knows none, as
+    /// while a file opens.
     virtual std::optional<double> currentPosition() const = 0;
     virtual void setCurrentPosition(double seconds) = 0;
     virtual std::optional<double> duration() const = 0; ///< seconds
@@ -34,7 +45,7 @@ class PlayerSettings {
     virtual int volume() const = 0;         ///< 0..100
     virtual void setVolume(int volume) = 0; ///< clamped to 0..100
     virtual double rate() const = 0;        ///< 1 is normal
-    virtual void setRate(double rate) = 0;
+    virtual void setRate(double rate) = 0;  ///< clamped to 0.01..100; what is no number is ignored
 };
 
 /// The player's picture on the window.

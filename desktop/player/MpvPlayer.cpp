@@ -115,6 +115,7 @@ void MpvPlayer::open() {
     const QString path = QFileInfo(QString::fromStdString(url_)).absoluteFilePath();
     loadRequest_ = ++lastRequest_;
     handle_->command({"loadfile", path.toStdString()}, loadRequest_);
+    showWhatIsWanted();
 }
 
 void MpvPlayer::pictureReady() {
@@ -138,8 +139,10 @@ void MpvPlayer::play() {
     wanted_ = Wanted::Play;
     if (phase_ == Phase::Closed)
         open();
-    if (phase_ != Phase::Opened)
+    if (phase_ != Phase::Opened) {
+        showWhatIsWanted();
         return;
+    }
     if (atEnd_)
         seek(0);
     handle_->setFlag("pause", false);
@@ -153,8 +156,10 @@ void MpvPlayer::pause() {
     if (wanted_ != Wanted::Play)
         return;
     wanted_ = Wanted::Pause;
-    if (phase_ != Phase::Opened)
+    if (phase_ != Phase::Opened) {
+        showWhatIsWanted();
         return;
+    }
     handle_->setFlag("pause", true);
     setState(PlayState::Paused);
 }
@@ -162,8 +167,10 @@ void MpvPlayer::pause() {
 void MpvPlayer::stop() {
     wanted_ = Wanted::Nothing;
     heldSeek_.reset();
-    if (phase_ != Phase::Opened)
+    if (phase_ != Phase::Opened) {
+        showWhatIsWanted();
         return;
+    }
     handle_->setFlag("pause", true);
     seek(0);
     setState(PlayState::Stopped);
@@ -283,11 +290,19 @@ void MpvPlayer::onEndedEarly(FailureListener listener) {
     earlyEndListener_ = std::move(listener);
 }
 
+/// While the file opens, which is no event: nothing plays or pauses yet.
+void MpvPlayer::showWhatIsWanted() {
+    state_ = wanted_ == Wanted::Play    ? PlayState::OpeningToPlay
+             : wanted_ == Wanted::Pause ? PlayState::OpeningToPause
+                                        : PlayState::Undefined;
+}
+
 void MpvPlayer::setState(PlayState state) {
-    if (state_ == state)
-        return;
+    const bool opening = state_ == PlayState::OpeningToPlay || state_ == PlayState::OpeningToPause;
+    const PlayState told = opening ? PlayState::Undefined : state_;
     state_ = state;
-    sendState(state);
+    if (state != told)
+        sendState(state);
 }
 
 void MpvPlayer::sendState(PlayState state) {

@@ -23,10 +23,10 @@ enum class FrameStep { Back, Forward };
 /// The media player on libmpv. It opens local files alone: nothing in a recording, be it a playlist
 /// under a recording's name, makes it open anything else.
 ///
-/// playState(): Undefined while nothing is open and while a file opens; Stopped once it is open,
-/// after stop() and after the end; Paused and Playing. At the end of a playing recording the event
-/// MediaEnded is sent, then Stopped; the picture stays the last one and the next play() begins
-/// anew. A pause at the end of the file is no end.
+/// playState(): Undefined while nothing is open and while a file opens of which nothing is asked
+/// yet; Stopped once it is open, after stop() and after the end; Paused and Playing. At the end of
+/// a playing recording the event MediaEnded is sent, then Stopped; the picture stays the last one
+/// and the next play() begins anew. A pause at the end of the file is no end.
 ///
 /// All events are sent from the event loop, never from inside a call. Where there is no sound card
 /// the recording plays without sound.
@@ -110,6 +110,7 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     void ended();
     void failed(const std::string& reason);
     void report(FailureListener MpvPlayer::*listener, const std::string& reason);
+    void showWhatIsWanted();
     void setState(PlayState state);
     void sendState(PlayState state);
 

@@ -3,39 +3,65 @@
 #include "ports/MediaPlayer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace velmorant::fakes {
 
-/// A player whose state the test sets; play, pause and stop set it as a player would.
+/// A player whose state the test sets; play, pause and stop set it as a player would. As with a
+/// real one a file takes its time to open: it is open when the test says so.
 class FakePlayerControls : public PlayerControls {
   public:
     void setUrl(const std::string& path) override {
         m_url = path;
         state = PlayState::Undefined;
-        position = path.empty() ? std::nullopt : std::optional<double>(0.0);
+        position.reset();
+        length.reset();
+        m_opening = !path.empty();
         call("url " + path);
     }
     std::string url() const override { return m_url; }
     void play() override {
-        state = PlayState::Playing;
+        if (m_opening)
+            state = PlayState::OpeningToPlay;
+        else if (!m_url.empty())
+            state = PlayState::Playing;
         call("play");
     }
     void pause() override {
-        state = PlayState::Paused;
+        if (state == PlayState::OpeningToPlay)
+            state = PlayState::OpeningToPause;
+        else if (state == PlayState::Playing)
+            state = PlayState::Paused;
         call("pause");
     }
     void stop() override {
-        state = PlayState::Stopped;
+        state = m_opening || m_url.empty() ? PlayState::Undefined : PlayState::Stopped;
+        if (m_opening)
+            position.reset();
+        else if (!m_url.empty())
+            position = 0;
         call("stop");
     }
     std::optional<double> currentPosition() const override { return position; }
     void setCurrentPosition(double seconds) override {
-        position = seconds;
+        if (!m_url.empty() && std::isfinite(seconds))
+            position = std::clamp(seconds, 0.0, length.value_or(std::max(seconds, 0.0)));
         seeks.push_back(seconds);
         call("seek " + std::to_string(seconds));
+    }
+    /// The file is open: it does what was asked of it meanwhile.
+    void finishOpening(double seconds) {
+        if (!std::exchange(m_opening, false))
+            return;
+        length = seconds;
+        position = std::clamp(position.value_or(0.0), 0.0, seconds);
+        state = state == PlayState::OpeningToPlay    ? PlayState::Playing
+                : state == PlayState::OpeningToPause ? PlayState::Paused
+                                                     : PlayState::Stopped;
     }
     std::optional<double> duration() const override { return length; }
     PlayState playState() const override { return state; }
@@ -55,6 +81,7 @@ class FakePlayerControls : public PlayerControls {
     }
 
     std::string m_url;
+    bool m_opening = false;
 };
 
 class FakePlayerSettings : public PlayerSettings {
@@ -65,7 +92,8 @@ class FakePlayerSettings : public PlayerSettings {
     void setVolume(int volume) override { loudness = std::clamp(volume, 0, 100); }
     double rate() const override { return speed; }
     void setRate(double rate) override {
-        speed = rate;
+        if (std::isfinite(rate))
+            speed = std::clamp(rate, 0.01, 100.0);
         rates.push_back(rate);
     }
 

@@ -26,6 +26,7 @@ class PlayerFixture : public ::testing::Test {
 
     void open(PlayState state, double position, double duration) {
         player.openRecording("/card/1.MP4");
+        controls.finishOpening(duration);
         controls.state = state;
         controls.position = position;
         controls.length = duration;

@@ -109,6 +109,39 @@ TEST_F(frmCurveTest, play_starts_the_first_marked_row) {
     EXPECT_THAT(messages.shown, IsEmpty());
 }
 
+TEST_F(frmCurveTest, play_stays_with_a_recording_that_still_opens) {
+    list.marked = {1, 3};
+    for (const char* way : {"button", "key"}) {
+        player.openRecording("/card/3.MP4");
+        controls.play();
+        ASSERT_EQ(controls.state, PlayState::OpeningToPlay);
+        controls.calls.clear();
+        if (way == std::string("button")) {
+            click("CMDPLAY");
+            EXPECT_EQ(controls.state, PlayState::OpeningToPlay);
+        } else {
+            bar.TogglePlay();
+            EXPECT_EQ(controls.state, PlayState::OpeningToPause);
+            bar.TogglePlay();
+            EXPECT_EQ(controls.state, PlayState::OpeningToPlay);
+        }
+        EXPECT_THAT(list.starts, IsEmpty()) << way;
+        EXPECT_THAT(controls.seeks, IsEmpty()) << way;
+        controls.finishOpening(60);
+        EXPECT_EQ(controls.state, PlayState::Playing) << way;
+        EXPECT_EQ(controls.url(), "/card/3.MP4");
+    }
+}
+
+TEST_F(frmCurveTest, play_after_a_stop_of_a_recording_that_still_opens_is_as_after_any_stop) {
+    list.marked = {1, 3};
+    player.openRecording("/card/3.MP4");
+    controls.play();
+    click("STOP");
+    click("CMDPLAY");
+    EXPECT_THAT(list.starts, ElementsAre(1));
+}
+
 TEST_F(frmCurveTest, play_passes_over_rows_whose_file_is_missing) {
     list.marked = {2, 3, 5};
     list.outcomes = {{2, RowStart::FileMissing}, {3, RowStart::FileMissing}};

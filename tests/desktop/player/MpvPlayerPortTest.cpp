@@ -1,0 +1,26 @@
+#include "desktop/player/MpvPlayer.h"
+#include "tests/desktop/eventLoop.h"
+#include "tests/desktop/player/TestMedia.h"
+#include "tests/ports/PlayerControlsSuite.h"
+
+namespace velmorant {
+namespace {
+
+class MpvStage {
+  public:
+    PlayerControls& controls() { return player_; }
+    PlayerSettings& settings() { return player_; }
+    static std::string recording() { return testMedium(TestMedium::TenSeconds); }
+    static double length() { return 10; }
+    static bool waitFor(const std::function<bool()>& condition) {
+        return velmorant::waitFor(condition);
+    }
+
+  private:
+    MpvPlayer player_{VideoOutput::None, AudioOutput::None};
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Mpv, PlayerControlsSuite, MpvStage);
+
+} // namespace
+} // namespace velmorant
