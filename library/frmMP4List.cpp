@@ -115,6 +115,21 @@ bool frmMP4List::mayAdd() {
     return answer == MessageAnswer::Yes;
 }
 
+/// The first piece is the folder of the names that follow; a name with a folder of its own lies
+/// there, and is dated by it.
+std::vector<FolderSelection>
+frmMP4List::selectionsOf(const std::vector<std::string>& pieces) const {
+    std::vector<FolderSelection> selections;
+    for (std::size_t i = 1; i < pieces.size(); ++i) {
+        const std::string ownFolder = folderOf(m_needs.paths, pieces[i]);
+        const std::string& folder = ownFolder.empty() ? pieces.front() : ownFolder;
+        if (selections.empty() || selections.back().folder != folder)
+            selections.push_back({folder, {}});
+        selections.back().names.push_back(fileNameOf(m_needs.paths, pieces[i]));
+    }
+    return selections;
+}
+
 void frmMP4List::AddRecordings() {
     trapErrors([&] {
         if (!mayAdd())
@@ -126,9 +141,7 @@ void frmMP4List::AddRecordings() {
         if (pieces.empty())
             return;
         if (pieces.size() > 1) {
-            const std::string folder = pieces.front();
-            pieces.erase(pieces.begin());
-            AddFiles(folder, pieces);
+            addSelections(selectionsOf(pieces), static_cast<int>(pieces.size()) - 1);
             return;
         }
         const std::string& path = pieces.front();

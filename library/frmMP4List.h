@@ -119,6 +119,7 @@ class frmMP4List {
     void adaptToDensity();
     void LoadRecordingList();
     bool mayAdd();
+    std::vector<FolderSelection> selectionsOf(const std::vector<std::string>& pieces) const;
     void addSelections(const std::vector<FolderSelection>& selections, int files);
     void afterAdding();
 

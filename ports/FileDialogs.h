@@ -24,7 +24,8 @@ class FileDialogs {
   public:
     virtual ~FileDialogs() = default;
     /// The raw result: one full path, or a folder and the file names in it, separated by NUL
-    /// characters; empty when the dialog was cancelled.
+    /// characters; empty when the dialog was cancelled. A file that the user typed with another
+    /// folder stands among the names with its full path.
     virtual std::string openFiles(const OpenFilesRequest& request) = 0;
     /// The full path chosen; empty when cancelled. Asks by itself before overwriting.
     virtual std::string saveFile(const SaveFileRequest& request) = 0;

@@ -24,6 +24,19 @@ QString memoryKey(bool open) {
     return open ? QStringLiteral("folders/open") : QStringLiteral("folders/save");
 }
 
+/// Typed names may lie in other folders than the first; those stay the full paths that they are.
+std::string folderAndNames(const QStringList& files) {
+    const QString folder = QFileInfo(files.front()).absolutePath();
+    std::string result = folder.toStdString();
+    for (const QString& file : files) {
+        const QFileInfo info(file);
+        result += '\0';
+        result += (info.absolutePath() == folder ? info.fileName() : info.absoluteFilePath())
+                      .toStdString();
+    }
+    return result;
+}
+
 /// The ending of a filter "JPG format file (*.jpg)", without the dot; empty for none.
 QString endingOf(const QString& nameFilter) {
     const qsizetype start = nameFilter.lastIndexOf(QLatin1String("*."));
@@ -98,12 +111,7 @@ std::string QtFileDialogs::openFiles(const OpenFilesRequest& request) {
     if (!run(dialog, Kind::Open))
         return {};
     const QStringList files = dialog.selectedFiles();
-    if (files.size() == 1)
-        return files.front().toStdString();
-    std::string result = dialog.directory().absolutePath().toStdString();
-    for (const QString& file : files)
-        result += '\0' + QFileInfo(file).fileName().toStdString();
-    return result;
+    return files.size() == 1 ? files.front().toStdString() : folderAndNames(files);
 }
 
 std::string QtFileDialogs::saveFile(const SaveFileRequest& request) {

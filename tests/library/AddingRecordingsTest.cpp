@@ -49,6 +49,19 @@ TEST_F(AddingRecordings, adds_a_single_file_by_its_path) {
     EXPECT_EQ(column(SubItem::FullPath), Texts{"/card//20121009/103045.mpeg4"});
 }
 
+TEST_F(AddingRecordings, a_name_with_a_folder_of_its_own_lies_there_and_is_dated_by_it) {
+    dialogs.openAnswers = {
+        dialogResult({"/card/20121009", "103045.MP4", "/other/20121011/080000.MP4",
+                      "/other/20121011/090000_P.MP4", "104045.MP4"})};
+    window.AddRecordings();
+    EXPECT_EQ(column(SubItem::FullPath),
+              (Texts{"/card/20121009/103045.MP4", "/other/20121011/080000.MP4",
+                     "/other/20121011/090000_P.MP4", "/card/20121009/104045.MP4"}));
+    EXPECT_EQ(column(SubItem::DisplayText),
+              (Texts{"2012/10/09  10:30:45    Normal", "2012/10/11  08:00:00    Normal",
+                     "2012/10/11  09:00:00    Lock", "2012/10/09  10:40:45    Normal"}));
+}
+
 TEST_F(AddingRecordings, adds_the_same_file_twice_with_different_serial_numbers) {
     dialogs.openAnswers = {"/c/20121009/103045.MP4", "/c/20121009/103045.MP4"};
     window.AddRecordings();
