@@ -1,5 +1,6 @@
 #include "desktop/chart/ChartWidget.h"
 
+#include "desktop/system/shownText.h"
 #include "desktop/widgets/Theme.h"
 
 #include <qcustomplot.h>
@@ -181,7 +182,7 @@ void ChartWidget::setHovered(int index) {
 }
 
 void ChartWidget::setHoverText(const std::string& text) {
-    hoverText_->setText(QString::fromStdString(text));
+    hoverText_->setText(shownText(text));
     hoverText_->setVisible(!text.empty());
     if (text.empty())
         plot_->layer("moving")->replot();

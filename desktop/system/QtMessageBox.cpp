@@ -1,5 +1,6 @@
 #include "desktop/system/QtMessageBox.h"
 
+#include "desktop/system/shownText.h"
 #include <QApplication>
 #include <QMessageBox>
 #include <QPainter>
@@ -76,7 +77,7 @@ MessageAnswer QtMessageBox::show(const std::string& text, const std::string& tit
     box.setIconPixmap(pictureOf(style, box.devicePixelRatioF()));
     box.setContentsMargins(16, 16, 16, 12);
     box.setWindowTitle(QString::fromStdString(title));
-    box.setText(QString::fromStdString(text));
+    box.setText(shownText(text));
     // A text is shown as it is: a path may look like markup.
     box.setTextFormat(Qt::PlainText);
     const auto add = [&](MessageAnswer answer, QMessageBox::ButtonRole role) {

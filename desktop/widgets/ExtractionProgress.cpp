@@ -1,5 +1,6 @@
 #include "desktop/widgets/ExtractionProgress.h"
 
+#include "desktop/system/shownText.h"
 #include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
@@ -99,7 +100,7 @@ void ExtractionProgress::showModal(const std::string& title) {
 }
 
 void ExtractionProgress::setText(const std::string& text) {
-    text_->setText(QString::fromStdString(text));
+    text_->setText(shownText(text));
 }
 
 void ExtractionProgress::setValue(int percent) {

@@ -1,5 +1,6 @@
 #include "desktop/widgets/SkinTexts.h"
 
+#include "desktop/system/shownText.h"
 #include <QPainter>
 #include <utility>
 
@@ -46,7 +47,7 @@ void SkinLabel::paintEvent(QPaintEvent* event) {
     const int flags = static_cast<int>(alignment()) | (severalLines ? Qt::TextWrapAnywhere : 0);
     const QString shown = severalLines ? cutToFit(text(), fontMetrics(), size(), flags)
                                        : fontMetrics().elidedText(text(), Qt::ElideRight, width());
-    setToolTip(shown == text() ? QString() : text());
+    setToolTip(shown == text() ? QString() : shownToolTip(text()));
     QPainter painter(this);
     painter.setPen(QLabel::palette().color(QPalette::WindowText));
     painter.drawText(rect(), flags, shown);

@@ -1,5 +1,6 @@
 #include "desktop/widgets/SkinView.h"
 
+#include "desktop/system/shownText.h"
 #include "desktop/widgets/SkinButton.h"
 #include "desktop/widgets/SkinTexts.h"
 #include <QPainter>
@@ -116,7 +117,7 @@ void SkinView::nameElement(const SkinElement& element, QWidget& widget) const {
     const std::string toolTip = toolTip_ ? toolTip_(stdId(element)) : std::string();
     const QString title = name.empty() ? element.title : QString::fromStdString(name);
     widget.setAccessibleName(title.isEmpty() ? element.id : title);
-    widget.setToolTip(toolTip.empty() ? title : QString::fromStdString(toolTip));
+    widget.setToolTip(toolTip.empty() ? shownToolTip(title) : shownToolTip(toolTip));
 }
 
 void SkinView::orderTabs() {
@@ -200,7 +201,7 @@ void SkinView::refresh(const std::string& element) {
 }
 
 void SkinView::setText(const std::string& element, const std::string& text) {
-    change(element, [&text](State& state) { state.text = QString::fromStdString(text); });
+    change(element, [&text](State& state) { state.text = shownText(text); });
 }
 
 std::int32_t SkinView::backColour() const {

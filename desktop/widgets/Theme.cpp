@@ -1,6 +1,7 @@
 #include "desktop/widgets/Theme.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QPalette>
 #include <QProxyStyle>
 #include <QToolTip>
@@ -8,11 +9,21 @@
 namespace velmorant {
 namespace {
 
-/// The base style with plain buttons: the pictures of the desktop's icon themes do not fit the dark
-/// ground.
-class PlainButtons : public QProxyStyle {
+/// The base style with plain buttons, because the pictures of the desktop's icon themes do not fit
+/// the dark ground, and with plain labels, those of the toolkit's own boxes included: the name of a
+/// file may look like markup.
+class PlainStyle : public QProxyStyle {
   public:
-    PlainButtons() : QProxyStyle(QStringLiteral("Fusion")) {}
+    PlainStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override {
+        QProxyStyle::polish(widget);
+        // Tool tips are labels too; the page's come as markup in which names are escaped.
+        auto* label = qobject_cast<QLabel*>(widget);
+        if (label != nullptr && !label->inherits("QTipLabel"))
+            label->setTextFormat(Qt::PlainText);
+    }
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* result) const override {
@@ -77,7 +88,7 @@ QScrollBar::add-page, QScrollBar::sub-page { background: transparent; }
 } // namespace
 
 void applyTheme(QApplication& application) {
-    QApplication::setStyle(new PlainButtons);
+    QApplication::setStyle(new PlainStyle);
     QApplication::setPalette(darkPalette());
     QToolTip::setPalette(darkPalette());
     application.setStyleSheet(QString::fromLatin1(styleSheet));

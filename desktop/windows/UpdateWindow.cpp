@@ -2,6 +2,7 @@
 
 #include "common/fillIn.h"
 #include "common/trapErrors.h"
+#include "desktop/system/shownText.h"
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLocale>
@@ -68,7 +69,7 @@ void UpdateWindow::showSingle(std::int64_t value, std::int64_t maximum) {
 }
 
 void UpdateWindow::showStatus(const std::string& text) {
-    status_->setText(QString::fromStdString(text));
+    status_->setText(shownText(text));
 }
 
 void UpdateWindow::showEvent(QShowEvent* event) {

@@ -7,6 +7,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QLabel>
+#include <QTextDocument>
 #include <QWheelEvent>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,6 +18,14 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Pair;
+
+QString drawnAsToolTip(const QString& toolTip) {
+    if (!Qt::mightBeRichText(toolTip))
+        return toolTip;
+    QTextDocument document;
+    document.setHtml(toolTip);
+    return document.toPlainText();
+}
 
 class SkinViewTest : public testing::Test {
   protected:
@@ -196,6 +205,31 @@ TEST_F(SkinViewTest, a_text_too_long_for_its_place_shows_whole_as_a_tool_tip) {
     line.show("a text that is much longer than the hundred pixels of its place");
     view.grab();
     EXPECT_EQ(label->toolTip(), label->text());
+}
+
+TEST_F(SkinViewTest, a_name_that_looks_like_markup_is_shown_as_it_is) {
+    const QString name = "<b>103045</b> &amp; a name longer than its place.MP4";
+    for (const char* place : {"place.status", "place.notice"}) {
+        view.setText(place, name.toStdString());
+        view.grab();
+        auto* label = qobject_cast<QLabel*>(&element(place));
+        EXPECT_EQ(label->text(), name);
+        EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        EXPECT_EQ(drawnAsToolTip(label->toolTip()), name);
+    }
+    view.setElementTexts({}, [](const std::string&) { return "<b>K</b>"; });
+    EXPECT_EQ(drawnAsToolTip(element("play").toolTip()), "<b>K</b>");
+}
+
+TEST_F(SkinViewTest, of_a_text_of_megabytes_both_ends_are_shown) {
+    for (const char* place : {"place.status", "place.notice"}) {
+        view.setText(place, "begin " + std::string(5000000, 'x') + " end");
+        const QString text = qobject_cast<QLabel*>(&element(place))->text();
+        EXPECT_LE(text.size(), 2000);
+        EXPECT_TRUE(text.startsWith("begin ") && text.endsWith(" end"));
+        view.grab();
+        EXPECT_LE(drawnAsToolTip(element(place).toolTip()).size(), 2000);
+    }
 }
 
 TEST_F(SkinViewTest, a_place_of_two_lines_wraps_and_keeps_the_end_of_a_long_text) {

@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QDateTime>
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScreen>
@@ -89,6 +90,37 @@ TEST(QtMessageBox, a_notice_has_one_button) {
     }
 }
 
+TEST(QtMessageBox, shows_markup_as_it_is_and_of_a_long_text_both_ends) {
+    HandlerGate gate;
+    QtMessageBox boxes(gate, buttonText);
+    QString shown;
+    Qt::TextFormat format = Qt::AutoText;
+    const auto look = [&](QMessageBox& box) {
+        shown = box.text();
+        format = box.textFormat();
+        press(box, "Gut");
+    };
+    whenShown<QMessageBox>(look);
+    boxes.show("<b>x</b> &amp; y.MP4", "title", MessageStyle::Stop);
+    EXPECT_EQ(shown, "<b>x</b> &amp; y.MP4");
+    EXPECT_EQ(format, Qt::PlainText);
+    whenShown<QMessageBox>(look);
+    boxes.show("begin " + std::string(5000000, 'x') + " reason", "title", MessageStyle::Stop);
+    EXPECT_LE(shown.size(), 2000);
+    EXPECT_TRUE(shown.startsWith("begin ") && shown.endsWith(" reason"));
+}
+
+TEST(Theme, boxes_of_the_toolkit_show_names_as_they_are) {
+    QMessageBox box(QMessageBox::Warning, "title", "<b>x</b>.jpg already exists.");
+    box.setInformativeText("<i>y</i>");
+    box.show();
+    for (const char* name : {"qt_msgbox_label", "qt_msgbox_informativelabel"}) {
+        const auto* label = box.findChild<QLabel*>(name);
+        ASSERT_NE(label, nullptr) << name;
+        EXPECT_EQ(label->textFormat(), Qt::PlainText) << name;
+    }
+}
+
 TEST(QtMessageBox, timers_of_the_program_go_on_behind_it) {
     HandlerGate gate;
     QtMessageBox boxes(gate, buttonText);
@@ -131,6 +163,28 @@ TEST(QtFileDialogs, one_file_comes_as_its_full_path_several_as_folder_and_names)
                                                                       24));
     whenShown<QFileDialog>([&](QFileDialog& dialog) { dialog.reject(); });
     EXPECT_EQ(dialogs.openFiles(request), "");
+}
+
+TEST(QtFileDialogs, names_typed_with_a_folder_stay_in_that_folder) {
+    const TemporaryFolder here;
+    const TemporaryFolder there;
+    here.write("103045.MP4", "");
+    there.write("103210_P.MP4", "");
+    there.write("103340.MP4", "");
+    HandlerGate gate;
+    QtFileDialogs dialogs(gate);
+    const auto typed = [&](const std::string& names) {
+        whenShown<QFileDialog>([&](QFileDialog& dialog) {
+            dialog.setDirectory(QString::fromStdString(here.path()));
+            chooseNames(dialog, QString::fromStdString(names));
+        });
+        return dialogs.openFiles({"title", "MP4 file|*.MP4", 32767});
+    };
+    const std::string nul(1, '\0');
+    EXPECT_EQ(typed('"' + there.path("103210_P.MP4") + "\" \"" + there.path("103340.MP4") + '"'),
+              there.path() + nul + "103210_P.MP4" + nul + "103340.MP4");
+    EXPECT_EQ(typed("\"103045.MP4\" \"" + there.path("103340.MP4") + '"'),
+              here.path() + nul + "103045.MP4" + nul + there.path("103340.MP4"));
 }
 
 TEST(QtFileDialogs, the_last_folder_is_remembered_by_the_next_run) {
