@@ -1,5 +1,6 @@
 #include "desktop/widgets/RecordingListModel.h"
 
+#include "desktop/system/shownText.h"
 #include <QColor>
 #include <QFont>
 #include <algorithm>
@@ -53,6 +54,10 @@ int RecordingListModel::columnCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(ColumnCount);
 }
 
+Qt::ItemFlags RecordingListModel::flags(const QModelIndex& index) const {
+    return QAbstractTableModel::flags(index) | Qt::ItemIsUserCheckable;
+}
+
 QVariant RecordingListModel::data(const QModelIndex& index, int role) const {
     const int row = index.row() + 1;
     // Between a change of the source and its report the two may differ.
@@ -64,7 +69,7 @@ QVariant RecordingListModel::data(const QModelIndex& index, int role) const {
         return index.column() == Text ? QString::fromStdString(source_->displayText(row))
                                       : QVariant();
     case Qt::ToolTipRole:
-        return QString::fromStdString(source_->toolTip(row));
+        return shownToolTip(source_->toolTip(row));
     case Qt::ForegroundRole: {
         const std::int32_t colour = source_->colour(row);
         return QColor(colour & 0xFF, (colour >> 8) & 0xFF, (colour >> 16) & 0xFF);
@@ -74,6 +79,8 @@ QVariant RecordingListModel::data(const QModelIndex& index, int role) const {
         font.setBold(playing);
         return font;
     }
+    case Qt::CheckStateRole:
+        return source_->mark(row) == RowSource::Mark::Marked ? Qt::Checked : Qt::Unchecked;
     case Qt::AccessibleTextRole:
         return accessibleText(row, index.column());
     case KindRole:
@@ -100,7 +107,7 @@ QVariant RecordingListModel::accessibleText(int row, int column) const {
     const bool marked = source_->mark(row) == RowSource::Mark::Marked;
     const bool playing = source_->weight(row) == RowSource::Weight::Bold;
     const QString mark = QString::fromStdString(marked ? words_.marked : words_.notMarked);
-    const QString sign = QString::fromStdString(playing ? words_.playing : std::string());
+    const QString sign = QString::fromStdString(playing ? words_.playing : words_.notPlaying);
     switch (column) {
     case PlayingSign:
         return sign;
@@ -111,7 +118,7 @@ QVariant RecordingListModel::accessibleText(int row, int column) const {
         QStringList words{QString::fromStdString(source_->displayText(row)).simplified()};
         if (!mark.isEmpty())
             words << mark;
-        if (!sign.isEmpty())
+        if (playing && !sign.isEmpty())
             words << sign;
         return words.join(QStringLiteral(", "));
     }

@@ -11,6 +11,7 @@ struct RowWords {
     std::string notMarked;
     std::string playing;
     std::string recording;
+    std::string notPlaying;
 };
 
 /// Shows a RowSource to the view without a copy of its texts. The source changes first and the
@@ -18,6 +19,7 @@ struct RowWords {
 class RecordingListModel : public QAbstractTableModel {
     Q_OBJECT
   public:
+    /// CheckStateRole is the mark, for screen readers alone: the rows are switched by the program.
     enum Column { PlayingSign, Mark, Text, ColumnCount };
     enum Role { KindRole = Qt::UserRole, MarkedRole, PlayingRole };
 
@@ -33,6 +35,7 @@ class RecordingListModel : public QAbstractTableModel {
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
+    Qt::ItemFlags flags(const QModelIndex& index) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 

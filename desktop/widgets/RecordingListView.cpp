@@ -1,6 +1,7 @@
 #include "desktop/widgets/RecordingListView.h"
 
 #include "desktop/widgets/Theme.h"
+#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -85,6 +86,33 @@ void RecordingListView::rowsRemoved(int first, int count) {
 void RecordingListView::rowsChanged(int first, int count) {
     model_->rowsChanged(first, count);
     followPlayingRow(first, count);
+    tellCurrentRow(first, count);
+}
+
+/// The toolkit tells screen readers of a cell that gets the focus, and of nothing that changes in
+/// it, such as the mark by the space bar.
+void RecordingListView::tellCurrentRow(int first, int count) {
+    const QModelIndex current = currentIndex();
+    const QString name = current.data(Qt::AccessibleTextRole).toString();
+    if (current.row() + 1 < first || current.row() + 1 >= first + count || name == currentName_)
+        return;
+    currentName_ = name;
+    executeDelayedItemsLayout(); // else the toolkit finds no cell to tell of
+    // As the toolkit counts: the header is the first row.
+    const int child = (current.row() + 1) * model_->columnCount() + current.column();
+    QAccessible::State mark;
+    mark.checked = true;
+    QAccessibleStateChangeEvent state(this, mark);
+    state.setChild(child);
+    QAccessible::updateAccessibility(&state);
+    QAccessibleEvent renamed(this, QAccessible::NameChanged);
+    renamed.setChild(child);
+    QAccessible::updateAccessibility(&renamed);
+}
+
+void RecordingListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTreeView::currentChanged(current, previous);
+    currentName_ = current.data(Qt::AccessibleTextRole).toString();
 }
 
 /// Among hundreds of rows the one that begins to play is easily out of sight. Who looks through the
@@ -172,8 +200,6 @@ void RecordingListView::draw() {
 }
 
 void RecordingListView::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton && event->button() != Qt::RightButton)
-        return event->ignore();
     const QPoint place = event->position().toPoint();
     const int row = hitTest(place.x(), place.y());
     listeners_.mouseDown(place.x(), place.y());
@@ -226,7 +252,17 @@ void RecordingListView::keyPressEvent(QKeyEvent* event) {
     event->ignore();
 }
 
+/// Left to itself the toolkit begins in the first column, which says little.
+void RecordingListView::beginAtText() {
+    if (currentIndex().isValid() || model_->rowCount() == 0)
+        return;
+    const int row = std::max(hitTest(0, 0), 1);
+    selectionModel()->setCurrentIndex(model_->index(row - 1, RecordingListModel::Text),
+                                      QItemSelectionModel::NoUpdate);
+}
+
 void RecordingListView::moveByKey(QKeyEvent* event) {
+    beginAtText();
     const int before = selectedRow();
     QTreeView::keyPressEvent(event);
     event->accept();
@@ -254,6 +290,7 @@ void RecordingListView::contextMenuEvent(QContextMenuEvent* event) {
 
 // The frame of the chosen row tells whether the list has the keys.
 void RecordingListView::focusInEvent(QFocusEvent* event) {
+    beginAtText();
     QTreeView::focusInEvent(event);
     viewport()->update();
 }

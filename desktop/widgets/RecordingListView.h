@@ -72,6 +72,7 @@ class RecordingListView : public QTreeView,
     void mouseMoveEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     // QTreeView's own slots of these names serve its model.
@@ -84,13 +85,16 @@ class RecordingListView : public QTreeView,
     void moveByKey(QKeyEvent* event);
     void updateKindOffset();
     void followPlayingRow(int first, int count);
+    void beginAtText();
+    void tellCurrentRow(int first, int count);
 
     const Screen& screen_;
     RecordingListModel* model_;
     RecordingListDelegate* delegate_;
     Listeners listeners_;
     int pressedRow_ = 0;
-    int playingRow_ = 0; ///< 0: none is known
+    QString currentName_; ///< of the current cell, as screen readers were told last
+    int playingRow_ = 0;  ///< 0: none is known
     QString typed_;
     QElapsedTimer sinceTyped_;
     QString emptyHint_;

@@ -114,7 +114,8 @@ void Application::connectList() {
     QObject::connect(pane.skin, &SkinView::loaded, pane.skin, [this] {
         m_panes->list.view->setWords(
             {m_texts.addition("list.word.marked"), m_texts.addition("list.word.notMarked"),
-             m_texts.addition("list.word.playing"), m_texts.addition("list.word.recording")});
+             m_texts.addition("list.word.playing"), m_texts.addition("list.word.recording"),
+             m_texts.addition("list.word.notPlaying")});
         m_panes->list.view->setEmptyHint(m_texts.addition("list.empty"));
     });
 }

@@ -54,6 +54,7 @@ constexpr Row rows[] = {
     {"moment.cameraClock", {"camera clock", "攝影機時鐘"}},
     {"list.word.marked", {"marked", "已標記"}},
     {"list.word.notMarked", {"not marked", "未標記"}},
+    {"list.word.notPlaying", {"not playing", "未播放"}},
     {"list.word.playing", {"playing", "播放中"}},
     {"list.word.recording", {"recording", "錄影"}},
     {"name.adding", {"Recordings added", "已加入的錄影"}},

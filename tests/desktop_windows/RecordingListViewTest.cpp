@@ -9,6 +9,7 @@
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QTextDocument>
 #include <QUrl>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -40,6 +41,15 @@ class Rows : public RowSource {
     std::vector<Row> rows;
 };
 
+/// What a tool tip with that text shows.
+QString shownBy(const QString& toolTip) {
+    if (!Qt::mightBeRichText(toolTip))
+        return toolTip;
+    QTextDocument document;
+    document.setHtml(toolTip);
+    return document.toPlainText();
+}
+
 class RecordingListViewTest : public testing::Test {
   protected:
     void SetUp() override {
@@ -52,7 +62,7 @@ class RecordingListViewTest : public testing::Test {
         empty.fill(QColor(1, 2, 3));
         full.fill(QColor(0, 255, 255));
         view.setPictures({empty, full, full});
-        view.setWords({"marked", "not marked", "playing", "recording"});
+        view.setWords({"marked", "not marked", "playing", "recording", "not playing"});
         RecordingListView::Listeners listeners;
         listeners.mouseDown = gate.listener([this](int x, int y) { downs.emplace_back(x, y); });
         listeners.mouseClick = gate.listener([this](int x, int y) { clicks.emplace_back(x, y); });
@@ -119,6 +129,16 @@ TEST_F(RecordingListViewTest, a_press_selects_and_reports_and_a_release_on_the_r
 TEST_F(RecordingListViewTest, a_press_that_ends_on_another_row_is_no_click) {
     QTest::mousePress(view.viewport(), Qt::LeftButton, {}, placeOf(2, 1));
     QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, placeOf(3, 1));
+    EXPECT_TRUE(clicks.empty());
+}
+
+TEST_F(RecordingListViewTest, every_mouse_button_selects_and_the_left_one_alone_clicks) {
+    int row = 1;
+    for (const auto button : {Qt::MiddleButton, Qt::RightButton, Qt::BackButton}) {
+        QTest::mouseClick(view.viewport(), button, {}, placeOf(++row, 1));
+        EXPECT_EQ(view.selectedRow(), row);
+        EXPECT_EQ(downs.size(), static_cast<std::size_t>(row - 1));
+    }
     EXPECT_TRUE(clicks.empty());
 }
 
@@ -271,6 +291,42 @@ TEST_F(RecordingListViewTest, a_row_has_a_tool_tip_and_a_spoken_text) {
               "2012/10/09 10:22:45 Normal, not marked");
     EXPECT_EQ(list->tableInterface()->cellAt(1, 2)->text(QAccessible::Name),
               "2012/10/09 10:26:45 Normal, marked, playing");
+}
+
+TEST_F(RecordingListViewTest, a_tool_tip_shows_a_name_that_looks_like_markup_as_it_is) {
+    rows.rows[0].text = "<b>fast</b> &amp; <img src=x>.MP4";
+    EXPECT_EQ(shownBy(view.model()->index(0, 2).data(Qt::ToolTipRole).toString()),
+              "/card/<b>fast</b> &amp; <img src=x>.MP4");
+}
+
+TEST_F(RecordingListViewTest, the_tab_key_comes_to_a_cell_that_says_its_row) {
+    view.clearFocus();
+    view.selectionModel()->clear();
+    view.setFocus(Qt::TabFocusReason);
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&view);
+    ASSERT_NE(list->focusChild(), nullptr);
+    EXPECT_EQ(list->focusChild()->text(QAccessible::Name),
+              "2012/10/09 10:22:45 Normal, not marked");
+    EXPECT_EQ(view.selectedRow(), 0) << "to come by is not to choose";
+    key(Qt::Key_Down);
+    EXPECT_EQ(list->focusChild()->text(QAccessible::Name), "2012/10/09 10:26:45 Normal, marked");
+}
+
+TEST_F(RecordingListViewTest, every_cell_has_a_name) {
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&view);
+    for (int column = 0; column < 3; ++column)
+        EXPECT_NE(list->tableInterface()->cellAt(0, column)->text(QAccessible::Name), "") << column;
+}
+
+TEST_F(RecordingListViewTest, a_cell_tells_its_mark_as_a_state_too) {
+    QAccessibleInterface* list = QAccessible::queryAccessibleInterface(&view);
+    QAccessibleInterface* cell = list->tableInterface()->cellAt(0, 2);
+    EXPECT_TRUE(cell->state().checkable);
+    EXPECT_FALSE(cell->state().checked);
+    rows.rows[0].mark = RowSource::Mark::Marked;
+    view.rowsChanged(1, 1);
+    EXPECT_TRUE(cell->state().checked);
+    EXPECT_EQ(cell->text(QAccessible::Name), "2012/10/09 10:22:45 Normal, marked");
 }
 
 TEST_F(RecordingListViewTest, twenty_thousand_rows_come_and_scroll) {
