@@ -22,6 +22,21 @@ QRect placeIn(const SkinView& skin, const char* id, const QRect& otherwise) {
 constexpr Qt::KeyboardModifiers otherModifiers =
     Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
 
+/// Gives the keys back to who had them.
+class KeepsKeys {
+  public:
+    explicit KeepsKeys(const QWidget& window) : keys_(window.focusWidget()) {}
+    ~KeepsKeys() {
+        if (keys_)
+            keys_->setFocus(Qt::OtherFocusReason);
+    }
+    KeepsKeys(const KeepsKeys&) = delete;
+    KeepsKeys& operator=(const KeepsKeys&) = delete;
+
+  private:
+    QPointer<QWidget> keys_;
+};
+
 constexpr QRect pictureArea{10, 120, 656, 369};
 constexpr QRect bandArea{10, 489, 656, 209};
 constexpr QRect mapArea{676, 120, 338, 248};
@@ -87,6 +102,8 @@ void MainWindow::onKey(std::vector<int> keys, GatedListener<KeyPress> listener) 
 void MainWindow::enlarge(QWidget* widget) {
     if (widget == enlarged_)
         return;
+    // A widget that is given to another parent loses the keys, and the next button would get them.
+    const KeepsKeys keys(*this);
     if (enlarged_ && enlargedParent_) {
         enlarged_->setParent(enlargedParent_);
         enlarged_->setGeometry(enlargedPlace_);

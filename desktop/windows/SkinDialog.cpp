@@ -14,6 +14,7 @@ SkinDialog::SkinDialog(HandlerGate& gate, const Screen& screen, Kind kind, QWidg
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(new FrameArea(skin_));
+    connect(skin_, &SkinView::loaded, this, [this] { setWindowTitle(skin_->accessibleName()); });
 }
 
 void SkinDialog::keyPressEvent(QKeyEvent* event) {

@@ -6,6 +6,7 @@
 #include "tests/desktop_windows/WaitUntil.h"
 #include <QAccessible>
 #include <QApplication>
+#include <QLineEdit>
 #include <QScreen>
 #include <QScrollBar>
 #include <QTimer>
@@ -128,6 +129,24 @@ TEST_F(MainWindowTest, a_widget_of_a_pane_may_fill_the_window_and_return) {
     EXPECT_EQ(map.parentWidget(), &pane);
     EXPECT_EQ(map.geometry(), QRect(0, 10, 338, 216));
     pane.setParent(nullptr);
+}
+
+TEST_F(MainWindowTest, a_pane_that_grows_or_shrinks_keeps_the_keys) {
+    load("1");
+    auto* pane = new QWidget;
+    auto* map = new QWidget(pane);
+    auto* page = new QLineEdit(map);
+    frame.host(MainWindow::Pane::List, *pane);
+    show();
+    page->setFocus();
+    ASSERT_TRUE(page->hasFocus());
+    frame.enlarge(map);
+    EXPECT_TRUE(page->hasFocus());
+    frame.enlarge(nullptr);
+    EXPECT_TRUE(page->hasFocus());
+    frame.skin().setFocus();
+    frame.enlarge(map);
+    EXPECT_TRUE(frame.skin().hasFocus()) << "who had the keys before keeps them";
 }
 
 TEST_F(MainWindowTest, closing_asks_first_and_the_programs_close_does_not) {
@@ -269,6 +288,17 @@ TEST_F(SkinDialogTest, the_dialogs_have_their_sizes_and_the_sizes_of_their_skins
     EXPECT_EQ(about.skin().size(), about.size());
     EXPECT_EQ(splash.size(), QSize(1024, 708));
     EXPECT_EQ(splash.skin().size(), splash.size());
+}
+
+TEST_F(SkinDialogTest, a_dialog_has_the_title_of_its_skin) {
+    SetupDialog setup(gate, screen);
+    ASSERT_TRUE(setup.skin().load(skinFile("setup/1.mp4")));
+    EXPECT_EQ(setup.windowTitle(), "Settings");
+    ASSERT_TRUE(setup.skin().load(skinFile("setup/2.mp4")));
+    EXPECT_EQ(setup.windowTitle(), "設定");
+    AboutDialog about(gate, screen);
+    ASSERT_TRUE(about.skin().load(skinFile("about.mp4")));
+    EXPECT_EQ(about.windowTitle(), "Velmorant DVR Tools");
 }
 
 TEST_F(SkinDialogTest, a_modal_dialog_returns_when_the_program_closes_it) {
