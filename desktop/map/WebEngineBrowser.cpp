@@ -46,6 +46,8 @@ WebEngineBrowser::WebEngineBrowser(WebEngineBrowserSettings settings, GatedDeliv
     page_ = std::make_unique<WebMapPage>(&profile_, origin_, nullptr);
     restrict(*page_->settings());
     view_->setContextMenuPolicy(Qt::NoContextMenu);
+    gesture_.watch(*view_);
+    page_->askedByUser = [this] { return gesture_.take(); };
     view_->setPage(page_.get());
     QObject::connect(page_.get(), &QWebEnginePage::loadFinished, page_.get(),
                      [this](bool good) { loadFinished(good); });

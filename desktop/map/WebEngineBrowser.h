@@ -2,6 +2,7 @@
 
 #include "desktop/gate/GatedListener.h"
 #include "desktop/map/MapSchemeHandler.h"
+#include "desktop/map/UserGesture.h"
 #include "desktop/map/WebMapPage.h"
 #include "ports/WebBrowser.h"
 
@@ -43,7 +44,9 @@ class WebEngineBrowser : public WebBrowser {
     void onLoadFailed(Listener listener);
     /// The process of the page has ended; the control stays empty until the next navigate().
     void onPageLost(GatedListener<> listener);
-    void onLink(Listener listener);        ///< for the user's own browser; http or https
+    /// For the user's own browser, http or https. A script of the page gets there only by a click
+    /// or key of the user's, and once for each.
+    void onLink(Listener listener);
     void onPageMessage(Listener listener); ///< a line of the page's console
 
     void navigate(const std::string& address) override;
@@ -58,6 +61,7 @@ class WebEngineBrowser : public WebBrowser {
   private:
     void loadFinished(bool good);
 
+    UserGesture gesture_;
     OwnOrigin origin_;
     OwnOriginInterceptor interceptor_;
     MapSchemeHandler handler_;

@@ -1,9 +1,23 @@
 #include "desktop/map/WebMapPage.h"
 
 #include <QWebEngineNewWindowRequest>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
 #include <QWebEngineUrlRequestInfo>
 
 namespace velmorant {
+
+namespace {
+
+constexpr const char* withoutConnections = R"((function () {
+    'use strict';
+    for (const name of ['RTCPeerConnection', 'webkitRTCPeerConnection', 'RTCDataChannel',
+                        'RTCIceTransport', 'WebTransport']) {
+        Object.defineProperty(window, name, { value: undefined });
+    }
+})();)";
+
+} // namespace
 
 bool OwnOrigin::contains(const QUrl& url) const {
     if (url.scheme() == "data" || url.scheme() == "blob")
@@ -21,6 +35,18 @@ WebMapPage::WebMapPage(QWebEngineProfile* profile, const OwnOrigin& origin, QObj
     : QWebEnginePage(profile, parent), origin_(origin) {
     connect(this, &QWebEnginePage::newWindowRequested, this,
             [this](QWebEngineNewWindowRequest& request) { report(request.requestedUrl()); });
+    takeConnectionsAway();
+}
+
+/// They would go past the interceptor, to any host. The control has no switch for them.
+void WebMapPage::takeConnectionsAway() {
+    QWebEngineScript script;
+    script.setName(QStringLiteral("connections"));
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::MainWorld);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(QString::fromLatin1(withoutConnections));
+    scripts().insert(script);
 }
 
 bool WebMapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
@@ -34,7 +60,7 @@ bool WebMapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, b
 
 void WebMapPage::report(const QUrl& url) {
     const bool web = url.scheme() == "http" || url.scheme() == "https";
-    if (web)
+    if (web && askedByUser && askedByUser())
         link(url.toString().toStdString());
 }
 

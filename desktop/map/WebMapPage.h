@@ -32,7 +32,8 @@ class OwnOriginInterceptor : public QWebEngineUrlRequestInterceptor {
 };
 
 /// A page that never leaves its origin: links that lead elsewhere, and windows that it wants to
-/// open, are reported instead.
+/// open, are reported instead when the user has asked for them. It has no connections but requests,
+/// which its profile's interceptor sees.
 class WebMapPage : public QWebEnginePage {
     Q_OBJECT
   public:
@@ -44,6 +45,7 @@ class WebMapPage : public QWebEnginePage {
 
     GatedListener<std::string> link;
     GatedListener<std::string> message;
+    std::function<bool()> askedByUser; ///< whether a click or key has just come; unset: never
 
   protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
@@ -52,6 +54,7 @@ class WebMapPage : public QWebEnginePage {
 
   private:
     void report(const QUrl& url);
+    void takeConnectionsAway();
 
     const OwnOrigin& origin_;
     bool refused_ = false;
