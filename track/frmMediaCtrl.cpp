@@ -19,6 +19,8 @@ constexpr std::chrono::milliseconds pollInterval{200};
 constexpr std::chrono::milliseconds serverPatience{20'000};
 /// A page that does not answer for this long has lost the question.
 constexpr int ticksToWait = 25;
+/// A page that dies so often without an answer in between (no memory is left, say) is given up.
+constexpr int lossesToEnd = 4;
 constexpr double unitsPerDegree = 10'000'000.0;
 
 bool isPlainArgument(std::string_view text) {
@@ -75,9 +77,12 @@ void frmMediaCtrl::LoadFailed(const std::string& address) {
         if (ready() || !equalsIgnoringCase(address, m_address))
             return;
         m_needs.tMapAnswer.setEnabled(false);
-        m_needs.status.show(fillIn(m_needs.texts.addition("map.noServer"), "%1", m_address));
-        if (std::exchange(m_builtIn, true))
+        if (m_address.starts_with(m_needs.builtInBase)) {
+            m_needs.status.show(m_needs.texts.addition("map.notShown"));
             return;
+        }
+        m_needs.status.show(fillIn(m_needs.texts.addition("map.noServer"), "%1", m_address));
+        m_builtIn = true;
         navigate();
     });
 }
@@ -114,7 +119,12 @@ void frmMediaCtrl::PageLost() {
     m_tag = "0";
     m_lost = true;
     m_needs.tGetMapLocal.setEnabled(false);
-    trapErrors([this] { navigate(); });
+    trapErrors([this] {
+        if (++m_losses < lossesToEnd)
+            navigate();
+        else
+            m_needs.status.show(m_needs.texts.addition("map.notShown"));
+    });
 }
 
 void frmMediaCtrl::RefreshMyList() {
@@ -157,6 +167,7 @@ void frmMediaCtrl::poll() {
                 if (question != m_question)
                     return;
                 m_waitsForAnswer = false;
+                m_losses = 0;
                 trapErrors([&] { varLocalRead(value); });
             });
     });

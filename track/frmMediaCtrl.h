@@ -61,9 +61,11 @@ class frmMediaCtrl : public MapPage {
     void Load();
     /// The browser has completed a document; frames within the page have addresses of their own.
     void DocumentComplete(const std::string& address);
-    /// A page cannot be had from the server: says so and shows the built-in one.
+    /// A page cannot be had from the server: says so and shows the built-in one. When that cannot
+    /// be had either, says so and leaves it.
     void LoadFailed(const std::string& address);
     /// The page's process has ended: loads the page anew and then draws the loaded routes again.
+    /// One that ends again and again before it has answered is left, and the status line says so.
     void PageLost();
     void RefreshMyList(); ///< draws the skin element "mylist" anew
 
@@ -90,6 +92,7 @@ class frmMediaCtrl : public MapPage {
     std::string m_address;        ///< of the page that is wanted
     bool m_builtIn = false;       ///< the server gave no page
     bool m_lost = false;          ///< a page that held routes has ended
+    int m_losses = 0;             ///< since a page last answered
     std::uint64_t m_question = 0; ///< number of the last read; an answer to an older one is late
     int m_ticksWithoutAnswer = 0;
     bool m_waitsForAnswer = false;

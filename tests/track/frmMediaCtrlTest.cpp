@@ -52,6 +52,7 @@ class frmMediaCtrlTest : public ::testing::Test {
     frmMediaCtrlTest() {
         texts.texts["1"] = "http://maps.example/";
         texts.texts["map.noServer"] = "no answer: %1";
+        texts.texts["map.notShown"] = "no map";
         browser.url = address;
     }
 
@@ -237,7 +238,34 @@ TEST_F(frmMediaCtrlTest, without_the_built_in_page_nothing_more_is_tried) {
     pane.LoadFailed(address);
     pane.LoadFailed(builtIn);
     EXPECT_THAT(browser.navigations, ElementsAre(address, builtIn));
-    EXPECT_THAT(status.last(), HasSubstr(builtIn));
+    EXPECT_EQ(status.last(), "no map");
+}
+
+TEST_F(frmMediaCtrlTest, a_built_in_page_that_cannot_be_had_is_not_blamed_on_a_server) {
+    texts.texts["1"] = "built-in:/";
+    pane.Load();
+    pane.LoadFailed(builtIn);
+    EXPECT_THAT(status.texts, ElementsAre("no map"));
+    EXPECT_THAT(browser.navigations, ElementsAre(builtIn));
+}
+
+TEST_F(frmMediaCtrlTest, a_page_that_dies_again_and_again_is_given_up_and_the_line_says_so) {
+    pane.Load();
+    for (int loss = 0; loss < 10; ++loss)
+        pane.PageLost();
+    EXPECT_EQ(browser.navigations.size(), 4u);
+    EXPECT_EQ(status.last(), "no map");
+}
+
+TEST_F(frmMediaCtrlTest, a_page_that_answers_between_its_deaths_is_loaded_again) {
+    load();
+    for (int loss = 0; loss < 10; ++loss) {
+        pane.PageLost();
+        pane.DocumentComplete(address);
+        timers.advance(200);
+    }
+    EXPECT_EQ(browser.navigations.size(), 11u);
+    EXPECT_TRUE(pane.ready());
 }
 
 TEST_F(frmMediaCtrlTest, calls_go_to_the_page_as_quoted_script_texts) {
