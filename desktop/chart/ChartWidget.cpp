@@ -1,5 +1,6 @@
 #include "desktop/chart/ChartWidget.h"
 
+#include "desktop/chart/ChartKeys.h"
 #include "desktop/system/shownText.h"
 #include "desktop/widgets/Theme.h"
 
@@ -94,13 +95,14 @@ ChartWidget::ChartWidget(QWidget* parent) : plot_(new QCustomPlot(parent)), seri
     hoverText_->setPadding(QMargins(4, 2, 4, 2));
     hoverText_->position->setType(QCPItemPosition::ptAbsolute);
 
+    keys_ = new ChartKeys(*this, *plot_);
     plot_->setMouseTracking(true);
     plot_->installEventFilter(new LeaveFilter(*this, plot_));
     QObject::connect(plot_, &QCustomPlot::mouseMove, plot_,
                      [this](QMouseEvent* event) { mouseMoved(event->position()); });
     QObject::connect(plot_, &QCustomPlot::mouseRelease, plot_, [this](QMouseEvent* event) {
         if (event->button() == Qt::LeftButton)
-            mouseUpListener_(indexAt(event->position()));
+            choose(indexAt(event->position()));
     });
 }
 
@@ -188,6 +190,31 @@ void ChartWidget::setHoverText(const std::string& text) {
         plot_->layer("moving")->replot();
     else
         placeHoverText();
+    keys_->tell();
+}
+
+QString ChartWidget::hoverText() const {
+    return hoverText_->text();
+}
+
+void ChartWidget::point(int index) {
+    if (index >= 0 && index < pointCount())
+        hoverPlace_ = placeOf(pointedSeries().points[index].key, plot_->yAxis->range().center());
+    setHovered(index);
+    placeHoverText();
+}
+
+void ChartWidget::choose(int index) {
+    mouseUpListener_(index);
+}
+
+int ChartWidget::pointCount() const {
+    return static_cast<int>(pointedSeries().points.size());
+}
+
+int ChartWidget::presentPoint() const {
+    const double present = cursor_->visible() ? cursor_->start->coords().x() : 0.0;
+    return hovered_ >= 0 ? hovered_ : std::clamp(static_cast<int>(present), 0, pointCount());
 }
 
 /// Beside the mouse, on the side where it fits, and never out of the plot.

@@ -21,6 +21,8 @@ class QWidget;
 
 namespace velmorant {
 
+class ChartKeys;
+
 /// The line chart on QCustomPlot. Points are collected by addXY() and shown by redraw().
 ///
 /// The x of a series rise. Series 1 alone is drawn with a light fill (the speed); with series 2
@@ -50,6 +52,15 @@ class ChartWidget : public Chart {
     void onHover(GatedListener<int> listener);
     /// The text shown at the point under the mouse; empty: none.
     void setHoverText(const std::string& text);
+    QString hoverText() const;
+    /// Shows the text of a point as the mouse over it would; -1: of none.
+    void point(int index);
+    /// As a click on the point would.
+    void choose(int index);
+    int pointCount() const;
+    int pointed() const { return hovered_; } ///< -1: none
+    /// The pointed one, else that of the cursor, else the first.
+    int presentPoint() const;
     /// The label of a point of series 1; empty when there is no such point.
     std::string label(int index) const;
     /// The point for a place in the widget, in pixels.
@@ -91,6 +102,7 @@ class ChartWidget : public Chart {
     QCPItemLine* cursor_;
     QCPItemLine* marker_;
     QCPItemText* hoverText_;
+    ChartKeys* keys_;
     std::vector<Series> series_;
     Bounds left_;
     Bounds bottom_;

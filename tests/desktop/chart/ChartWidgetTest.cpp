@@ -3,7 +3,9 @@
 #include "desktop/gate/HandlerGate.h"
 #include "tests/desktop/eventLoop.h"
 
+#include <QAccessible>
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 
 #include <qcustomplot.h>
@@ -224,6 +226,56 @@ TEST_F(ChartWidgetTest, shows_a_legend_of_the_named_series) {
     chart_.setLegend(1, "");
     chart_.setLegend(3, "");
     EXPECT_FALSE(plot().legend->visible());
+}
+
+TEST_F(ChartWidgetTest, the_keys_go_from_point_to_point_and_choose_one) {
+    EXPECT_EQ(chart_.widget().focusPolicy(), Qt::TabFocus);
+    addSpeeds(60);
+    chart_.setAxis(ChartAxis::Bottom, 0.0, 80.0);
+    chart_.setCursor(20);
+    drawn();
+    const auto press = [this](int key) {
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier);
+        event.setAccepted(false);
+        QCoreApplication::sendEvent(&chart_.widget(), &event);
+        return event.isAccepted();
+    };
+    for (const int key : {Qt::Key_Right, Qt::Key_Right, Qt::Key_Left, Qt::Key_PageDown,
+                          Qt::Key_PageUp, Qt::Key_End, Qt::Key_Right, Qt::Key_Home, Qt::Key_Left})
+        press(key);
+    EXPECT_THAT(hovers_, ElementsAre(20, 21, 20, 30, 20, 59, 0));
+    press(Qt::Key_Right);
+    press(Qt::Key_Return);
+    EXPECT_THAT(ups_, ElementsAre(1));
+    EXPECT_FALSE(press(Qt::Key_Space)) << "plays and pauses in every pane";
+}
+
+TEST_F(ChartWidgetTest, screen_readers_get_the_text_of_the_point_as_its_value) {
+    addSpeeds(60);
+    chart_.setAxis(ChartAxis::Bottom, 0.0, 80.0);
+    chart_.onHover([this](int index) {
+        chart_.setHoverText(index < 0 ? "" : "second " + std::to_string(index));
+    });
+    drawn();
+    QAccessibleInterface* chart = QAccessible::queryAccessibleInterface(&chart_.widget());
+    QAccessibleValueInterface* value = chart->valueInterface();
+    ASSERT_NE(value, nullptr);
+    EXPECT_EQ(value->maximumValue().toInt(), 59);
+    value->setCurrentValue(7);
+    EXPECT_EQ(value->currentValue().toInt(), 7);
+    EXPECT_EQ(chart->text(QAccessible::Value).toStdString(), "second 7");
+    EXPECT_TRUE(ups_.empty()) << "to look at a second does not play it";
+}
+
+TEST_F(ChartWidgetTest, shows_that_it_has_the_keys) {
+    addSpeeds(60);
+    const QImage before = drawn();
+    chart_.widget().activateWindow();
+    chart_.widget().setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(waitFor([this] { return chart_.widget().hasFocus(); }));
+    const QRgb white = qRgb(0xEA, 0xF0, 0xF6);
+    EXPECT_EQ(inColumn(drawn(), 0, white), chart_.widget().height());
+    EXPECT_LT(inColumn(before, 0, white), 10);
 }
 
 TEST_F(ChartWidgetTest, tells_its_axes_to_screen_readers) {
