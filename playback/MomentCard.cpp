@@ -21,17 +21,21 @@ std::string degrees(double value) {
 void MomentCard::Show() {
     trapErrors([this] {
         if (m_needs.player.isPlayingOrPaused())
-            showPosition(m_needs.player.position());
+            showPosition(m_previewed
+                             ? m_needs.controls.duration().value_or(0.0) * *m_previewed / 100.0
+                             : m_needs.player.position());
         else
             clear();
     });
 }
 
 void MomentCard::Preview(double percent) {
-    trapErrors([&] {
-        if (m_needs.player.isPlayingOrPaused())
-            showPosition(m_needs.controls.duration().value_or(0.0) * percent / 100.0);
-    });
+    m_previewed = percent;
+    Show();
+}
+
+void MomentCard::EndPreview() {
+    m_previewed.reset();
 }
 
 void MomentCard::ShowUnit() {
@@ -67,6 +71,7 @@ void MomentCard::showPlace(double position) {
 }
 
 void MomentCard::clear() {
+    m_previewed.reset();
     for (const char* element : {"place.elapsed", "place.duration"})
         m_needs.controlBar.setText(element, "");
     for (const char* element :

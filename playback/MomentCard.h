@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 namespace velmorant {
@@ -32,9 +33,12 @@ class MomentCard {
   public:
     explicit MomentCard(const MomentCardNeeds& needs) : m_needs(needs) {}
 
-    void Show();                  ///< the present position; empties the card while nothing is open
-    void Preview(double percent); ///< the position a dragged progress slider stands for
-    void ShowUnit();              ///< of the speed digits
+    void Show(); ///< the present position; empties the card while nothing is open
+    /// The position a dragged progress slider stands for; it stays until EndPreview().
+    void Preview(double percent);
+    /// The slider was let go. The card shows it until the player has come there.
+    void EndPreview();
+    void ShowUnit(); ///< of the speed digits
 
   private:
     void showPosition(double position);
@@ -42,6 +46,7 @@ class MomentCard {
     void clear();
 
     MomentCardNeeds m_needs;
+    std::optional<double> m_previewed; ///< percent
 };
 
 } // namespace velmorant

@@ -6,6 +6,14 @@
 #include <utility>
 
 namespace velmorant {
+namespace {
+
+QString timeText(double seconds) {
+    const int whole = static_cast<int>(seconds);
+    return QStringLiteral("%1:%2").arg(whole / 60).arg(whole % 60, 2, 10, QLatin1Char('0'));
+}
+
+} // namespace
 
 SkinSlider::SkinSlider(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element,
                        QWidget* parent)
@@ -25,7 +33,8 @@ void SkinSlider::setValue(double value) {
         return;
     value_ = value;
     update();
-    QAccessibleValueChangeEvent event(this, value);
+    const double shown = options_.seconds ? value / 100.0 * options_.seconds() : value;
+    QAccessibleValueChangeEvent event(this, shown);
     QAccessible::updateAccessibility(&event);
 }
 
@@ -56,14 +65,21 @@ void SkinSlider::mousePressEvent(QMouseEvent* event) {
 }
 
 void SkinSlider::mouseMoveEvent(QMouseEvent* event) {
-    if (dragged_)
+    if (!dragged_)
+        return;
+    if (event->buttons() & Qt::LeftButton)
         dragTo(event->position().x());
+    else
+        endDrag(*dragged_); // it was let go over a box that came up meanwhile
 }
 
 void SkinSlider::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton || !dragged_)
         return event->ignore();
-    const double value = valueAt(event->position().x());
+    endDrag(valueAt(event->position().x()));
+}
+
+void SkinSlider::endDrag(double value) {
     dragged_.reset();
     update();
     if (options_.drag == SliderDrag::AtRelease)
@@ -172,17 +188,27 @@ void* SkinSliderAccessible::interface_cast(QAccessible::InterfaceType type) {
 }
 
 QString SkinSliderAccessible::text(QAccessible::Text text) const {
+    const double value = currentValue().toDouble();
+    const bool isTime = slider().options().seconds != nullptr;
     if (text == QAccessible::Value)
-        return QString::number(qRound(slider().value()));
+        return isTime ? timeText(value) : QString::number(qRound(value));
+    if (text == QAccessible::Description && isTime)
+        return timeText(value) + QStringLiteral(" / ") + timeText(whole());
     return QAccessibleWidget::text(text);
 }
 
 QVariant SkinSliderAccessible::currentValue() const {
-    return slider().value();
+    return slider().value() / 100.0 * whole();
+}
+
+double SkinSliderAccessible::whole() const {
+    const SliderOptions& options = slider().options();
+    return options.seconds ? std::max(options.seconds(), 0.0) : 100.0;
 }
 
 void SkinSliderAccessible::setCurrentValue(const QVariant& value) {
-    slider().changeByUser(value.toDouble());
+    if (whole() > 0)
+        slider().changeByUser(value.toDouble() / whole() * 100.0);
 }
 
 } // namespace velmorant

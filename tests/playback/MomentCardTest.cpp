@@ -59,6 +59,27 @@ TEST_F(MomentCardTest, a_dragged_slider_previews_its_position) {
     EXPECT_TRUE(controls.seeks.empty());
 }
 
+TEST_F(MomentCardTest, a_preview_stays_until_the_slider_is_let_go) {
+    card.Show();
+    const std::string playing = skin.texts["place.elapsed"];
+    card.Preview(50);
+    card.Show(); // a tick of the position
+    EXPECT_EQ(skin.texts["place.elapsed"], "00:59");
+    EXPECT_EQ(frame.texts["place.utc"], "23:31:44 UTC");
+    card.EndPreview();
+    card.Show();
+    EXPECT_EQ(skin.texts["place.elapsed"], playing);
+}
+
+TEST_F(MomentCardTest, a_preview_ends_with_its_recording) {
+    card.Preview(50);
+    controls.state = PlayState::Stopped;
+    card.Show();
+    controls.state = PlayState::Playing;
+    card.Show();
+    EXPECT_NE(skin.texts["place.elapsed"], "00:59");
+}
+
 TEST_F(MomentCardTest, while_nothing_is_open_the_card_is_empty) {
     card.Show();
     controls.state = PlayState::Stopped;
