@@ -8,11 +8,11 @@
 namespace velmorant {
 
 SkinButton::SkinButton(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element,
-                       QWidget* parent)
+                       SkinOn meaning, QWidget* parent)
     : QAbstractButton(parent), drawing_(std::move(drawing)), id_(element.id) {
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
-    setCheckable(drawing_->has(id_ + ".on"));
+    setCheckable(meaning == SkinOn::Chosen && drawing_->has(id_ + ".on"));
     setGeometry(element.bounds.toAlignedRect());
     // Assistive technology toggles a checkable button instead of clicking it.
     connect(this, &QAbstractButton::toggled, this, [this](bool checked) {
@@ -24,6 +24,8 @@ SkinButton::SkinButton(std::shared_ptr<SkinDrawing> drawing, const SkinElement& 
 }
 
 void SkinButton::setOn(bool on) {
+    on_ = on;
+    update();
     if (!isCheckable())
         return;
     switching_ = true;
@@ -42,7 +44,7 @@ QString SkinButton::stateId() const {
         return first({".disabled"});
     if (isDown())
         return first({".pressed"});
-    if (isChecked())
+    if (on_ && drawing_->has(id_ + ".on"))
         return hasFocus() ? first({".on.focus", ".on"}) : first({".on"});
     if (hasFocus())
         return first({".focus"});

@@ -6,12 +6,19 @@
 
 namespace velmorant {
 
+/// What the state `on` of a button means.
+enum class SkinOn {
+    Chosen, ///< it can be switched off again, as a check box can
+    Ready   ///< the command can be used; it is a plain button all the same
+};
+
 /// A button of a skin. It takes the focus by the Tab key alone: a click leaves the keys to the
 /// window, where space plays and pauses.
 class SkinButton : public QAbstractButton {
     Q_OBJECT
   public:
-    SkinButton(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element, QWidget* parent);
+    SkinButton(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element, SkinOn meaning,
+               QWidget* parent);
     void setOn(bool on);
 
   protected:
@@ -25,6 +32,7 @@ class SkinButton : public QAbstractButton {
 
     std::shared_ptr<SkinDrawing> drawing_;
     QString id_;
+    bool on_ = false;
     bool switching_ = false; ///< the program does it
 };
 

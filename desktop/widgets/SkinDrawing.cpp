@@ -58,6 +58,7 @@ bool SkinDrawing::load(const QString& path) {
     if (drawing.isEmpty() || !elements_.load(drawing) || size().isEmpty())
         return false;
     title_ = titles.value(QString());
+    digitsTitle_ = titles.value(ids_.value(QStringLiteral("datum")));
     findElements(titles);
     return background_.load(withoutElements(drawing));
 }

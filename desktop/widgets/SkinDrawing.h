@@ -50,6 +50,8 @@ class SkinDrawing {
 
     QSize size() const { return elements_.defaultSize(); }
     QString title() const { return title_; } ///< of the drawing as a whole; empty when it has none
+    /// Of the strip `datum`: what the display items show; empty when it has none.
+    QString digitsTitle() const { return digitsTitle_; }
     const std::vector<SkinElement>& elements() const { return list_; }
     /// The element of a name without regard to case; null for none.
     const SkinElement* find(const QString& name) const;
@@ -70,6 +72,7 @@ class SkinDrawing {
     QSvgRenderer elements_;
     QSvgRenderer background_;
     QString title_;
+    QString digitsTitle_;
     std::vector<SkinElement> list_;
     QHash<QString, QString> ids_; ///< lower case -> as written
     QSet<QString> shown_;         ///< ids outside <defs>

@@ -3,8 +3,10 @@
 #include "desktop/widgets/SkinDrawing.h"
 #include <QAccessibleWidget>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace velmorant {
 
@@ -18,6 +20,8 @@ struct SliderOptions {
     double step = 1;  ///< arrow keys and one notch of the wheel
     double page = 10; ///< page keys
     SliderDrag drag = SliderDrag::Live;
+    /// How many seconds 100 stands for, 0 while nothing is open; screen readers then get times.
+    std::function<double()> seconds = {};
 };
 
 /// A slider of a skin, 0..100. The program may set values beyond the ends; the user cannot.
@@ -25,7 +29,8 @@ class SkinSlider : public QWidget {
     Q_OBJECT
   public:
     SkinSlider(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element, QWidget* parent);
-    void setOptions(const SliderOptions& options) { options_ = options; }
+    void setOptions(SliderOptions options) { options_ = std::move(options); }
+    const SliderOptions& options() const { return options_; }
     /// Raises no signal. While the user drags, the knob stays under the pointer; the value shows
     /// when it is let go.
     void setValue(double value);
@@ -50,6 +55,7 @@ class SkinSlider : public QWidget {
 
   private:
     void dragTo(double x);
+    void endDrag(double value);
     double shownValue() const { return dragged_.value_or(value_); }
     double positionOf(double value) const;
     QString thumbId() const;
@@ -64,7 +70,8 @@ class SkinSlider : public QWidget {
     bool on_ = false;
 };
 
-/// Names and reads a slider to screen readers in its own 0..100.
+/// Names and reads a slider to screen readers: in seconds where it stands for a time, else in its
+/// own 0..100.
 class SkinSliderAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
     explicit SkinSliderAccessible(SkinSlider* slider);
@@ -75,12 +82,13 @@ class SkinSliderAccessible : public QAccessibleWidget, public QAccessibleValueIn
     QString text(QAccessible::Text text) const override;
     QVariant currentValue() const override;
     void setCurrentValue(const QVariant& value) override;
-    QVariant maximumValue() const override { return 100.0; }
+    QVariant maximumValue() const override { return whole(); }
     QVariant minimumValue() const override { return 0.0; }
     QVariant minimumStepSize() const override { return 1.0; }
 
   private:
     SkinSlider& slider() const;
+    double whole() const; ///< what 100 stands for
 };
 
 } // namespace velmorant

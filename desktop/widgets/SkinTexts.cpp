@@ -1,7 +1,10 @@
 #include "desktop/widgets/SkinTexts.h"
 
 #include "desktop/system/shownText.h"
+#include <QAccessibleWidget>
 #include <QPainter>
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace velmorant {
@@ -17,6 +20,43 @@ QString cutToFit(const QString& text, const QFontMetrics& metrics, const QSize& 
          width -= metrics.averageCharWidth())
         shown = metrics.elidedText(text, Qt::ElideMiddle, width);
     return shown;
+}
+
+/// A number that is read and not set, as on a dial; its digits are no things of their own.
+class SkinDigitsAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+  public:
+    explicit SkinDigitsAccessible(SkinDigits& digits)
+        : QAccessibleWidget(&digits, QAccessible::Dial), digits_(digits) {}
+
+    int childCount() const override { return 0; }
+    QAccessibleInterface* child(int) const override { return nullptr; }
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.readOnly = true;
+        return state;
+    }
+    QString text(QAccessible::Text text) const override {
+        return text == QAccessible::Value ? QString::number(digits_.number())
+                                          : QAccessibleWidget::text(text);
+    }
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        if (type == QAccessible::ValueInterface)
+            return static_cast<QAccessibleValueInterface*>(this);
+        return QAccessibleWidget::interface_cast(type);
+    }
+    QVariant currentValue() const override { return digits_.number(); }
+    void setCurrentValue(const QVariant&) override {}
+    QVariant minimumValue() const override { return 0; }
+    QVariant maximumValue() const override { return std::pow(10, digits_.children().size()) - 1; }
+    QVariant minimumStepSize() const override { return 1; }
+
+  private:
+    SkinDigits& digits_;
+};
+
+QAccessibleInterface* digitsInterface(const QString&, QObject* object) {
+    auto* digits = qobject_cast<SkinDigits*>(object);
+    return digits ? new SkinDigitsAccessible(*digits) : nullptr;
 }
 
 } // namespace
@@ -53,15 +93,52 @@ void SkinLabel::paintEvent(QPaintEvent* event) {
     painter.drawText(rect(), flags, shown);
 }
 
+SkinDigits::SkinDigits(const SkinDrawing& drawing, QWidget* parent) : QWidget(parent) {
+    QAccessible::installFactory(digitsInterface);
+    QRectF all;
+    for (const SkinElement& element : drawing.elements())
+        if (element.kind == SkinElementKind::Digit)
+            all |= element.bounds;
+    setGeometry(all.toAlignedRect());
+    setAccessibleName(drawing.digitsTitle());
+}
+
+int SkinDigits::number() const {
+    QList<SkinDigit*> digits;
+    for (QObject* child : children())
+        digits << static_cast<SkinDigit*>(child);
+    std::sort(digits.begin(), digits.end(),
+              [](const SkinDigit* left, const SkinDigit* right) { return left->x() < right->x(); });
+    int number = 0;
+    for (const SkinDigit* digit : digits)
+        number = number * 10 + digit->digit();
+    return number;
+}
+
+void SkinDigits::digitChanged() {
+    if (std::exchange(telling_, true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            telling_ = false;
+            QAccessibleValueChangeEvent event(this, number());
+            QAccessible::updateAccessibility(&event);
+        },
+        Qt::QueuedConnection);
+}
+
 SkinDigit::SkinDigit(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element,
-                     QWidget* parent)
-    : QLabel(QStringLiteral("0"), parent), drawing_(std::move(drawing)) {
-    setGeometry(element.bounds.toAlignedRect());
+                     SkinDigits& digits)
+    : QWidget(&digits), drawing_(std::move(drawing)), digits_(digits) {
+    setGeometry(element.bounds.toAlignedRect().translated(-digits.pos()));
 }
 
 void SkinDigit::setDigit(int digit) {
-    digit_ = digit;
-    setText(QString::number(digit));
+    if (std::exchange(digit_, digit) == digit)
+        return;
+    update();
+    digits_.digitChanged();
 }
 
 void SkinDigit::paintEvent(QPaintEvent*) {

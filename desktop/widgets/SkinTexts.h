@@ -16,17 +16,36 @@ class SkinLabel : public QLabel {
     void paintEvent(QPaintEvent* event) override;
 };
 
-/// One digit of the strip `datum`.
-class SkinDigit : public QLabel {
+/// The display items of a skin, which screen readers get as one number with the title of the strip
+/// `datum`.
+class SkinDigits : public QWidget {
+    Q_OBJECT
   public:
-    SkinDigit(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element, QWidget* parent);
+    /// As large as all of them together.
+    SkinDigits(const SkinDrawing& drawing, QWidget* parent);
+    /// Of the digits from left to right.
+    int number() const;
+
+  private:
+    friend class SkinDigit;
+    void digitChanged();
+
+    bool telling_ = false; ///< the digits of a number come one by one
+};
+
+/// One digit of the strip `datum`.
+class SkinDigit : public QWidget {
+  public:
+    SkinDigit(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element, SkinDigits& digits);
     void setDigit(int digit);
+    int digit() const { return digit_; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
     std::shared_ptr<SkinDrawing> drawing_;
+    SkinDigits& digits_;
     int digit_ = 0;
 };
 

@@ -67,6 +67,9 @@ void SkinView::buildElements() {
         widget->deleteLater();
     }
     widgets_.clear();
+    if (digits_)
+        digits_->deleteLater();
+    digits_.clear();
     for (const SkinElement& element : drawing_->elements()) {
         QWidget* widget = buildElement(element);
         widget->setObjectName(element.id);
@@ -85,7 +88,7 @@ QWidget* SkinView::buildElement(const SkinElement& element) {
     case SkinElementKind::Text:
         return new SkinLabel(element, this);
     case SkinElementKind::Digit:
-        return new SkinDigit(drawing_, element, this);
+        return buildDigit(element);
     case SkinElementKind::Slider: {
         auto* slider = new SkinSlider(drawing_, element, this);
         if (const auto options = sliderOptions_.find(element.id.toLower());
@@ -102,12 +105,22 @@ QWidget* SkinView::buildElement(const SkinElement& element) {
     case SkinElementKind::Button:
         break;
     }
-    auto* button = new SkinButton(drawing_, element, this);
+    const SkinOn meaning = ready_.contains(keyOf(id)) ? SkinOn::Ready : SkinOn::Chosen;
+    auto* button = new SkinButton(drawing_, element, meaning, this);
     connect(button, &SkinButton::clicked, this, [this, id] {
         emit clicked(id);
         click_(id);
     });
     return button;
+}
+
+QWidget* SkinView::buildDigit(const SkinElement& element) {
+    if (!digits_) {
+        digits_ = new SkinDigits(*drawing_, this);
+        digits_->show();
+        digits_->lower();
+    }
+    return new SkinDigit(drawing_, element, *digits_);
 }
 
 void SkinView::nameElement(const SkinElement& element, QWidget& widget) const {
@@ -226,6 +239,11 @@ void SkinView::setSliderOptions(const std::string& element, const SliderOptions&
     sliderOptions_[keyOf(element)] = options;
     if (auto* slider = qobject_cast<SkinSlider*>(elementWidget(element)))
         slider->setOptions(options);
+}
+
+void SkinView::setReadyElements(const std::vector<std::string>& elements) {
+    for (const std::string& element : elements)
+        ready_.insert(keyOf(element));
 }
 
 void SkinView::setExpectedElements(std::vector<std::string> elements) {

@@ -4,13 +4,17 @@
 #include "desktop/widgets/SkinDrawing.h"
 #include "desktop/widgets/SkinSlider.h"
 #include "ports/Skin.h"
+#include <QPointer>
 #include <QWidget>
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <vector>
 
 namespace velmorant {
+
+class SkinDigits;
 
 /// A skin as a widget: the drawing as its ground, a child widget for each element, in reading order
 /// for the Tab key. What is set for an element stays when another drawing is loaded.
@@ -40,6 +44,9 @@ class SkinView : public QWidget, public Skin {
     /// drawing stands. Called on load.
     void setElementTexts(ElementText name, ElementText toolTip);
     void setSliderOptions(const std::string& element, const SliderOptions& options);
+    /// Buttons whose state `on` says that they are ready, from the next load on; of all others it
+    /// says that they are chosen.
+    void setReadyElements(const std::vector<std::string>& elements);
     /// Elements that the window counts on: load() names those that are missing.
     void setExpectedElements(std::vector<std::string> elements);
 
@@ -74,6 +81,7 @@ class SkinView : public QWidget, public Skin {
     };
 
     void buildElements();
+    QWidget* buildDigit(const SkinElement& element);
     QWidget* buildElement(const SkinElement& element);
     void applyState(const SkinElement& element);
     void nameElement(const SkinElement& element, QWidget& widget) const;
@@ -85,10 +93,12 @@ class SkinView : public QWidget, public Skin {
 
     std::shared_ptr<SkinDrawing> drawing_;
     QString path_;
+    QPointer<SkinDigits> digits_;
     std::map<QString, QWidget*> widgets_; ///< by lower-case id; owned by this widget
     std::map<QString, State> states_;     ///< by lower-case id
     std::map<QString, SliderOptions> sliderOptions_;
     std::vector<std::string> expected_;
+    std::set<QString> ready_; ///< lower-case ids
     mutable std::map<QString, bool> reported_;
     ElementText name_;
     ElementText toolTip_;

@@ -211,9 +211,10 @@ endfunction()
 
 # The ten figures side by side, figure d in the cell at x = 25 d.
 function(expand_datum out text)
+    attributes_of("${text}")
     digits_of(digits "0123456789" 0 0 "#45C9D6" "#17212B")
     set_property(GLOBAL APPEND_STRING PROPERTY skin_states
-        "<g id=\"datum\"><rect width=\"250\" height=\"30\" fill=\"#080B10\"/>${digits}</g>\n")
+        "<g id=\"datum\"><title>${at_name}</title><rect width=\"250\" height=\"30\" fill=\"#080B10\"/>${digits}</g>\n")
     set(${out} "" PARENT_SCOPE)
 endfunction()
 

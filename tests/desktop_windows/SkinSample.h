@@ -25,7 +25,7 @@ inline const char* const sampleSkin = R"(<?xml version="1.0" encoding="UTF-8"?>
 <g id="below.hover"><rect x="5" y="90" width="40" height="20" fill="#707070"/></g>
 <g id="volume.fill"><rect x="110" y="58" width="100" height="4" fill="#00FF00"/></g>
 <g id="volume.thumb"><rect x="100" y="50" width="20" height="20" fill="#FF0000"/></g>
-<g id="datum"><rect width="250" height="30" fill="#000000"/><rect x="75" width="25" height="30" fill="#0000FF"/></g>
+<g id="datum"><title>Speed</title><rect width="250" height="30" fill="#000000"/><rect x="75" width="25" height="30" fill="#0000FF"/></g>
 </g>
 </defs>
 <rect id="ground" width="300" height="120" fill="#123456"/>
@@ -33,7 +33,8 @@ inline const char* const sampleSkin = R"(<?xml version="1.0" encoding="UTF-8"?>
 <g id="stop"><use xlink:href="#stop.normal"/></g>
 <g id="below"><rect x="5" y="90" width="40" height="20" fill="#909090"/></g>
 <g id="volume"><title>Volume</title><rect id="volume.range" x="110" y="48" width="100" height="24" fill="none"/><g id="volume.track"><rect x="110" y="58" width="100" height="4" fill="#FFFFFF"/></g></g>
-<rect id="A1" x="250" y="10" width="25" height="30" fill="none"/>
+<rect id="A1" x="225" y="10" width="25" height="30" fill="none"/>
+<rect id="A2" x="250" y="10" width="25" height="30" fill="none"/>
 <rect id="place.status" x="60" y="90" width="100" height="20" fill="none" color="#FFFF00" font-size="12"/>
 <rect id="place.notice" x="160" y="82" width="60" height="32" fill="none" color="#FFFF00" font-size="12"/>
 <rect id="place.chart" x="220" y="50" width="70" height="60" fill="#654321"/>

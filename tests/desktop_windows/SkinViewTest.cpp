@@ -189,10 +189,31 @@ TEST_F(SkinViewTest, the_program_may_put_a_knob_beyond_the_ends) {
 }
 
 TEST_F(SkinViewTest, a_digit_item_shows_a_cell_of_the_strip) {
-    view.setDigit("a1", 3);
+    view.setDigit("a2", 3);
     EXPECT_EQ(pixel(262, 25), QColor(0, 0, 255));
-    view.setDigit("A1", 4);
+    EXPECT_EQ(pixel(237, 25), QColor(0, 0, 0));
+    view.setDigit("A2", 4);
     EXPECT_EQ(pixel(262, 25), QColor(0, 0, 0));
+    view.setDigit("A1", 3);
+    EXPECT_EQ(pixel(237, 25), QColor(0, 0, 255));
+}
+
+TEST_F(SkinViewTest, screen_readers_get_the_digits_as_one_number) {
+    view.setDigit("a1", 4);
+    view.setDigit("a2", 2);
+    const QAccessibleInterface* whole = QAccessible::queryAccessibleInterface(&view);
+    std::vector<std::string> found;
+    for (int i = 0; i < whole->childCount(); ++i) {
+        QAccessibleInterface* child = whole->child(i);
+        if (child->text(QAccessible::Name) != "Speed" && child->object()->objectName() != "A1")
+            continue;
+        ASSERT_NE(child->valueInterface(), nullptr);
+        found.push_back(child->text(QAccessible::Name).toStdString() + " " +
+                        child->text(QAccessible::Value).toStdString());
+        EXPECT_EQ(child->valueInterface()->currentValue().toInt(), 42);
+        EXPECT_EQ(child->childCount(), 0);
+    }
+    EXPECT_THAT(found, ElementsAre("Speed 42"));
 }
 
 TEST_F(SkinViewTest, a_text_too_long_for_its_place_shows_whole_as_a_tool_tip) {
@@ -265,6 +286,37 @@ TEST_F(SkinViewTest, screen_readers_get_names_roles_and_values) {
     stop->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     ASSERT_TRUE(waitUntil([&] { return clicks.size() == 2; }));
     EXPECT_THAT(clicks, ElementsAre("Play", "stop"));
+}
+
+TEST_F(SkinViewTest, a_slider_may_be_read_in_seconds) {
+    double seconds = 300;
+    view.setSliderOptions("volume", {1, 10, SliderDrag::Live, [&] { return seconds; }});
+    view.setValue("volume", 40);
+    QAccessibleInterface* slider = QAccessible::queryAccessibleInterface(&element("volume"));
+    QAccessibleValueInterface* value = slider->valueInterface();
+    EXPECT_EQ(value->currentValue().toDouble(), 120);
+    EXPECT_EQ(value->maximumValue().toDouble(), 300);
+    EXPECT_EQ(slider->text(QAccessible::Value), "2:00");
+    EXPECT_EQ(slider->text(QAccessible::Description), "2:00 / 5:00");
+    value->setCurrentValue(150);
+    EXPECT_THAT(changes, ElementsAre(Pair("volume", 50)));
+    seconds = 0; // nothing is open
+    EXPECT_EQ(value->currentValue().toDouble(), 0);
+    EXPECT_EQ(value->maximumValue().toDouble(), 0);
+    value->setCurrentValue(1);
+    EXPECT_EQ(changes.size(), 1u);
+}
+
+TEST_F(SkinViewTest, a_command_that_is_ready_is_no_check_box) {
+    view.setReadyElements({"play"});
+    ASSERT_TRUE(view.load(writeSampleSkin(folder)));
+    view.setOn("play", true);
+    const QAccessibleInterface* play = QAccessible::queryAccessibleInterface(&element("play"));
+    EXPECT_EQ(play->role(), QAccessible::Button);
+    EXPECT_FALSE(play->state().checkable);
+    EXPECT_FALSE(play->state().checked);
+    EXPECT_TRUE(view.isOn("play"));
+    EXPECT_EQ(pixel(20, 20), QColor(0x50, 0x50, 0x50)) << "it looks switched on all the same";
 }
 
 TEST_F(SkinViewTest, names_and_tool_tips_may_come_from_the_program) {
