@@ -28,7 +28,8 @@ Application::Application(EnvironmentLookup environment, const std::string& progr
     m_host = std::make_unique<Host>(m_environment, programFolder, m_texts);
     buildSplash();
     m_startingWindows = std::make_unique<StartingWindows>(
-        m_rooms, *m_splash, m_panes, m_host->journal, [this] { buildWindows(); });
+        m_rooms, *m_splash, m_panes, m_host->journal, [this] { buildWindows(); },
+        [this] { endProgram(); });
 }
 
 void Application::buildWindows() {
@@ -39,7 +40,7 @@ void Application::buildWindows() {
     m_browser = std::make_unique<JournalledBrowser>(m_panes->map.browser, m_host->journal);
     m_rooms.rows = std::make_unique<RecordingList>();
     m_rooms.rows->addListener(*m_panes->list.view);
-    m_mapData = std::make_unique<MapData>(m_rooms.state, *m_rooms.rows, m_texts);
+    m_mapData = std::make_unique<MapData>(m_rooms.state, *m_rooms.rows);
     m_bridges = std::make_unique<Bridges>(m_rooms, *m_panes, *m_host, [this] { endProgram(); });
     m_titleMenu = std::make_unique<TitleMenu>(
         *m_panes, *m_host, m_texts, [this] { m_rooms.update->Open(UpdateOpening::OnRequest); });
@@ -108,9 +109,23 @@ std::optional<std::string> Application::answerCommand(const std::string& name,
         return std::nullopt;
     const bool whole =
         QUrlQuery(QString::fromStdString(query)).queryItemValue("on") == QLatin1String("1");
+    showMap(whole ? MapSize::WholeWindow : MapSize::Pane);
+    return whole ? "{\"wholeWindow\": true}" : "{\"wholeWindow\": false}";
+}
+
+void Application::showMap(MapSize size) {
+    const bool whole = size == MapSize::WholeWindow;
     m_panes->frame.enlarge(whole ? &m_panes->map.browser.view() : nullptr);
     m_mapData->setWholeWindow(whole);
-    return whole ? "{\"wholeWindow\": true}" : "{\"wholeWindow\": false}";
+}
+
+bool Application::leaveWholeMap(const KeyPress& press) {
+    if (press.key != Qt::Key_Escape || m_panes->frame.enlarged() == nullptr)
+        return false;
+    showMap(MapSize::Pane);
+    if (m_rooms.mediaCtrl->ready())
+        m_rooms.mediaCtrl->runScript("velmorantMap.readConfiguration()");
+    return true;
 }
 
 /// A provider is named by the user or the operator; without one nothing leaves the machine.

@@ -57,6 +57,9 @@ class Application {
     void connectDialogs();
     WebEngineBrowserSettings mapSettings();
     std::optional<std::string> answerCommand(const std::string& name, const std::string& query);
+    enum class MapSize { Pane, WholeWindow };
+    void showMap(MapSize size);
+    bool leaveWholeMap(const KeyPress& press); ///< true: the key is used
     void configureTiles();
     void endProgram();
 

@@ -66,8 +66,10 @@ void Application::connectControlBar() {
     ControlPane& control = m_panes->control;
     control.skin->onClick(gate.listener(
         [this](const std::string& element) { m_rooms.curve->ButtonClicked(element); }));
-    control.skin->onSlider(gate.listener(
-        [this](const std::string& element, double) { m_rooms.curve->SliderChanged(element); }));
+    control.skin->onSlider(gate.listener([this](const std::string& element, double) {
+        m_rooms.curve->SliderChanged(element);
+        m_rooms.moment->EndPreview();
+    }));
     control.skin->onSliderPreview(gate.listener([this](const std::string& element, double value) {
         if (element == "playprogress")
             m_rooms.moment->Preview(value);
@@ -158,8 +160,10 @@ void Application::connectFrame() {
         gate.listener([this](const std::string& element) { m_rooms.main->SkinClick(element); }));
     frame.onDrop(gate.listener(
         [this](const std::vector<std::string>& paths) { m_rooms.list->AddPaths(paths); }));
-    frame.onKey(playerKeys(),
-                gate.listener([this](const KeyPress& press) { useKey(press, m_rooms, *m_panes); }));
+    frame.onKey(playerKeys(), gate.listener([this](const KeyPress& press) {
+        if (!leaveWholeMap(press))
+            useKey(press, m_rooms, *m_panes);
+    }));
     frame.onContextMenu(gate.listener([this](const QPoint& place) { m_titleMenu->show(place); }));
     frame.qtWindow().onResize(gate.listener([this] { m_rooms.main->Resize(); }));
     frame.qtWindow().onCloseRequest(gate.listener([this] {

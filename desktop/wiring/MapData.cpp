@@ -1,6 +1,7 @@
 #include "desktop/wiring/MapData.h"
 
 #include "common/Language.h"
+#include "common/SpeedUnit.h"
 #include "common/textRules.h"
 
 #include <QFileInfo>
@@ -63,8 +64,8 @@ void addPlaces(QJsonObject& object, const clsDot& track) {
 
 } // namespace
 
-MapData::MapData(const ProgramState& state, const RecordingList& list, const Texts& texts)
-    : m_state(state), m_list(list), m_texts(texts) {}
+MapData::MapData(const ProgramState& state, const RecordingList& list)
+    : m_state(state), m_list(list), m_language(languageOf(state.settings.languageIndex).tag) {}
 
 std::optional<std::string> MapData::track(long number) const {
     const std::shared_ptr<clsDot> track =
@@ -87,11 +88,10 @@ std::optional<std::string> MapData::track(long number) const {
 
 std::string MapData::configuration() const {
     QJsonObject object;
-    object["language"] =
-        QString::fromStdString(std::string(languageOf(m_state.settings.languageIndex).tag));
+    object["language"] = QString::fromStdString(m_language);
     QJsonObject unit;
     unit["factor"] = m_state.settings.speedFactor;
-    unit["label"] = QString::fromStdString(m_texts.byOffset(1000 + m_state.settings.unitCode % 10));
+    unit["label"] = QString::fromStdString(std::string(speedSign(m_state.settings.unitCode)));
     object["unit"] = unit;
     if (m_tiles) {
         QJsonObject tiles;

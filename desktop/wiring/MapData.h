@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ports/Texts.h"
 #include "recordings/ProgramState.h"
 #include "recordings/RecordingList.h"
 
@@ -20,7 +19,8 @@ struct TileCredit {
 /// in resources/map/README.md.
 class MapData {
   public:
-    MapData(const ProgramState& state, const RecordingList& list, const Texts& texts);
+    /// The page keeps the language of this moment, as every window does that is built already.
+    MapData(const ProgramState& state, const RecordingList& list);
     /// Absent: no provider, and nothing leaves the machine.
     void setTiles(std::optional<TileCredit> tiles) { m_tiles = std::move(tiles); }
     void setWholeWindow(bool whole) { m_wholeWindow = whole; }
@@ -31,7 +31,7 @@ class MapData {
   private:
     const ProgramState& m_state;
     const RecordingList& m_list;
-    const Texts& m_texts;
+    std::string m_language;
     std::optional<TileCredit> m_tiles;
     bool m_wholeWindow = false;
 };

@@ -40,6 +40,8 @@ class SettingsToProgram : public SetupTargets {
     void redrawChart() override {
         m_rooms.chart->Draw();
         m_rooms.moment->ShowUnit();
+        if (m_rooms.mediaCtrl->ready())
+            m_rooms.mediaCtrl->runScript("velmorantMap.readConfiguration()");
     }
     void endProgram() override { m_endProgram(); }
 

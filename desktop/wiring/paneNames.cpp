@@ -38,6 +38,9 @@ void namePanes(Panes& panes, const Texts& texts) {
     panes.list.bar->setAccessibleName(nameOf(texts, "adding"));
     nameAfterLoading(*panes.map.skin, texts, "map");
     nameAfterLoading(*panes.map.bar, texts, "mapBar");
+    // One skin serves both languages.
+    QObject::connect(&panes.about.skin(), &SkinView::loaded, &panes.about,
+                     [&panes, &texts] { panes.about.setWindowTitle(nameOf(texts, "about")); });
     nameElements(*panes.map.bar, texts, "mylist");
     nameElements(panes.about.skin(), texts, "close webstation");
 }

@@ -23,7 +23,7 @@ TYPES = {
     ".css": "text/css",
     ".json": "application/json",
 }
-UNIT = {"factor": 1.0, "label": "Km/h"}
+UNIT = {"factor": 1.0, "label": "km/h"}
 PROVIDER = {"maxZoom": 19, "attribution": "© Loopback Street Map", "link": "http://127.0.0.1/copyright"}
 
 

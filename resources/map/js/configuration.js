@@ -24,6 +24,12 @@
             velmorantMap.readJson(FILE, (answer) => this.take(answer));
         }
 
+        // After a change of which the program tells.
+        readNow() {
+            this.lastRead = -Infinity;
+            this.read();
+        }
+
         take(answer) {
             const good = answer !== null && typeof answer === 'object' && !Array.isArray(answer);
             if (!good) {

@@ -32,7 +32,7 @@
             this.dot.hidden = true;
             map.getContainer().append(this.dot, this.box);
             map.on('mousemove', (event) => this.moved(event));
-            map.on('mouseout dragstart zoomstart movestart', () => this.hide());
+            map.on('mouseout dragstart zoomstart movestart resize', () => this.hide());
         }
 
         moved(event) {

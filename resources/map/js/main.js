@@ -154,6 +154,9 @@
     // The program's list asks for one recording by its number; a number without a route does nothing.
     velmorantMap.showRecording = (number) => view.fitRecording(number);
 
+    // The program tells that its settings are others, or that it took the whole window back.
+    velmorantMap.readConfiguration = () => configuration.readNow();
+
     function showButtons() {
         fitAll.disabled = table.shown.size === 0;
         fitActive.disabled = table.active === null;

@@ -10,7 +10,7 @@
         constructor(root, visible) {
             this.visible = visible;
             this.factor = 1;
-            this.label = 'Km/h';
+            this.label = 'km/h';
             this.legend = document.createElement('div');
             this.legend.id = 'legend';
             this.legend.setAttribute('role', 'img');
@@ -22,7 +22,7 @@
         use(unit) {
             const good = unit && Number.isFinite(unit.factor) && unit.factor > 0;
             const factor = good ? unit.factor : 1;
-            const label = good && typeof unit.label === 'string' ? unit.label : 'Km/h';
+            const label = good && typeof unit.label === 'string' ? unit.label : 'km/h';
             const other = factor !== this.factor || label !== this.label;
             this.factor = factor;
             this.label = label;

@@ -22,7 +22,7 @@
         notReachable: ['The player cannot seek to this place: the street runs exactly north-south or east-west, or another route lies over it.',
             '無法跳至此處：道路正好為南北或東西向，或被其他路線覆蓋。'],
         recording: ['Recording', '錄影'],
-        locked: ['locked', '鎖定'],
+        locked: ['locked', '保護'],
         normal: ['normal', '一般'],
         fixLost: ['no fix', '無定位'],
         utc: ['UTC', '世界時'],

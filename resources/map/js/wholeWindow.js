@@ -41,8 +41,10 @@
                     this.log.add(`command ${COMMAND} failed`);
                     return;
                 }
-                this.on = answer.wholeWindow === true;
-                this.shown(true, this.on);
+                const on = answer.wholeWindow === true;
+                this.configuration.take({ ...this.configuration.values, wholeWindow: on });
+                this.on = on;
+                this.shown(true, on);
             });
         }
     }

@@ -33,7 +33,7 @@ std::string text(const QJsonObject& object) {
 MapPageSource answers(HandlerGate& gate, bool& wholeWindow) {
     MapPageSource source;
     source.configuration = [&wholeWindow] {
-        return text({{"unit", QJsonObject{{"factor", 1.0}, {"label", "Km/h"}}},
+        return text({{"unit", QJsonObject{{"factor", 1.0}, {"label", "km/h"}}},
                      {"commands", QJsonArray{"whole-window"}},
                      {"wholeWindow", wholeWindow}});
     };

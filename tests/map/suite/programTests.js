@@ -36,9 +36,9 @@
         check(legend.hidden, 'a legend without speeds');
         MoveCar('121.5|25.04|1|90');
         await until(() => !legend.hidden, 'the legend is shown');
-        check(/Km\/h/.test(legend.textContent), legend.textContent);
+        check(/km\/h/.test(legend.textContent), legend.textContent);
         const route = page.table.shown.get(7);
-        equal([0, 40, 50].map((i) => route.speedClassOf(i)), [5, 2, 1], 'classes of 110, 30 and 10 Km/h');
+        equal([0, 40, 50].map((i) => route.speedClassOf(i)), [5, 2, 1], 'classes of 110, 30 and 10 km/h');
     });
 
     test('another_unit_changes_the_classes_and_the_legend', async () => {
@@ -51,7 +51,7 @@
         equal(page.table.shown.get(7).speedClassOf(40), 2, 'class of 18.6 mph');
         check(/mph/.test(document.getElementById('legend').textContent), 'the legend shows another unit');
         page.configuration.take(before);
-        equal(page.speedColours.speedText(60), '60.0 Km/h', 'speed');
+        equal(page.speedColours.speedText(60), '60.0 km/h', 'speed');
     });
 
     test('hovering_tells_recording_clock_time_and_speed', async () => {
@@ -64,7 +64,7 @@
             return !box.hidden && /MP4/.test(box.textContent);
         }, 'the recording is named');
         equal([...box.children].map((line) => line.textContent),
-            [`100007.MP4 · ${page.texts.get('locked')}`, '2012/9/7 08:06:09 UTC (01:00)', '10.0 Km/h'], 'lines');
+            [`100007.MP4 · ${page.texts.get('locked')}`, '2012/9/7 08:06:09 UTC (01:00)', '10.0 km/h'], 'lines');
         hoverAt([DRIVE[60][0], DRIVE[60][1] + 0.0006]);
         await until(() => box.hidden, 'the box is gone');
     });
@@ -138,6 +138,40 @@
         await until(() => button.getAttribute('aria-pressed') === 'true', 'the button is pressed');
         button.click();
         await until(() => button.getAttribute('aria-pressed') === 'false', 'the button is released');
+    });
+
+    test('what_the_program_changes_by_itself_is_taken_over', async () => {
+        const before = JSON.parse(page.configuration.text);
+        const readJson = page.readJson;
+        const button = document.getElementById('wholeWindow');
+        button.click();
+        await until(() => button.getAttribute('aria-pressed') === 'true', 'the map is whole');
+        // The program takes the window back, and its user chooses another unit.
+        page.readJson = (file, done) => done({ ...before, wholeWindow: false, unit: { factor: 0.5399568, label: 'kn' } });
+        page.readConfiguration();
+        page.readJson = readJson;
+        equal(button.getAttribute('aria-pressed'), 'false', 'the button');
+        equal(page.speedColours.label, 'kn', 'unit');
+        page.configuration.take(before);
+        page.wholeWindow.ask(false);
+    });
+
+    test('the_bubble_goes_when_the_map_changes_its_size', async () => {
+        routes.draw(7, DRIVE);
+        routes.look(DRIVE[60][0], DRIVE[60][1], 18);
+        await frames(2);
+        const box = document.getElementById('hover');
+        await until(() => {
+            hoverAt(DRIVE[60]);
+            return !box.hidden;
+        }, 'the bubble is shown');
+        page.map.fire('resize');
+        check(box.hidden, 'the bubble stays');
+    });
+
+    test('a_locked_recording_is_called_as_in_the_list', () => {
+        equal(page.Texts.TABLE.locked, ['locked', '保護'], 'word');
+        equal(new page.SpeedColours(document.createElement('div'), true).label, 'km/h', 'unit');
     });
 
     test('a_program_without_a_provider_is_asked_for_no_tile', () => {
