@@ -22,12 +22,18 @@ PicturePane::PicturePane(VideoOutput output, QWidget* parent)
       widget(new VideoWidget(player, parent)),
       view(*widget) {}
 
-ControlPane::ControlPane(HandlerGate& gate, const Screen& screen)
+ControlPane::ControlPane(HandlerGate& gate, const Screen& screen, const PlayerControls& player)
     : skin(new SkinView), chart(skin), window(*skin, gate, screen) {
     // A drag shows where it would go; the picture follows when the knob is let go.
-    skin->setSliderOptions("playprogress", {1, 5, SliderDrag::AtRelease});
+    skin->setSliderOptions("playprogress", {1, 5, SliderDrag::AtRelease,
+                                            [&player] { return player.duration().value_or(0.0); }});
     skin->setSliderOptions("volume", {5, 10, SliderDrag::Live});
     skin->setSliderOptions("playspeed", {21, 21, SliderDrag::AtRelease});
+    // The program switches it on for good: a picture can be taken at any time.
+    skin->setReadyElements({"photo"});
+    skin->setExpectedElements({"speaker", "cmdplay", "pause", "stop", "head", "end", "back", "fast",
+                               "speed", "gs", "photo", "saveframe", "playprogress", "playspeed",
+                               "volume"});
     QObject::connect(skin, &SkinView::loaded, skin, [this] { layOut(); });
 }
 
@@ -44,6 +50,7 @@ ListPane::ListPane(const Screen& screen)
       progress(*bar),
       status(*skin, "place.status") {
     bands.addWindow("LstMP4", *view);
+    skin->setExpectedElements({"all", "normal", "lock", "none"});
     QObject::connect(skin, &SkinView::loaded, skin, [this] { layOut(); });
 }
 
@@ -75,7 +82,7 @@ Panes::Panes(Host& host, const Texts& texts, VideoOutput output,
              WebEngineBrowserSettings mapSettings)
     : frame(host.gate, host.screen),
       picture(output, &frame),
-      control(host.gate, host.screen),
+      control(host.gate, host.screen, picture.player),
       list(host.screen),
       map(host.gate, std::move(mapSettings)),
       extraction(host.gate, host.waits, [&texts] { return texts.addition("button.cancel"); }),
@@ -83,6 +90,11 @@ Panes::Panes(Host& host, const Texts& texts, VideoOutput output,
       about(host.gate, host.screen, &frame),
       update(texts, &frame),
       updateWindow(update, host.gate, host.screen) {
+    frame.skin().setExpectedElements({"open", "delete", "setup", "info", "minimise", "close"});
+    map.bar->setExpectedElements({"mylist"});
+    setup.skin().setExpectedElements(
+        {"lang1001", "lang1002", "unit1001", "unit1002", "unit1003", "cancel", "cmdclose"});
+    about.skin().setExpectedElements({"close", "webstation"});
     frame.host(MainWindow::Pane::Picture, *picture.widget);
     frame.host(MainWindow::Pane::List, *list.skin);
     frame.bands().addWindow("frmCurve", *control.skin);

@@ -45,7 +45,7 @@ struct PicturePane {
 
 /// The control bar with the chart in it.
 struct ControlPane {
-    ControlPane(HandlerGate& gate, const Screen& screen);
+    ControlPane(HandlerGate& gate, const Screen& screen, const PlayerControls& player);
     void layOut();  ///< after a skin was loaded
     SkinView* skin; ///< a child of the frame
     ChartWidget chart;

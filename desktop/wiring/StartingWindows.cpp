@@ -15,12 +15,14 @@ constexpr std::chrono::milliseconds paintingLimit{200};
 
 StartingWindows::StartingWindows(Rooms& rooms, SplashWindow& splash,
                                  const std::unique_ptr<Panes>& panes, Journal& journal,
-                                 std::function<void()> buildWindows)
+                                 std::function<void()> buildWindows,
+                                 std::function<void()> endProgram)
     : m_rooms(rooms),
       m_splash(splash),
       m_panes(panes),
       m_journal(journal),
-      m_buildWindows(std::move(buildWindows)) {}
+      m_buildWindows(std::move(buildWindows)),
+      m_endProgram(std::move(endProgram)) {}
 
 void StartingWindows::showSplash() {
     if (m_rooms.tip->Load() != SkinLoad::Loaded)
@@ -36,8 +38,12 @@ void StartingWindows::bringSplashToForeground() {
 
 void StartingWindows::loadMainWindow() {
     m_loaded = m_rooms.main->Load() == SkinLoad::Loaded;
-    if (m_loaded)
-        m_rooms.list->Load();
+    if (!m_loaded || m_rooms.list->Load() == SkinLoad::Loaded)
+        return;
+    // A frame with an empty pane in place of the list would take recordings that nobody sees.
+    m_loaded = false;
+    m_rooms.main->Unload();
+    m_endProgram();
 }
 
 void StartingWindows::showMainWindow() {

@@ -20,7 +20,8 @@ class StartingWindows : public StartUpWindows {
   public:
     /// `buildWindows` is called once, when the splash is on the screen; it fills `panes`.
     StartingWindows(Rooms& rooms, SplashWindow& splash, const std::unique_ptr<Panes>& panes,
-                    Journal& journal, std::function<void()> buildWindows);
+                    Journal& journal, std::function<void()> buildWindows,
+                    std::function<void()> endProgram);
     void showSplash() override;
     void bringSplashToForeground() override;
     void loadMainWindow() override;
@@ -32,7 +33,8 @@ class StartingWindows : public StartUpWindows {
     const std::unique_ptr<Panes>& m_panes;
     Journal& m_journal;
     std::function<void()> m_buildWindows;
-    bool m_loaded = false; ///< without its skin the frame is not shown
+    std::function<void()> m_endProgram;
+    bool m_loaded = false; ///< without its skin, or the list's, the frame is not shown
 };
 
 /// app -> desktop: a window is loaded when it is put into its band. The container is the frame's,

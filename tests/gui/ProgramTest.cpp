@@ -81,7 +81,7 @@ void ProgramTest::readBox() {
     }
 }
 
-void ProgramTest::start(const std::string& language) {
+void ProgramTest::beginStart(const std::string& language) {
     const EnvironmentLookup environment = [values = m_environment](const std::string& name) {
         const auto found = values.find(name);
         return found == values.end() ? std::nullopt : std::optional<std::string>(found->second);
@@ -92,6 +92,16 @@ void ProgramTest::start(const std::string& language) {
     std::ofstream(configuration) << "[config]\nmainv=" << language << "\nArea=2021\nUnit=1001\n";
     m_program = std::make_unique<Application>(environment, program);
     ASSERT_EQ(m_program->start(""), StartUpResult::Running);
+}
+
+bool ProgramTest::startAndEnd(const std::string& language) {
+    beginStart(language);
+    QTimer::singleShot(limit, qApp, [] { QCoreApplication::exit(1); });
+    return QCoreApplication::exec() == 0;
+}
+
+void ProgramTest::start(const std::string& language) {
+    ASSERT_NO_FATAL_FAILURE(beginStart(language));
     m_driver = std::make_unique<ProgramDriver>(*m_program);
     ASSERT_TRUE(waitUntil([this] { return m_driver->windowShown(); }))
         << "no window with a loaded map page";

@@ -31,6 +31,8 @@ class ProgramTest : public testing::Test {
     }
     /// Starts with that "mainv" and waits for the window and its map page.
     void start(const std::string& language = english);
+    /// Starts and runs until the program ends by itself; false when it does not.
+    bool startAndEnd(const std::string& language = english);
     /// As after a quit: start() may follow.
     void end();
     /// As dropped onto the window.
@@ -64,6 +66,7 @@ class ProgramTest : public testing::Test {
   private:
     void prepareFolders();
     void readBox();
+    void beginStart(const std::string& language);
 
     QTemporaryDir m_folder;
     std::map<std::string, std::string> m_environment;
