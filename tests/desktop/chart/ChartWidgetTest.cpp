@@ -253,9 +253,9 @@ TEST_F(ChartWidgetTest, the_keys_go_from_point_to_point_and_choose_one) {
 TEST_F(ChartWidgetTest, screen_readers_get_the_text_of_the_point_as_its_value) {
     addSpeeds(60);
     chart_.setAxis(ChartAxis::Bottom, 0.0, 80.0);
-    chart_.onHover([this](int index) {
+    chart_.onHover(gate_.listener([this](int index) {
         chart_.setHoverText(index < 0 ? "" : "second " + std::to_string(index));
-    });
+    }));
     drawn();
     QAccessibleInterface* chart = QAccessible::queryAccessibleInterface(&chart_.widget());
     QAccessibleValueInterface* value = chart->valueInterface();

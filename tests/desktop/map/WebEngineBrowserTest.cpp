@@ -246,9 +246,9 @@ TEST_F(WebEngineBrowserTest, opens_a_link_by_a_click_of_the_user_alone) {
     writePage("<a id='a' style='position:fixed;left:0;top:0;width:90px;height:40px' "
               "href='http://127.0.0.1:9/a'>here</a><a id='b' target='_blank' "
               "href='http://127.0.0.1:9/b'>there</a>");
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     std::vector<std::string> links;
-    browser.onLink([&](const std::string& link) { links.push_back(link); });
+    browser.onLink(gate_.listener([&](const std::string& link) { links.push_back(link); }));
     ASSERT_TRUE(load(browser, ownPage));
     browser.view().resize(300, 200);
     browser.view().show();
@@ -276,7 +276,7 @@ TEST_F(WebEngineBrowserTest, opens_a_link_by_a_click_of_the_user_alone) {
 }
 
 TEST_F(WebEngineBrowserTest, gives_the_page_no_connection_past_its_rules) {
-    WebEngineBrowser browser(settings());
+    WebEngineBrowser browser(settings(), gate_.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     for (const std::string name :
          {"RTCPeerConnection", "webkitRTCPeerConnection", "RTCDataChannel", "WebTransport"}) {
