@@ -1,3 +1,4 @@
+// Long because all kinds of elements are tested in one sample skin.
 #include "desktop/widgets/SkinView.h"
 
 #include "desktop/gate/HandlerGate.h"

@@ -273,6 +273,8 @@ def use_dialogs(program):
     names, language = program.names, program.language
     press(program, names["main.setup.name"])
     wait_for_names(program, [names["setup.cmdclose"]], "settings")
+    title = wait_for(lambda: steady(lambda: window_of(program.focused()).get_name())(), "a title")
+    check(title == names["setup.title"], f"the settings' window is called {title!r}")
     reach_all(program, [names["setup.cancel.name"], names["setup.cmdclose"], names["setup.unit1002"],
                         "English", "\u7e41\u9ad4\u4e2d\u6587"], "settings")
     program.picture("settings")
@@ -282,6 +284,8 @@ def use_dialogs(program):
     press(program, names["main.info.name"])
     web_site = {1: "Web site of the program", 2: "\u7a0b\u5f0f\u7684\u7db2\u7ad9"}[language]
     wait_for_names(program, [web_site], "about")
+    title = wait_for(lambda: steady(lambda: window_of(program.focused()).get_name())(), "a title")
+    check(title == names["main.info.name"], f"the about window is called {title!r}")
     reach_all(program, [web_site], "about")
     program.picture("about")
     key("Escape")
@@ -310,20 +314,22 @@ def use_dialogs(program):
 
 
 class Spoken:
-    """What a screen reader is told while this lives: the names of what gets the focus. A popup is no
-    part of the tree, its items are told in this way alone."""
+    """What a screen reader is told while this lives: the names of what gets a state, the focus for
+    example. A popup is no part of the tree, its items are told in this way alone."""
 
-    def __init__(self):
+    def __init__(self, wanted="focused", on=True):
         self.names = []
+        self.on = on
+        self.event = "object:state-changed:" + wanted
         self.listener = Atspi.EventListener.new(self.hear)
-        self.listener.register("object:state-changed:focused")
+        self.listener.register(self.event)
 
     def hear(self, event):
-        if event.detail1:
+        if bool(event.detail1) == self.on:
             self.names.append(event.source.get_name())
 
     def close(self):
-        self.listener.deregister("object:state-changed:focused")
+        self.listener.deregister(self.event)
 
     def wait_for(self, name):
         def heard():
@@ -333,7 +339,7 @@ class Spoken:
         try:
             wait_for(heard, name, 5)
         except TimeoutError:
-            check(False, f"menu: a screen reader is not told of {name!r}, but of {self.names}")
+            check(False, f"{self.event}: a screen reader is not told of {name!r}, but of {self.names}")
 
 
 def open_menu(program, name, items):
@@ -366,6 +372,42 @@ def use_menus(program):
     before = open_menu(program, "list-menu", LIST_MENU[program.language])
     key("Escape")
     wait_for(lambda: Screen().differs(before) < 2000, "the list's menu gone")
+
+
+def use_list(program):
+    """The Tab key comes to a cell that says its row, and the space bar tells the new mark. All rows
+    are marked, their tracks are there."""
+    for _ in range(120):
+        now = steady(lambda: program.focused().get_role_name())()
+        if now in ("tree", "tree table", "table cell"):
+            break
+        key("Tab")
+    key("Home")
+    row = wait_for(lambda: [name for name in program.named({"table cell"}) if name[:2] == "20"],
+                   "the rows")
+    check(all(row), "list: a row has no name")
+    key("End")
+    for on in (False, True):
+        spoken = Spoken("checked", on)
+        key("space")
+        try:
+            wait_for(lambda: GLib.MainContext.default().iteration(False) or
+                     any(name[:2] == "20" for name in spoken.names), "the mark", 5)
+        except TimeoutError:
+            check(False, f"list: a screen reader is not told that the mark is {on}")
+        spoken.close()
+
+
+@steady
+def look_at_roles(program):
+    nodes = [n for n in program.all() if shown(n)]
+    photo = [n for n in nodes if n.get_name() == program.names["control.photo.name"]]
+    check([n.get_role_name() for n in photo] == ["push button"],
+          f"the picture of the screen is {[n.get_role_name() for n in photo]}")
+    digits = [n for n in nodes if n.get_name() == program.names["control.digits"]
+              and n.get_role_name() == "dial"]
+    check(len(digits) == 1, f"{len(digits)} things show the digits")
+    check(not [n for n in nodes if n.get_name() == "0"], "a digit is a thing of its own")
 
 
 class SlowFiles(http.server.SimpleHTTPRequestHandler):
@@ -469,10 +511,12 @@ def use_all(program, server):
         check(name in program.named(), f"main window: nothing is named {name!r}")
     reach_all(program, program.commands_of("main") + program.commands_of("control") +
               program.commands_of("list") + MAP_COMMANDS[language], "main window")
+    look_at_roles(program)
     use_dialogs(program)
     use_menus(program)
     look_for_updates(program, server)
     extract(program)
+    use_list(program)
 
 
 def end_by_keys(program):

@@ -1,3 +1,4 @@
+// Long because the loading, the calls and the clicks of the page share one pane.
 #include "track/frmMediaCtrl.h"
 
 #include "common/StepError.h"
