@@ -28,6 +28,11 @@ void report(std::string& errors, const std::string& what) {
     errors += "Parse: " + what + '\n';
 }
 
+// With the code in front, by which the player finds words of its own.
+void report(std::string& errors, const Error& error) {
+    report(errors, "[" + std::string(name(error.code)) + "] " + describe(error));
+}
+
 std::string absolute(const std::string& path) {
     std::error_code error;
     const auto whole = std::filesystem::absolute(path, error);
@@ -49,7 +54,7 @@ int runParse(const std::vector<std::string>& arguments, const Environment& envir
         return noAccess;
     }
     if (const auto problem = makePrivateFolder(*folder)) {
-        report(errors, "no temporary folder: " + *folder + ": " + *problem);
+        report(errors, notWritten(*folder, problem));
         return noAccess;
     }
     const auto deadline = std::chrono::steady_clock::now() + timeToRead;
@@ -57,7 +62,7 @@ int runParse(const std::vector<std::string>& arguments, const Environment& envir
     options.shouldStop = [deadline] { return std::chrono::steady_clock::now() >= deadline; };
     const Result<Telemetry> outcome = extractFile(path, options);
     if (!outcome) {
-        report(errors, describe(outcome.error()));
+        report(errors, outcome.error());
     } else {
         for (const Error& notice : outcome.value().notices) {
             report(errors, "note: " + describe(notice));

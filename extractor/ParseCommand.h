@@ -7,6 +7,8 @@
 //   1  the recording cannot be used: the track file holds the reason, the error output one line
 //   2  wrong use
 //   3  the recording cannot be read, or the track file cannot be written
+// A line of the error output is "Parse: TEXT"; with the reason of a failure "Parse: [CODE] TEXT",
+// CODE as in the track file.
 #pragma once
 
 #include <string>

@@ -1,7 +1,6 @@
 #include "extractor/PrivateFiles.h"
 
 #include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <random>
 #include <vector>
@@ -28,10 +27,10 @@ constexpr char mark[] = ".part-";
 #ifdef _WIN32
 
 // The user's folders are private there by the rights that they inherit.
-std::optional<std::string> makePrivateFolder(const std::string& folder) {
+std::error_code makePrivateFolder(const std::string& folder) {
     std::error_code error;
     fs::create_directories(folder, error);
-    return error ? std::optional(error.message()) : std::nullopt;
+    return error;
 }
 
 BesideFile openBeside(const std::string& path) {
@@ -54,19 +53,19 @@ void removeUnlessOpen(const std::string& path) {
 
 #else
 
-std::optional<std::string> makePrivateFolder(const std::string& folder) {
+std::error_code makePrivateFolder(const std::string& folder) {
     std::error_code error;
     fs::create_directories(fs::path(folder).parent_path(), error);
     if (!error && ::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST) {
-        return std::strerror(errno);
+        error = std::error_code(errno, std::generic_category());
     }
     if (error) {
-        return error.message();
+        return error;
     }
     // A folder made before, or by the program, may have the rights that the system gives to all.
     // Where they cannot be changed the folder is another's, and writing will tell.
     (void)::chmod(folder.c_str(), 0700);
-    return std::nullopt;
+    return {};
 }
 
 BesideFile openBeside(const std::string& path) {

@@ -1,14 +1,14 @@
 // A folder and a file that hold where somebody drove: nobody else may read them.
 #pragma once
 
-#include <optional>
 #include <string>
+#include <system_error>
 
 namespace velmorant::telemetry {
 
 // Makes the folder with those above it and takes the rights of all but its owner away. Returns what
 // went wrong.
-[[nodiscard]] std::optional<std::string> makePrivateFolder(const std::string& folder);
+[[nodiscard]] std::error_code makePrivateFolder(const std::string& folder);
 
 // Removes the files that runs which never ended have left beside `path`; those of runs that are
 // still at work stay.

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <system_error>
 #include <vector>
 
 #include "extractor/DigitCursor.h"
@@ -56,7 +57,7 @@ class Output {
         }
     }
     // Returns what went wrong, if anything did.
-    std::optional<std::string> close() {
+    std::error_code close() {
         flush();
         if (file_ != nullptr && std::fclose(file_) != 0) {
             failed();
@@ -68,7 +69,7 @@ class Output {
   private:
     void failed() {
         if (!problem_) {
-            problem_ = std::strerror(errno);
+            problem_ = std::error_code(errno, std::generic_category());
         }
     }
     void flush() {
@@ -81,7 +82,7 @@ class Output {
     std::FILE* file_;
     std::vector<char> buffer_ = std::vector<char>(65536);
     std::size_t used_ = 0;
-    std::optional<std::string> problem_;
+    std::error_code problem_;
 };
 
 void appendAttribute(std::string& out, const char* attribute, std::string_view value) {
@@ -92,11 +93,16 @@ void appendAttribute(std::string& out, const char* attribute, std::string_view v
     out += '"';
 }
 
-void appendTextElement(std::string& out, const char* element, std::string_view value) {
+void appendReason(std::string& out, const char* element, const Error& error,
+                  std::string_view text) {
     out += '<';
     out += element;
+    appendAttribute(out, "code", name(error.code));
+    if (error.amount > 0) {
+        appendAttribute(out, "amount", std::to_string(error.amount));
+    }
     out += '>';
-    appendXmlText(out, value);
+    appendXmlText(out, text);
     out += "</";
     out += element;
     out += ">\n";
@@ -222,7 +228,7 @@ void appendHead(std::string& out, const Telemetry& telemetry) {
     appendInteger(out, static_cast<std::int64_t>(telemetry.fixes()));
     out += "\">\n";
     for (const Error& notice : telemetry.notices) {
-        appendTextElement(out, "notice", describe(notice));
+        appendReason(out, "notice", notice, describe(notice));
     }
 }
 
@@ -236,9 +242,18 @@ void writeSamples(Output& output, const Telemetry& telemetry) {
 
 } // namespace
 
-std::optional<std::string> writeTrackFile(const std::string& trackFile,
-                                          const std::string& recording,
-                                          const Result<Telemetry>& outcome) {
+Error notWritten(const std::string& path, const std::error_code& cause) {
+    const bool full = cause == std::errc::no_space_on_device || cause.value() == EDQUOT;
+    return {path,
+            {},
+            0,
+            "cannot be written: " + cause.message(),
+            ErrorKind::unreadable,
+            full ? ReasonCode::diskFull : ReasonCode::notWritten};
+}
+
+std::optional<Error> writeTrackFile(const std::string& trackFile, const std::string& recording,
+                                    const Result<Telemetry>& outcome) {
     removeLeftOvers(trackFile);
     const BesideFile beside = openBeside(trackFile);
     Output output(beside.descriptor);
@@ -248,7 +263,7 @@ std::optional<std::string> writeTrackFile(const std::string& trackFile,
         appendHead(head, outcome.value());
     } else {
         head += ">\n";
-        appendTextElement(head, "error", outcome.error().reason);
+        appendReason(head, "error", outcome.error(), outcome.error().reason);
     }
     output.append(head);
     if (outcome) {
@@ -256,18 +271,14 @@ std::optional<std::string> writeTrackFile(const std::string& trackFile,
     }
     output.append("</track>\n");
     // Not synced: the player reads it at once and removes it; after a crash nobody wants it.
-    std::error_code renameError;
-    auto problem = output.close();
+    std::error_code problem = output.close();
     if (!problem) {
-        std::filesystem::rename(beside.name, trackFile, renameError);
-        if (renameError) {
-            problem = renameError.message();
-        }
+        std::filesystem::rename(beside.name, trackFile, problem);
     }
     if (problem) {
         std::error_code ignored;
         std::filesystem::remove(beside.name, ignored);
-        return trackFile + ": cannot be written: " + *problem;
+        return notWritten(trackFile, problem);
     }
     return std::nullopt;
 }

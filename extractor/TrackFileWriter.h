@@ -2,8 +2,8 @@
 //
 //   <track recording="PATH" [recording_encoding="percent"] family="NAME" time_base="BASE"
 //          duration="SECONDS" fixes="NUMBER">
-//     <error>TEXT</error>       instead of all that follows, when the recording could not be used
-//     <notice>TEXT</notice>*    what was wrong and did not stop the reading
+//     <error CODE>TEXT</error>  instead of all that follows, when the recording could not be used
+//     <notice CODE>TEXT</notice>*  what was wrong and did not stop the reading
 //     <gpsinfo>*                one per second of the recording, the first second first
 //       <utc_Year> <utc_Month> <utc_Day>        of the first second, in every sample
 //       <utc_Hour> <utc_Minute> <utc_Second>    rise by one second each; the hour goes on past 23
@@ -22,6 +22,8 @@
 //     </gpsinfo>
 //   </track>
 //
+// CODE is code="WORD" [amount="NUMBER"]: the reason in a word of its own, and what it counts (see
+// ReasonCode); TEXT says the same in plain English with the place.
 // PATH is the recording's path as the extractor was given it, made absolute. Where it holds bytes
 // that XML cannot carry (control characters, bytes that are no UTF-8), recording_encoding="percent"
 // stands beside it, and in PATH each such byte and each '%' is '%' and two hexadecimal digits.
@@ -31,6 +33,7 @@
 
 #include <optional>
 #include <string>
+#include <system_error>
 
 #include "telemetry/Samples.h"
 
@@ -39,8 +42,9 @@ namespace velmorant::telemetry {
 // Writes beside `trackFile` and renames, so that nobody ever reads half of it; only the owner may
 // read it, and what runs that were broken off have left beside it goes. Returns what went wrong.
 // `recording` is the absolute path.
-std::optional<std::string> writeTrackFile(const std::string& trackFile,
-                                          const std::string& recording,
-                                          const Result<Telemetry>& outcome);
+std::optional<Error> writeTrackFile(const std::string& trackFile, const std::string& recording,
+                                    const Result<Telemetry>& outcome);
+// The error of a file or folder that could not be made.
+Error notWritten(const std::string& path, const std::error_code& cause);
 
 } // namespace velmorant::telemetry

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace velmorant {
 
@@ -9,9 +11,11 @@ namespace velmorant {
 class RecordingListExtraction {
   public:
     virtual ~RecordingListExtraction() = default;
-    virtual void extractSelected() = 0;              ///< mode "One"
-    virtual void extractMarked() = 0;                ///< mode "All"
-    virtual void drawTrack(std::int32_t serial) = 0; ///< sends a loaded track to the map again
+    virtual void extractSelected() = 0; ///< mode "One"
+    virtual void extractMarked() = 0;   ///< mode "All"
+    /// Sends loaded tracks to the map again, in this order. Returns how many: fewer than asked for
+    /// when the user cancelled it.
+    [[nodiscard]] virtual std::size_t drawTracks(const std::vector<std::int32_t>& serials) = 0;
 };
 
 } // namespace velmorant

@@ -44,8 +44,7 @@ void RecordingMarks::toggle(int index) {
             list.select(index);
         m_needs.extraction.extractSelected();
     } else if (list.row(index).map == MapState::Hidden) {
-        list.set(index, &RecordingEntry::map, MapState::Shown);
-        m_needs.extraction.drawTrack(list.row(index).serial);
+        (void)drawRows({index});
     }
 }
 
@@ -78,7 +77,7 @@ void RecordingMarks::unmark(int index) {
 
 void RecordingMarks::markRows(const std::function<bool(int)>& condition, OtherRows others) {
     RecordingList& list = m_needs.list;
-    std::vector<std::int32_t> hidden;
+    std::vector<int> hidden;
     bool tracksMissing = false;
     {
         const RecordingList::Batch batch(list);
@@ -92,15 +91,33 @@ void RecordingMarks::markRows(const std::function<bool(int)>& condition, OtherRo
             if (list.row(index).track == TrackState::NotRead) {
                 tracksMissing = true;
             } else if (list.row(index).map == MapState::Hidden) {
-                list.set(index, &RecordingEntry::map, MapState::Shown);
-                hidden.push_back(list.row(index).serial);
+                hidden.push_back(index);
             }
         }
     }
-    for (const std::int32_t serial : hidden)
-        trapErrors([&] { m_needs.extraction.drawTrack(serial); });
-    if (tracksMissing)
+    // Who cancels the drawing wants no reading behind it.
+    if (drawRows(hidden) && tracksMissing)
         m_needs.extraction.extractMarked();
+}
+
+/// False when the user cancelled it: the rows that were not drawn stay hidden.
+bool RecordingMarks::drawRows(const std::vector<int>& rows) {
+    RecordingList& list = m_needs.list;
+    std::vector<std::int32_t> serials;
+    {
+        const RecordingList::Batch batch(list);
+        for (const int row : rows) {
+            list.set(row, &RecordingEntry::map, MapState::Shown);
+            serials.push_back(list.row(row).serial);
+        }
+    }
+    if (serials.empty())
+        return true;
+    const std::size_t drawn = m_needs.extraction.drawTracks(serials);
+    const RecordingList::Batch batch(list);
+    for (std::size_t i = drawn; i < rows.size(); ++i)
+        list.set(rows[i], &RecordingEntry::map, MapState::Hidden);
+    return drawn == rows.size();
 }
 
 } // namespace velmorant

@@ -10,6 +10,7 @@
 #include "recordings/recordingNames.h"
 
 #include <functional>
+#include <vector>
 
 namespace velmorant {
 
@@ -42,6 +43,7 @@ class RecordingMarks {
     enum class OtherRows { Stay, Unmark };
 
     void unmark(int index);
+    [[nodiscard]] bool drawRows(const std::vector<int>& rows);
     void markRows(const std::function<bool(int)>& condition, OtherRows others);
 
     RecordingMarksNeeds m_needs;

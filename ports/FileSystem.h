@@ -12,7 +12,9 @@ class FileSystem {
     virtual ~FileSystem() = default;
     virtual bool fileExists(const std::string& path) const = 0; ///< false for a folder
     virtual bool folderExists(const std::string& path) const = 0;
-    virtual void createFolder(const std::string& path) = 0;    ///< its parents must exist
+    virtual void createFolder(const std::string& path) = 0; ///< its parents must exist
+    /// Nobody but its owner may look into the folder from now on.
+    virtual void keepPrivate(const std::string& folder) = 0;
     virtual void createEmptyFile(const std::string& path) = 0; ///< overwrites
     virtual void deleteFile(const std::string& path) = 0;
     virtual void deleteFolder(const std::string& path) = 0; ///< with all that it holds

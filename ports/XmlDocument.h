@@ -26,6 +26,9 @@ class XmlDocument {
                                                       std::string_view child) const = 0;
     /// The text of the first element of that name anywhere; absent when there is none.
     virtual std::optional<std::string> elementText(const std::string& name) const = 0;
+    /// An attribute of the element whose text elementText() gives; absent when there is none.
+    virtual std::optional<std::string> elementAttribute(const std::string& name,
+                                                        const std::string& attribute) const = 0;
     /// An attribute of the document's root; absent when there is none.
     virtual std::optional<std::string> rootAttribute(const std::string& name) const = 0;
 };

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 #include "telemetry/ClockEvidence.h"
+#include "telemetry/SampleTable.h"
 #include "telemetry/UtcTime.h"
 #include "telemetry/families/TransportStream.h"
 
@@ -29,6 +31,32 @@ std::uint64_t endOfBoxes(Input& input) {
                                                                         : input.size();
 }
 
+// How much of the picture lies behind the file's end, in whole seconds; 0 where nobody can tell.
+std::int64_t secondsMissing(Input& input, const std::optional<Movie>& movie) {
+    if (!movie) {
+        return 0;
+    }
+    const auto picture =
+        std::find_if(movie->tracks.begin(), movie->tracks.end(),
+                     [](const MediaTrack& track) { return track.handler == code("vide"); });
+    if (picture == movie->tracks.end()) {
+        return 0;
+    }
+    // What this finds is told once, for the whole file.
+    Input quiet(input.source(), input.options());
+    auto table = SampleTable::open(quiet, *picture);
+    if (!table) {
+        return 0;
+    }
+    double end = 0;
+    for (SampleLocation sample; table.value().next(sample);) {
+        end = std::max(end, sample.time + sample.duration);
+    }
+    const double missing = std::ceil(movie->duration - end);
+    constexpr double mostSeconds = 1e6;
+    return missing > 0 && missing < mostSeconds ? static_cast<std::int64_t>(missing) : 0;
+}
+
 // Keeps the boxes and reads the movie header; what is wrong is noted with the input. An error for a
 // file that is no recording at all.
 std::optional<Error> readStructure(Recording& recording) {
@@ -41,12 +69,14 @@ std::optional<Error> readStructure(Recording& recording) {
             break;
         }
         if (recording.boxes.empty() && !mayOpenAFile(box->type)) {
-            return input.error(codeText(box->type), 0, "the file is no MP4 recording");
+            return input.error(codeText(box->type), 0, "the file is no MP4 recording",
+                               ReasonCode::notARecording);
         }
         if (box->cut) {
             input.note(input.error(codeText(box->type), box->offset,
                                    "the box claims more bytes than the file has left: the file is "
-                                   "cut off or the size is wrong"));
+                                   "cut off or the size is wrong",
+                                   ReasonCode::cutOff, secondsMissing(input, recording.movie)));
         }
         if (box->type == code("moov") && !recording.movie) {
             auto movie = readMovie(input, *box);
@@ -62,7 +92,7 @@ std::optional<Error> readStructure(Recording& recording) {
         input.note(*walker.error());
     }
     if (recording.boxes.empty()) {
-        return input.error({}, 0, "the file is no MP4 recording");
+        return input.error({}, 0, "the file is no MP4 recording", ReasonCode::notARecording);
     }
     return std::nullopt;
 }
@@ -123,15 +153,18 @@ Result<Telemetry> withoutTelemetry(const Recording& recording) {
         return input.notes().front();
     }
     if (recording.boxes.empty()) {
-        return input.error({}, 0, "the transport stream holds no telemetry that is known");
+        return input.error({}, 0, "the transport stream holds no telemetry that is known",
+                           ReasonCode::noTelemetry);
     }
     if (!recording.movie) {
         return input.error("moov", input.size(),
-                           "the recording has no movie header: it was cut off");
+                           "the recording has no movie header: it was cut off",
+                           ReasonCode::unfinished);
     }
     if (!(recording.movie->duration > 0)) {
         return input.error("moov/mvhd", recording.movie->box.offset,
-                           "the recording holds no telemetry and does not tell its length");
+                           "the recording holds no telemetry and does not tell its length",
+                           ReasonCode::noTelemetry);
     }
     Collector none;
     Telemetry telemetry = finish(recording, none);
@@ -149,7 +182,7 @@ Result<Telemetry> extractWith(std::span<const Family> asked, ByteSource& source,
                               const ReadOptions& options, Siblings* siblings) {
     Input input(source, options);
     if (source.size() == 0) {
-        return input.error({}, 0, "the file is empty");
+        return input.error({}, 0, "the file is empty", ReasonCode::empty);
     }
     Recording recording{input, siblings};
     if (!isTransportStream(input)) {
@@ -179,7 +212,8 @@ Result<Telemetry> extractWith(std::span<const Family> asked, ByteSource& source,
     }
     best->notices = input.notes();
     if (input.stopped()) {
-        best->notices.push_back(input.error({}, 0, "the time allowed for reading ran out"));
+        best->notices.push_back(
+            input.error({}, 0, "the time allowed for reading ran out", ReasonCode::timeUp));
     }
     return std::move(*best);
 }

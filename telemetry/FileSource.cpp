@@ -13,8 +13,17 @@ namespace velmorant::telemetry {
 
 namespace {
 
-Error unreadable(const std::string& path, const std::string& reason) {
-    return {path, {}, 0, reason, ErrorKind::unreadable};
+Error unreadable(const std::string& path, const std::string& reason, ReasonCode code) {
+    return {path, {}, 0, reason, ErrorKind::unreadable, code};
+}
+
+Error cannotBeOpened(const std::string& path, int cause) {
+    const bool missing = cause == ENOENT || cause == ENOTDIR;
+    const bool forbidden = cause == EACCES || cause == EPERM;
+    return unreadable(path, std::string("cannot be opened: ") + std::strerror(cause),
+                      missing     ? ReasonCode::missing
+                      : forbidden ? ReasonCode::forbidden
+                                  : ReasonCode::unreadable);
 }
 
 #ifndef _WIN32
@@ -71,12 +80,12 @@ Result<std::unique_ptr<ByteSource>> openFile(const std::string& path) {
         descriptor = ::open(path.c_str(), flags);
     }
     if (descriptor < 0) {
-        return unreadable(path, std::string("cannot be opened: ") + std::strerror(errno));
+        return cannotBeOpened(path, errno);
     }
     struct stat status {};
     if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
         ::close(descriptor);
-        return unreadable(path, "is not a regular file");
+        return unreadable(path, "is not a regular file", ReasonCode::notARecording);
     }
     // The reader takes a few bytes here and there; the kernel's read-ahead would fetch megabytes of
     // picture around each of them.
@@ -116,7 +125,7 @@ class FileSource final : public ByteSource {
 Result<std::unique_ptr<ByteSource>> openFile(const std::string& path) {
     std::FILE* file = std::fopen(path.c_str(), "rb");
     if (file == nullptr) {
-        return unreadable(path, std::string("cannot be opened: ") + std::strerror(errno));
+        return cannotBeOpened(path, errno);
     }
     _fseeki64(file, 0, SEEK_END);
     const long long size = _ftelli64(file);

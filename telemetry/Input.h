@@ -27,6 +27,7 @@ class Input {
     const std::string& name() const { return source_.name(); }
     std::uint64_t size() const { return source_.size(); }
     ByteSource& source() { return source_; }
+    const ReadOptions& options() const { return options_; }
 
     // Up to `length` (at most windowSize) bytes at `offset`, fewer at the file's end. The view is
     // good until the next call.
@@ -41,8 +42,10 @@ class Input {
         }
     }
 
-    Error error(std::string box, std::uint64_t offset, std::string reason) const {
-        return {name(), std::move(box), offset, std::move(reason), ErrorKind::damaged};
+    Error error(std::string box, std::uint64_t offset, std::string reason,
+                ReasonCode code = ReasonCode::damaged, std::int64_t amount = 0) const {
+        return {name(), std::move(box), offset, std::move(reason), ErrorKind::damaged,
+                code,   amount};
     }
     // Keeps the first few complaints; a damaged file could make one for each of its samples.
     void note(Error error);

@@ -17,6 +17,36 @@ std::string onOneLine(const std::string& text) {
 
 } // namespace
 
+std::string_view name(ReasonCode code) {
+    switch (code) {
+    case ReasonCode::empty:
+        return "empty";
+    case ReasonCode::notARecording:
+        return "not-a-recording";
+    case ReasonCode::cutOff:
+        return "cut-off";
+    case ReasonCode::unfinished:
+        return "unfinished";
+    case ReasonCode::noTelemetry:
+        return "no-telemetry";
+    case ReasonCode::timeUp:
+        return "time-up";
+    case ReasonCode::missing:
+        return "missing";
+    case ReasonCode::forbidden:
+        return "forbidden";
+    case ReasonCode::unreadable:
+        return "unreadable";
+    case ReasonCode::diskFull:
+        return "disk-full";
+    case ReasonCode::notWritten:
+        return "not-written";
+    case ReasonCode::damaged:
+        break;
+    }
+    return "damaged";
+}
+
 std::string describe(const Error& error) {
     std::string line = onOneLine(error.file);
     if (!error.box.empty()) {

@@ -12,6 +12,10 @@ namespace {
 
 constexpr std::int64_t secondsPerHour = 3600;
 constexpr std::int64_t secondsPerMinute = 60;
+/// No number, date or word of a sample needs as much.
+constexpr std::size_t longestText = 64;
+/// More is no sensible count of anything in a recording.
+constexpr double greatestAmount = 1e9;
 
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view blanks = " \t\r\n";
@@ -19,6 +23,11 @@ std::string_view trimmed(std::string_view text) {
     if (first == std::string_view::npos)
         return {};
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+/// What may be missing or odd: its beginning is kept.
+std::string bounded(std::string_view text) {
+    return leftCharacters(trimmed(text), longestText);
 }
 
 /// A "%" without two hexadecimal digits behind it stands for itself.
@@ -71,19 +80,38 @@ std::string TrackFileReader::recording() const {
     return encoded ? percentDecoded(path) : path;
 }
 
-std::string TrackFileReader::error() const {
-    return std::string(trimmed(m_document.elementText("error").value_or("")));
+std::optional<TrackReason> TrackFileReader::error() const {
+    return reason("error", TrackReason::Kind::NoTrack);
 }
 
-std::string TrackFileReader::notice() const {
-    return std::string(trimmed(m_document.elementText("notice").value_or("")));
+std::optional<TrackReason> TrackFileReader::notice() const {
+    return reason("notice", TrackReason::Kind::PartOfTrack);
+}
+
+std::optional<TrackReason> TrackFileReader::reason(const std::string& element,
+                                                   TrackReason::Kind kind) const {
+    const auto text = m_document.elementText(element);
+    if (!text || trimmed(*text).empty())
+        return std::nullopt;
+    TrackReason reason;
+    reason.kind = kind;
+    reason.code = bounded(m_document.elementAttribute(element, "code").value_or(""));
+    reason.technical = boundedLine(trimmed(*text));
+    const std::string amount = m_document.elementAttribute(element, "amount").value_or("");
+    if (isNumber(amount) && toDouble(amount) >= 0 && toDouble(amount) < greatestAmount)
+        reason.amount = toInt32(amount);
+    return reason;
 }
 
 std::string_view TrackFileReader::text(std::size_t sample, std::string_view element) const {
     const auto found = m_document.childText(sample, element);
     if (!found)
         refuse(sample, element, "the element is missing");
-    return trimmed(*found);
+    const std::string_view text = trimmed(*found);
+    if (text.size() > longestText)
+        refuse(sample, element,
+               "the text is longer than " + std::to_string(longestText) + " characters");
+    return text;
 }
 
 std::int32_t TrackFileReader::wholeNumber(std::size_t sample, std::string_view element) const {
@@ -147,14 +175,14 @@ SampleDetails TrackFileReader::readDetails(std::size_t sample) const {
     SampleDetails details;
     details.hasFix = trimmed(m_document.childText(sample, "fix").value_or("yes")) != "no";
     if (!details.hasFix)
-        details.fixReason = trimmed(m_document.childText(sample, "fix_reason").value_or(""));
+        details.fixReason = bounded(m_document.childText(sample, "fix_reason").value_or(""));
     const auto optionalNumber = [&](std::string_view element) -> std::optional<double> {
         const auto number = m_document.childText(sample, element);
         return number && isNumber(*number) ? std::optional(toDouble(*number)) : std::nullopt;
     };
     details.strongestG = optionalNumber("G_max");
     details.altitude = optionalNumber("altitude");
-    details.recordedTime = trimmed(m_document.childText(sample, "time_recorded").value_or(""));
+    details.recordedTime = bounded(m_document.childText(sample, "time_recorded").value_or(""));
     return details;
 }
 

@@ -2,10 +2,12 @@
 
 #include "ports/XmlDocument.h"
 #include "recordings/clsDot.h"
+#include "track/TrackReason.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,7 +26,11 @@ namespace velmorant {
 /// magnitude), "time_recorded" (as the recorder wrote it), "altitude" (metres). The root's
 /// attributes "recording" (the full path of the recording; with recording_encoding="percent" a
 /// byte may stand as "%" and two hexadecimal digits) and "time_base". The element "error": why
-/// there are no samples; elements "notice": what else was wrong with the recording.
+/// there are no samples; elements "notice": what else was wrong with the recording; both with the
+/// attributes "code" (a word) and "amount" (a number).
+///
+/// The file comes from outside: a sample's text has at most 64 characters, more is an error (in
+/// what may be missing, it is cut off there); a reason is cut off as boundedLine() says.
 class TrackFileReader {
   public:
     explicit TrackFileReader(XmlDocument& document) : m_document(document) {}
@@ -32,8 +38,8 @@ class TrackFileReader {
     void load(const std::string& path); ///< throws StepError (file, line, reason)
     std::size_t sampleCount() const { return m_count; }
     std::string recording() const; ///< the path; "" when the file names none
-    std::string error() const;     ///< "" when the file tells none
-    std::string notice() const;    ///< the first one; "" without
+    std::optional<TrackReason> error() const;
+    std::optional<TrackReason> notice() const; ///< the first one
     /// The track with its details; null when the file has no sample. Throws StepError that names
     /// the sample and the element.
     std::shared_ptr<clsDot> read() const;
@@ -44,6 +50,7 @@ class TrackFileReader {
         std::int64_t seconds = 0;
     };
 
+    std::optional<TrackReason> reason(const std::string& element, TrackReason::Kind kind) const;
     std::string_view text(std::size_t sample, std::string_view element) const;
     std::int32_t wholeNumber(std::size_t sample, std::string_view element) const;
     std::int16_t shortNumber(std::size_t sample, std::string_view element) const;

@@ -4,7 +4,6 @@
 #include "common/fillIn.h"
 #include "common/textRules.h"
 #include "common/trapErrors.h"
-#include "ports/ensureFolder.h"
 #include "track/RouteSender.h"
 
 #include <algorithm>
@@ -17,10 +16,6 @@ namespace velmorant {
 namespace {
 
 constexpr std::chrono::milliseconds startInterval{100};
-constexpr std::chrono::milliseconds round{100};
-constexpr std::chrono::milliseconds settling{500};
-constexpr int rounds = 250;
-constexpr int firstGoodShellResult = 33;
 /// A box longer than this leaves the screen.
 constexpr std::size_t failuresInBox = 12;
 
@@ -28,19 +23,30 @@ int percent(std::int64_t part, std::int64_t whole) {
     return toInt16(static_cast<double>(part) * 100.0 / static_cast<double>(whole));
 }
 
-/// The extractor's notices begin with the recording's path, which the reader of a line knows.
-std::string withoutPath(const std::string& notice, const std::string& path) {
+/// A technical line begins with the path of the recording, which its reader knows.
+std::string withoutPath(const std::string& line, const std::string& path) {
     const std::string start = path + ": ";
-    return notice.starts_with(start) ? notice.substr(start.size()) : notice;
+    return line.starts_with(start) ? line.substr(start.size()) : line;
 }
 
 } // namespace
 
 frmSendData::frmSendData(SendDataNeeds needs)
-    : m_needs(std::move(needs)), m_reader(m_needs.document) {
+    : m_needs(std::move(needs)),
+      m_reader(m_needs.document),
+      m_extractor({.waits = m_needs.waits,
+                   .files = m_needs.files,
+                   .paths = m_needs.paths,
+                   .shell = m_needs.shell,
+                   .reader = m_reader,
+                   .cancelled = [this] { return m_cancelled; }}),
+      m_drawing({.window = m_needs.window,
+                 .waits = m_needs.waits,
+                 .texts = m_needs.texts,
+                 .page = m_needs.page,
+                 .state = m_needs.state}) {
     m_needs.tStart.setInterval(startInterval);
     m_needs.tStart.onTick([this] { tick(); });
-    m_needs.window.onCancel([this] { m_cancelled = true; });
 }
 
 void frmSendData::ShowModal(const std::string& tag) {
@@ -49,6 +55,8 @@ void frmSendData::ShowModal(const std::string& tag) {
     m_running = true;
     m_cancelled = false;
     m_failures.clear();
+    // Others show their progress in this window too.
+    m_needs.window.onCancel([this] { m_cancelled = true; });
     m_mode = equalsIgnoringCase(tag, "One") ? Mode::One : Mode::Batch;
     m_needs.tStart.setEnabled(true);
     trapErrors([this] {
@@ -84,87 +92,39 @@ void frmSendData::runBatch() {
     }
 }
 
-/// An error ends this recording's reading, not the run.
+/// A failure ends this recording's reading, not the run.
 frmSendData::Next frmSendData::extract(int row, Mode mode) {
-    try {
-        return extractSteps(row, mode);
-    } catch (const StepError& error) {
-        noteFailure(row, error.what());
-        return Next::GoOn;
-    }
-}
-
-frmSendData::Next frmSendData::extractSteps(int row, Mode mode) {
     m_needs.window.setText(fileName(row));
-    const std::string trackFile = prepareTrackFile();
-    const std::string recording = m_needs.list.row(row).path;
-    const int started = m_needs.shell.execute("open", m_needs.paths.executable("movsupport/Parse"),
-                                              recording, "", ShowWindow::Hidden);
-    if (started < firstGoodShellResult) {
-        m_needs.messages.show(m_needs.texts.byOffset(3012) +
-                                  "error:" + m_needs.shell.lastErrorDescription(),
-                              m_needs.texts.byOffset(3011), MessageStyle::Stop);
+    const ExtractorRun::Result result = m_extractor.run(m_needs.list.row(row).path);
+    switch (result.outcome) {
+    case ExtractorRun::Outcome::NotStarted:
+        showNotStarted();
         return Next::EndRun;
-    }
-    switch (waitForTrackFile(trackFile, recording)) {
-    case Waited::Arrived:
-        takeTrackFile(row, mode);
+    case ExtractorRun::Outcome::Loaded:
+        try {
+            takeTrackFile(row, mode);
+        } catch (const StepError& error) {
+            noteFailure(
+                row, {TrackReason::Kind::NoTrack, "track-file", 0, boundedLine(error.what())});
+        }
         break;
-    case Waited::TimedOut:
-        // What comes late must not be taken for the next recording's file.
-        m_needs.shell.stopLastProgram();
+    case ExtractorRun::Outcome::TimedOut:
         showTimeOut(row);
         m_needs.list.set(row, &RecordingEntry::file, FileState::Missing);
         break;
-    case Waited::Cancelled:
-        m_needs.shell.stopLastProgram();
+    case ExtractorRun::Outcome::Failed:
+        noteFailure(row, result.reason);
+        break;
+    case ExtractorRun::Outcome::Cancelled:
         break;
     }
     return Next::GoOn;
 }
 
-/// The track file's path, with the folder there and no old copy in it.
-std::string frmSendData::prepareTrackFile() {
-    const std::string folder = m_needs.paths.temporaryFolder();
-    ensureFolder(m_needs.files, m_needs.paths, folder);
-    std::string trackFile = m_needs.paths.join(folder, "output.kml");
-    if (m_needs.files.fileExists(trackFile))
-        m_needs.files.deleteFile(trackFile);
-    return trackFile;
-}
-
-frmSendData::Waited frmSendData::waitForTrackFile(const std::string& trackFile,
-                                                  const std::string& recording) {
-    for (int i = 0; i < rounds; ++i) {
-        m_needs.waits.sleep(round);
-        if (m_needs.files.fileExists(trackFile) && complete(trackFile, recording))
-            return Waited::Arrived;
-        if (m_cancelled)
-            return Waited::Cancelled;
-    }
-    return Waited::TimedOut;
-}
-
-/// Lets the extractor finish writing and loads the file; false when it belongs to another
-/// recording (an extractor of an earlier run, or of another instance of the program).
-bool frmSendData::complete(const std::string& trackFile, const std::string& recording) {
-    const auto belongsToAnother = [&] {
-        return !m_reader.recording().empty() && m_reader.recording() != recording;
-    };
-    const bool whole = trapErrors([&] { m_reader.load(trackFile); }) == StepOutcome::Done;
-    if (whole && belongsToAnother())
-        return false;
-    // A "Cancel" before it ends no sleep that only begins now.
-    if (!m_cancelled)
-        m_needs.waits.sleep(settling);
-    // A file that names its recording was renamed when complete; any other may have grown, and
-    // has not had its time when a "Cancel" cut the wait short.
-    const bool mayHaveGrown = !whole || m_reader.recording().empty();
-    if (mayHaveGrown && m_cancelled)
-        return false;
-    if (mayHaveGrown)
-        m_reader.load(trackFile);
-    return !belongsToAnother();
+void frmSendData::showNotStarted() {
+    m_needs.messages.show(m_needs.texts.byOffset(3012) +
+                              "error:" + m_needs.shell.lastErrorDescription(),
+                          m_needs.texts.byOffset(3011), MessageStyle::Stop);
 }
 
 void frmSendData::takeTrackFile(int row, Mode mode) {
@@ -183,12 +143,11 @@ void frmSendData::takeTrackFile(int row, Mode mode) {
         m_needs.list.set(row, &RecordingEntry::map, MapState::Shown);
     }
     RouteSender(m_needs.page, m_needs.waits, number, [this] { return hurried(); }).complete();
-    if (!m_reader.error().empty()) {
-        noteFailure(row, m_reader.error());
-    } else if (!m_reader.notice().empty()) {
-        const std::string notice = withoutPath(m_reader.notice(), m_needs.list.row(row).path);
-        m_needs.list.set(row, &RecordingEntry::notice, notice);
-        m_needs.status.show(fileName(row) + ": " + notice);
+    if (const auto error = m_reader.error()) {
+        noteFailure(row, *error);
+    } else if (const auto notice = m_reader.notice()) {
+        noteReason(row, *notice);
+        m_needs.status.show(fileName(row) + ": " + plainWords(*notice, m_needs.texts));
     }
 }
 
@@ -210,9 +169,14 @@ void frmSendData::showTimeOut(int row) {
                           m_needs.texts.byOffset(3011), MessageStyle::Stop);
 }
 
-void frmSendData::noteFailure(int row, const std::string& reason) {
-    m_failures.push_back({fileName(row), reason});
-    m_needs.list.set(row, &RecordingEntry::notice, reason);
+void frmSendData::noteFailure(int row, TrackReason reason) {
+    m_failures.push_back({fileName(row), plainWords(reason, m_needs.texts)});
+    noteReason(row, std::move(reason));
+}
+
+void frmSendData::noteReason(int row, TrackReason reason) {
+    reason.technical = withoutPath(reason.technical, m_needs.list.row(row).path);
+    m_needs.list.set(row, &RecordingEntry::notice, wordsWithDetails(reason, m_needs.texts));
 }
 
 /// One box for all files of a run, however many failed.
@@ -222,7 +186,7 @@ void frmSendData::showFailures() {
     const std::size_t named = std::min(m_failures.size(), failuresInBox);
     std::string text;
     for (std::size_t i = 0; i < named; ++i)
-        text += (i == 0 ? "" : "\n") + m_failures[i].file + "\n" + m_failures[i].reason;
+        text += (i == 0 ? "" : "\n") + m_failures[i].file + "\n" + m_failures[i].words;
     if (named < m_failures.size())
         text += "\n" + fillIn(m_needs.texts.addition("extraction.more"), "%1",
                               std::to_string(m_failures.size() - named));
@@ -234,18 +198,11 @@ std::string frmSendData::fileName(int row) const {
 }
 
 void frmSendData::SendLoadedTrack(std::int32_t recordingNumber) {
-    const std::shared_ptr<clsDot> track = m_needs.state.loadedTracks.find(recordingNumber);
-    if (track == nullptr)
-        return;
-    trapErrors([&] {
-        RouteSender sender(m_needs.page, m_needs.waits, recordingNumber);
-        for (std::int32_t i = 1; i <= track->count(); ++i) {
-            track->lPlayLocal(i);
-            sender.point(i, track->sLonLat());
-        }
-        sender.flush();
-        sender.complete();
-    });
+    (void)m_drawing.draw({recordingNumber});
+}
+
+std::size_t frmSendData::SendLoadedTracks(const std::vector<std::int32_t>& recordingNumbers) {
+    return m_drawing.draw(recordingNumbers);
 }
 
 } // namespace velmorant

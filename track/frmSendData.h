@@ -13,8 +13,11 @@
 #include "ports/XmlDocument.h"
 #include "recordings/ProgramState.h"
 #include "recordings/RecordingList.h"
+#include "track/ExtractorRun.h"
+#include "track/RouteDrawing.h"
 #include "track/TrackFileReader.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -58,33 +61,35 @@ class frmSendData {
     /// dot. Does nothing for a number without a track.
     void SendLoadedTrack(std::int32_t recordingNumber);
 
+    /// The same for several, one after the other; see RouteDrawing::draw().
+    [[nodiscard]] std::size_t SendLoadedTracks(const std::vector<std::int32_t>& recordingNumbers);
+
   private:
     enum class Mode { One, Batch };
-    enum class Waited { Arrived, TimedOut, Cancelled };
     /// How much of a run an extraction allows to follow.
     enum class Next { GoOn, EndRun };
     struct Failure {
         std::string file;
-        std::string reason;
+        std::string words;
     };
 
     void tick();
     void runBatch();
     Next extract(int row, Mode mode);
-    Next extractSteps(int row, Mode mode);
-    std::string prepareTrackFile();
-    Waited waitForTrackFile(const std::string& trackFile, const std::string& recording);
-    bool complete(const std::string& trackFile, const std::string& recording);
+    void showNotStarted();
     void takeTrackFile(int row, Mode mode);
     void streamTrack(const clsDot& track, std::int32_t number, Mode mode);
     void showTimeOut(int row);
-    void noteFailure(int row, const std::string& reason);
+    void noteFailure(int row, TrackReason reason);
+    void noteReason(int row, TrackReason reason);
     void showFailures();
     std::string fileName(int row) const;
     bool hurried() const { return m_cancelled; }
 
     SendDataNeeds m_needs;
     TrackFileReader m_reader;
+    ExtractorRun m_extractor;
+    RouteDrawing m_drawing;
     Mode m_mode = Mode::One;
     bool m_running = false;
     bool m_cancelled = false;

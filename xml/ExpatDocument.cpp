@@ -174,25 +174,38 @@ std::optional<std::string_view> ExpatDocument::childText(std::size_t index,
     return std::nullopt;
 }
 
-std::optional<std::string> ExpatDocument::elementText(const std::string& name) const {
+const ExpatDocument::Element* ExpatDocument::firstElement(std::string_view name) const {
     const Index wanted = nameIndex(name);
     const auto found = std::find_if(m_elements.begin(), m_elements.end(), [&](const Element& e) {
         return wanted != none && e.name == wanted;
     });
-    if (found == m_elements.end())
-        return std::nullopt;
-    return std::string(textOf(*found));
+    return found == m_elements.end() ? nullptr : &*found;
 }
 
-std::optional<std::string> ExpatDocument::rootAttribute(const std::string& name) const {
+std::optional<std::string> ExpatDocument::attributeOf(const Element& element,
+                                                      std::string_view name) const {
     const Index wanted = nameIndex(name);
-    if (wanted == none || m_elements.empty())
+    if (wanted == none)
         return std::nullopt;
-    const Element& root = m_elements.front();
-    for (Index i = root.firstAttribute; i < root.attributeEnd; ++i)
+    for (Index i = element.firstAttribute; i < element.attributeEnd; ++i)
         if (m_attributes[i].name == wanted)
             return m_attributes[i].value;
     return std::nullopt;
+}
+
+std::optional<std::string> ExpatDocument::elementText(const std::string& name) const {
+    const Element* const found = firstElement(name);
+    return found ? std::optional(std::string(textOf(*found))) : std::nullopt;
+}
+
+std::optional<std::string> ExpatDocument::elementAttribute(const std::string& name,
+                                                           const std::string& attribute) const {
+    const Element* const found = firstElement(name);
+    return found ? attributeOf(*found, attribute) : std::nullopt;
+}
+
+std::optional<std::string> ExpatDocument::rootAttribute(const std::string& name) const {
+    return m_elements.empty() ? std::nullopt : attributeOf(m_elements.front(), name);
 }
 
 void ExpatDocument::writeStart(std::string& out, const Element& element) const {

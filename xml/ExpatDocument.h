@@ -38,6 +38,8 @@ class ExpatDocument : public XmlDocument {
     std::optional<std::string_view> childText(std::size_t index,
                                               std::string_view child) const override;
     std::optional<std::string> elementText(const std::string& name) const override;
+    std::optional<std::string> elementAttribute(const std::string& name,
+                                                const std::string& attribute) const override;
     std::optional<std::string> rootAttribute(const std::string& name) const override;
 
   private:
@@ -68,6 +70,8 @@ class ExpatDocument : public XmlDocument {
     void parse(const std::string& sourceName, const Source& source);
     Index nameIndex(std::string_view name) const;
     Index internName(std::string_view name);
+    const Element* firstElement(std::string_view name) const; ///< null: none
+    std::optional<std::string> attributeOf(const Element& element, std::string_view name) const;
     std::string_view textOf(const Element& element) const;
     std::string serialized() const;
     void writeStart(std::string& out, const Element& element) const;

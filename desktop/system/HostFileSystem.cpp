@@ -43,6 +43,14 @@ void HostFileSystem::createFolder(const std::string& path) {
         fail(path, "the folder exists already");
 }
 
+void HostFileSystem::keepPrivate(const std::string& folder) {
+    if (!folderExists(folder))
+        fail(folder, "no such folder");
+    std::error_code error;
+    std::filesystem::permissions(pathOf(folder), std::filesystem::perms::owner_all, error);
+    failOn(error, folder);
+}
+
 void HostFileSystem::createEmptyFile(const std::string& path) {
     FileReplacement file(path);
     file.commit();

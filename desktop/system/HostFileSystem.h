@@ -10,6 +10,7 @@ class HostFileSystem : public FileSystem {
     bool fileExists(const std::string& path) const override;
     bool folderExists(const std::string& path) const override;
     void createFolder(const std::string& path) override;
+    void keepPrivate(const std::string& folder) override;
     void createEmptyFile(const std::string& path) override;
     void deleteFile(const std::string& path) override;
     void deleteFolder(const std::string& path) override;

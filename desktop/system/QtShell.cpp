@@ -4,7 +4,12 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QUrl>
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <unistd.h>
 #include <utility>
+#include <vector>
 
 namespace velmorant {
 namespace {
@@ -15,10 +20,24 @@ constexpr int accessDenied = 5;
 constexpr int noAssociation = 31;
 constexpr int startLimitMilliseconds = 5000;
 constexpr int stopLimitMilliseconds = 2000;
+constexpr std::size_t mostWords = 4096;
 
 bool isWebAddress(const QString& file) {
     return file.startsWith(QLatin1String("http://"), Qt::CaseInsensitive) ||
            file.startsWith(QLatin1String("https://"), Qt::CaseInsensitive);
+}
+
+/// A name on a card may be no UTF-8 at all, and the toolkit's texts cannot carry such bytes: the
+/// child then starts the program by itself, with the argument as it stands.
+void passBytesAsTheyStand(QProcess& program, const QString& file, const std::string& parameters) {
+    const QByteArray path = QFile::encodeName(file);
+    if (QFile::encodeName(QString::fromStdString(parameters)).toStdString() == parameters)
+        return;
+    program.setChildProcessModifier([path, parameters] {
+        char* const arguments[] = {const_cast<char*>(path.constData()),
+                                   const_cast<char*>(parameters.c_str()), nullptr};
+        ::execv(path.constData(), arguments);
+    });
 }
 
 } // namespace
@@ -45,28 +64,54 @@ int QtShell::execute(const std::string& verb, const std::string& file,
     if (!information.exists())
         return fail(fileNotFound, file + ": no such file");
     if (information.isFile() && information.isExecutable())
-        return startProgram(information.absoluteFilePath(), QString::fromStdString(parameters),
+        return startProgram(information.absoluteFilePath(), parameters,
                             QString::fromStdString(folder), show);
+    if (show == ShowWindow::Hidden)
+        return fail(accessDenied, file + ": it may not be run as a program");
     return openByDesktop(QUrl::fromLocalFile(information.absoluteFilePath()), file);
 }
 
-int QtShell::startProgram(const QString& file, const QString& parameters, const QString& folder,
+int QtShell::startProgram(const QString& file, const std::string& parameters, const QString& folder,
                           ShowWindow show) {
     releaseLastProgram();
     auto program = std::make_unique<QProcess>();
     program->setProgram(file);
-    if (!parameters.isEmpty())
-        program->setArguments({parameters});
+    if (!parameters.empty()) {
+        program->setArguments({QString::fromStdString(parameters)});
+        passBytesAsTheyStand(*program, file, parameters);
+    }
     program->setWorkingDirectory(folder);
     program->setStandardInputFile(QProcess::nullDevice());
     program->setStandardOutputFile(QProcess::nullDevice());
-    program->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    if (show != ShowWindow::Hidden)
+        program->setProcessChannelMode(QProcess::ForwardedErrorChannel);
     program->start();
     if (!program->waitForStarted(startLimitMilliseconds))
         return fail(accessDenied, file.toStdString() + ": " + program->errorString().toStdString());
     program_ = std::move(program);
     show_ = show;
+    words_.clear();
+    // Taken as they come: a program that nobody listens to would wait for room in its pipe.
+    if (show == ShowWindow::Hidden)
+        QObject::connect(program_.get(), &QProcess::readyReadStandardError, program_.get(),
+                         [this] { takeWords(); });
     return succeeded;
+}
+
+void QtShell::takeWords() {
+    const QByteArray words = program_->readAllStandardError();
+    const std::size_t kept =
+        std::min(mostWords - words_.size(), static_cast<std::size_t>(words.size()));
+    words_.append(words.constData(), kept);
+    std::fwrite(words.constData(), 1, kept, stderr);
+}
+
+std::optional<ProgramEnd> QtShell::lastProgramEnd() {
+    if (!program_ || show_ != ShowWindow::Hidden || program_->state() != QProcess::NotRunning)
+        return std::nullopt;
+    takeWords();
+    const bool crashed = program_->exitStatus() == QProcess::CrashExit;
+    return ProgramEnd{crashed ? 0 : program_->exitCode(), crashed, words_};
 }
 
 int QtShell::openByDesktop(const QUrl& url, const std::string& name) {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+class QByteArray;
 class QProcess;
 class QUrl;
 
@@ -15,6 +16,9 @@ namespace velmorant {
 ///
 /// Results of execute(): 42 for success, 2 for a file that does not exist, 5 for one that may not
 /// be run, 31 when the desktop has nothing that opens it.
+///
+/// What a hidden program writes to its error output is kept up to its bound and handed on to this
+/// process's own.
 class QtShell : public Shell {
   public:
     using OpenAddress = std::function<bool(const QUrl&)>;
@@ -29,19 +33,22 @@ class QtShell : public Shell {
     int execute(const std::string& verb, const std::string& file, const std::string& parameters,
                 const std::string& folder, ShowWindow show) override;
     std::string lastErrorDescription() const override { return error_; }
+    std::optional<ProgramEnd> lastProgramEnd() override;
     void stopLastProgram() override;
 
   private:
-    int startProgram(const QString& file, const QString& parameters, const QString& folder,
+    int startProgram(const QString& file, const std::string& parameters, const QString& folder,
                      ShowWindow show);
     int openByDesktop(const QUrl& url, const std::string& name);
     int fail(int result, const std::string& description);
     void releaseLastProgram();
+    void takeWords();
 
     OpenAddress openAddress_;
     std::unique_ptr<QProcess> program_;
     ShowWindow show_ = ShowWindow::Hidden;
     std::string error_;
+    std::string words_; ///< of the last hidden program
 };
 
 } // namespace velmorant

@@ -11,6 +11,9 @@
 namespace velmorant {
 namespace {
 
+/// Shorter than anybody notices, and long beside what a question costs.
+constexpr std::chrono::milliseconds questionInterval{2};
+
 bool isUserInput(QEvent::Type type) {
     switch (type) {
     case QEvent::MouseButtonPress:
@@ -66,14 +69,29 @@ void runGuarded(const QWidget* answering, Run run) {
 } // namespace
 
 void QtWaits::sleep(std::chrono::milliseconds duration) {
-    runGuarded(answering_, [this, duration](QEventLoop::ProcessEventsFlags flags) {
+    sleepUntil(duration, {});
+}
+
+void QtWaits::sleepUntil(std::chrono::milliseconds longest, const std::function<bool()>& over) {
+    if (over && over())
+        return;
+    runGuarded(answering_, [&](QEventLoop::ProcessEventsFlags flags) {
         QEventLoop loop;
         const QPointer<QEventLoop> outer = std::exchange(sleeping_, &loop);
         QTimer end;
         end.setTimerType(Qt::PreciseTimer);
         end.setSingleShot(true);
         QObject::connect(&end, &QTimer::timeout, &loop, &QEventLoop::quit);
-        end.start(std::max(duration, std::chrono::milliseconds(0)));
+        end.start(std::max(longest, std::chrono::milliseconds(0)));
+        QTimer question;
+        if (over) {
+            question.setTimerType(Qt::PreciseTimer);
+            QObject::connect(&question, &QTimer::timeout, &loop, [&] {
+                if (over())
+                    loop.quit();
+            });
+            question.start(questionInterval);
+        }
         loop.exec(flags);
         sleeping_ = outer;
     });

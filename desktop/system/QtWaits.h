@@ -12,6 +12,7 @@ namespace velmorant {
 class QtWaits : public Waits {
   public:
     void sleep(std::chrono::milliseconds duration) override;
+    void sleepUntil(std::chrono::milliseconds longest, const std::function<bool()>& over) override;
     void letEventsRun() override;
 
     /// Ends the sleep that runs, if one does: its user asked the waiting handler to end.

@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QVBoxLayout>
 #include <QWindow>
 #include <utility>
@@ -81,7 +82,7 @@ ExtractionProgress::~ExtractionProgress() {
     close();
 }
 
-void ExtractionProgress::showModal(const std::string& title) {
+void ExtractionProgress::open(const std::string& title) {
     window_->setWindowTitle(QString::fromStdString(title));
     title_->setText(QString::fromStdString(title));
     button_->setText(QString::fromStdString(cancelText_()));
@@ -95,8 +96,18 @@ void ExtractionProgress::showModal(const std::string& title) {
         window_->move(active->frameGeometry().center() - window_->rect().center());
     window_->show();
     waits_.setAnsweringWindow(window_.get());
+}
+
+void ExtractionProgress::showModal(const std::string& title) {
+    open(title);
     const HandlerGate::ModalScope modal(gate_);
     loop_.exec(QEventLoop::DialogExec);
+}
+
+void ExtractionProgress::showWhile(const std::string& title, const std::function<void()>& work) {
+    open(title);
+    const auto closing = qScopeGuard([this] { close(); });
+    work();
 }
 
 void ExtractionProgress::setText(const std::string& text) {

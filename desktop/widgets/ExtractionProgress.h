@@ -23,6 +23,7 @@ class ExtractionProgress : public QObject, public ProgressWindow {
     ExtractionProgress(HandlerGate& gate, QtWaits& waits, ButtonText cancelText);
     ~ExtractionProgress() override;
     void showModal(const std::string& title) override;
+    void showWhile(const std::string& title, const std::function<void()>& work) override;
     void setText(const std::string& text) override;
     void setValue(int percent) override;
     void close() override;
@@ -31,6 +32,8 @@ class ExtractionProgress : public QObject, public ProgressWindow {
     QDialog& window() { return *window_; }
 
   private:
+    void open(const std::string& title);
+
     HandlerGate& gate_;
     QtWaits& waits_;
     ButtonText cancelText_;

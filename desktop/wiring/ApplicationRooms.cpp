@@ -50,6 +50,15 @@ void Application::buildTrackRooms() {
                       .page = *m_rooms.mediaCtrl,
                       .state = m_rooms.state,
                       .removeMissingRows = [this] { m_rooms.list->RemoveMissing(); }});
+    m_rooms.trackExport =
+        std::make_unique<TrackExportRun>(TrackExportRunNeeds{.dialogs = m_host->dialogs,
+                                                             .exporter = m_host->trackExport,
+                                                             .window = m_panes->extraction,
+                                                             .waits = m_host->waits,
+                                                             .paths = m_host->paths,
+                                                             .messages = m_host->messageBox,
+                                                             .texts = m_texts,
+                                                             .status = m_panes->list.status});
     m_rooms.follow = std::make_unique<PositionFollow>(
         PositionFollowNeeds{m_panes->picture.player, *m_panes->control.skin, bridges.followToChart,
                             *m_rooms.mediaCtrl, m_rooms.state});

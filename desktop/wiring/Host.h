@@ -13,6 +13,7 @@
 #include "desktop/system/QtShell.h"
 #include "desktop/system/QtTimer.h"
 #include "desktop/system/QtWaits.h"
+#include "desktop/system/ThreadedTrackExport.h"
 #include "desktop/wiring/Journal.h"
 #include "library/FolderReader.h"
 #include "ports/Texts.h"
@@ -46,6 +47,7 @@ struct Host {
     FreedesktopShellObject shellObject;
     QtFileDialogs dialogs;
     QtMessageBox messageBox;
+    ThreadedTrackExport trackExport;
     ExpatDocument trackDocument;
     ExpatDocument handOverDocument;
     Journal journal;

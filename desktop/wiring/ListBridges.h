@@ -26,7 +26,9 @@ class ListToExtraction : public RecordingListExtraction {
     explicit ListToExtraction(Rooms& rooms) : m_rooms(rooms) {}
     void extractSelected() override { m_rooms.sendData->ShowModal("One"); }
     void extractMarked() override { m_rooms.sendData->ShowModal("All"); }
-    void drawTrack(std::int32_t serial) override { m_rooms.sendData->SendLoadedTrack(serial); }
+    std::size_t drawTracks(const std::vector<std::int32_t>& serials) override {
+        return m_rooms.sendData->SendLoadedTracks(serials);
+    }
 
   private:
     Rooms& m_rooms;

@@ -20,8 +20,6 @@ class ListMenu {
   private:
     void showOnMap(int row);
     void showInFolder(int row);
-    /// Writes the recording's track under a name that the user chooses; "gpx", "kml" or "csv".
-    void exportTrack(int row, const std::string& format);
     std::string path(int row) const;
 
     Rooms& m_rooms;

@@ -17,6 +17,7 @@
 #include "settings/frmTip.h"
 #include "settings/frmUpdate.h"
 #include "track/PositionFollow.h"
+#include "track/TrackExportRun.h"
 #include "track/frmMediaCtrl.h"
 #include "track/frmSendData.h"
 
@@ -41,6 +42,7 @@ struct Rooms {
     std::unique_ptr<frmMP4List> list;
     std::unique_ptr<frmMediaCtrl> mediaCtrl;
     std::unique_ptr<frmSendData> sendData;
+    std::unique_ptr<TrackExportRun> trackExport;
     std::unique_ptr<PositionFollow> follow;
     std::unique_ptr<frmSetupInfo> setup;
     std::unique_ptr<frmAbout> about;

@@ -1,5 +1,6 @@
 #include "desktop/widgets/ExtractionProgress.h"
 
+#include "common/StepError.h"
 #include "desktop/system/QtTimer.h"
 #include "tests/desktop_windows/WaitUntil.h"
 #include <QElapsedTimer>
@@ -95,6 +96,35 @@ TEST_F(ExtractionProgressTest, escape_and_the_close_button_ask_and_do_not_close)
         EXPECT_TRUE(progress.window().isVisible());
     });
     EXPECT_EQ(cancels, 1);
+}
+
+TEST_F(ExtractionProgressTest, is_shown_and_answers_for_as_long_as_a_work_runs) {
+    int cancels = 0;
+    bool painted = false;
+    int ticks = 0;
+    progress.onCancel([&] { ++cancels; });
+    QtTimer timer(gate);
+    timer.setInterval(1ms);
+    timer.onTick([&] { ++ticks; });
+    timer.setEnabled(true);
+    gate.runWhenFree([&] {
+        progress.showWhile("Drawing", [&] {
+            QTimer::singleShot(10, [&] { QTest::mouseClick(&cancelButton(), Qt::LeftButton); });
+            waits.sleepUntil(60s, [&] { return cancels > 0; });
+            painted = progress.window().isVisible();
+            EXPECT_EQ(ticks, 0) << "the program goes on behind the work";
+        });
+    });
+    EXPECT_EQ(cancels, 1);
+    EXPECT_TRUE(painted);
+    EXPECT_FALSE(progress.window().isVisible());
+    EXPECT_EQ(waits.answeringWindow(), nullptr);
+}
+
+TEST_F(ExtractionProgressTest, is_closed_when_a_work_fails) {
+    EXPECT_THROW(progress.showWhile("Drawing", [] { throw StepError("broken"); }), StepError);
+    EXPECT_FALSE(progress.window().isVisible());
+    EXPECT_EQ(waits.answeringWindow(), nullptr);
 }
 
 TEST_F(ExtractionProgressTest, serves_one_run_after_the_other) {

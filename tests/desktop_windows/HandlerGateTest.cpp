@@ -234,6 +234,18 @@ TEST(QtWaits, sleeps_as_long_as_asked) {
     EXPECT_LT(clock.elapsed(), 1000);
 }
 
+TEST(QtWaits, a_sleep_ends_as_soon_as_what_it_waits_for_has_happened) {
+    QtWaits waits;
+    bool over = false;
+    QTimer::singleShot(10, [&] { over = true; });
+    waits.sleepUntil(1h, [&] { return over; });
+    EXPECT_TRUE(over);
+    waits.sleepUntil(1h, [] { return true; });
+    int questions = 0;
+    waits.sleepUntil(30ms, [&] { return ++questions < 0; });
+    EXPECT_GT(questions, 1);
+}
+
 class PaintCounter : public QWidget {
   public:
     int paints = 0;

@@ -65,6 +65,17 @@ TEST(HostFileSystem, creates_and_deletes_files_and_folders) {
     EXPECT_FALSE(files.folderExists(folder.path("a")));
 }
 
+TEST(HostFileSystem, closes_a_folder_to_everybody_but_its_owner) {
+    const TemporaryFolder folder;
+    HostFileSystem files;
+    const std::string path = folder.path("tracks");
+    files.createFolder(path);
+    std::filesystem::permissions(path, std::filesystem::perms(0755));
+    files.keepPrivate(path);
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0700));
+    EXPECT_THROW(files.keepPrivate(folder.path("none")), StepError);
+}
+
 TEST(HostFileSystem, every_failing_change_names_the_path) {
     const TemporaryFolder folder;
     HostFileSystem files;

@@ -90,6 +90,60 @@ TEST(QtShell, stops_the_last_program) {
     EXPECT_NE(kill(pid, 0), 0);
 }
 
+TEST(QtShell, tells_how_a_hidden_program_ended_and_what_it_said) {
+    const TemporaryFolder folder;
+    QtShell shell;
+    EXPECT_FALSE(shell.lastProgramEnd());
+    const std::string file = program(folder, "fail", "echo 'no space left' >&2; exit 3");
+    ASSERT_GE(shell.execute("open", file, "x", "", ShowWindow::Hidden), 33);
+    ASSERT_TRUE(waitUntil([&] { return shell.lastProgramEnd().has_value(); }));
+    EXPECT_EQ(shell.lastProgramEnd()->exitCode, 3);
+    EXPECT_FALSE(shell.lastProgramEnd()->crashed);
+    EXPECT_TRUE(shell.lastProgramEnd()->failed());
+    EXPECT_EQ(shell.lastProgramEnd()->words, "no space left\n");
+    const std::string killed = program(folder, "crash", "kill -SEGV $$");
+    ASSERT_GE(shell.execute("open", killed, "", "", ShowWindow::Hidden), 33);
+    ASSERT_TRUE(waitUntil([&] { return shell.lastProgramEnd().has_value(); }));
+    EXPECT_TRUE(shell.lastProgramEnd()->crashed);
+    EXPECT_EQ(shell.lastProgramEnd()->words, "") << "the words of the program before";
+    const std::string good = program(folder, "good", "exit 0");
+    ASSERT_GE(shell.execute("open", good, "", "", ShowWindow::Hidden), 33);
+    ASSERT_TRUE(waitUntil([&] { return shell.lastProgramEnd().has_value(); }));
+    EXPECT_FALSE(shell.lastProgramEnd()->failed());
+}
+
+TEST(QtShell, keeps_no_more_than_the_first_words_of_a_program_that_never_stops_talking) {
+    const TemporaryFolder folder;
+    QtShell shell;
+    // More than a pipe holds: who does not listen never sees the end.
+    const std::string file =
+        program(folder, "talk", "head -c 300000 /dev/zero | tr '\\0' x >&2; exit 1");
+    ASSERT_GE(shell.execute("open", file, "", "", ShowWindow::Hidden), 33);
+    ASSERT_TRUE(waitUntil([&] { return shell.lastProgramEnd().has_value(); }));
+    EXPECT_EQ(shell.lastProgramEnd()->words, std::string(4096, 'x'));
+}
+
+TEST(QtShell, hands_a_name_that_is_no_utf_8_on_as_it_stands) {
+    const TemporaryFolder folder;
+    QtShell shell;
+    const std::string file =
+        program(folder, "show", "printf '%s|%s' \"$#\" \"$1\" > part; mv part result");
+    const std::string name = "/card/\xff\xfe 1.MP4";
+    ASSERT_GE(shell.execute("open", file, name, folder.path(), ShowWindow::Hidden), 33);
+    ASSERT_TRUE(waitUntil([&] { return folder.names().contains("result"); }));
+    EXPECT_EQ(folder.read("result").toStdString(), "1|" + name);
+}
+
+TEST(QtShell, never_opens_with_the_desktop_what_is_started_hidden) {
+    const TemporaryFolder folder;
+    bool opened = false;
+    QtShell shell([&](const QUrl&) { return opened = true; });
+    const std::string file = folder.write("Parse", "#!/bin/sh\n");
+    EXPECT_LT(shell.execute("open", file, "/card/1.MP4", "", ShowWindow::Hidden), 33);
+    EXPECT_FALSE(opened);
+    EXPECT_NE(shell.lastErrorDescription().find("may not be run"), std::string::npos);
+}
+
 TEST(QtShell, a_visible_program_outlives_the_shell) {
     const TemporaryFolder folder;
     const std::string file = program(folder, "wait", "echo $$ > part; mv part pid; exec sleep 60");

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include "extractor/PrivateFiles.h"
+#include "extractor/TrackFileWriter.h"
 #include "tools/recordings/FreeGpsBlocks.h"
 #include "tools/recordings/Mp4Builder.h"
 
@@ -152,17 +153,18 @@ TEST_F(ParseCommand, joins_a_path_that_arrives_in_several_arguments) {
 TEST_F(ParseCommand, leaves_the_reason_in_a_track_file_without_samples) {
     const std::string path = write("cut.MP4", box("ftyp", {}));
     EXPECT_EQ(parse({path}), 1);
-    EXPECT_THAT(track(), HasSubstr("<error>the recording has no movie header"));
+    EXPECT_THAT(track(), HasSubstr("<error code=\"unfinished\">the recording has no movie header"));
     EXPECT_THAT(track(), Not(HasSubstr("gpsinfo")));
     EXPECT_THAT(track(), HasSubstr("recording=\"" + path + "\""));
-    EXPECT_EQ(errors_, "Parse: " + path +
+    EXPECT_EQ(errors_, "Parse: [unfinished] " + path +
                            ": moov at byte 8: the recording has no movie header: it was cut "
                            "off\n");
 }
 
 TEST_F(ParseCommand, tells_a_missing_file_from_a_damaged_one) {
     EXPECT_EQ(parse({folder_.string() + "/none.MP4"}), 3);
-    EXPECT_THAT(track(), HasSubstr("<error>cannot be opened: No such file or directory</error>"));
+    EXPECT_THAT(track(), HasSubstr("<error code=\"missing\">cannot be opened: No such file or "
+                                   "directory</error>"));
     EXPECT_THAT(errors_, HasSubstr("/none.MP4: cannot be opened"));
 }
 
@@ -215,9 +217,34 @@ TEST_F(ParseCommand, removes_what_runs_that_were_broken_off_have_left) {
 TEST_F(ParseCommand, says_when_the_track_file_cannot_be_written) {
     fs::create_directories(trackFile() / "in the way");
     EXPECT_EQ(parse({write("a.MP4", recording(Driver({}, 70, 5).drive(beforeMidnight, 5)))}), 3);
+    EXPECT_THAT(errors_, HasSubstr("Parse: [not-written] "));
     EXPECT_THAT(errors_, HasSubstr("cannot be written"));
     const auto entries = fs::directory_iterator(trackFile().parent_path());
     EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+}
+
+TEST_F(ParseCommand, says_how_many_seconds_a_cut_off_recording_lacks) {
+    const auto drive = Driver({}, 70, 5).drive(beforeMidnight, 12);
+    Mp4Plan plan;
+    plan.seconds = 12;
+    plan.order = Mp4Plan::Order::movieFirst;
+    plan.index = Mp4Plan::Index::whole;
+    plan.pictureBytes = 50000;
+    for (std::size_t i = 0; i < drive.size(); ++i) {
+        plan.blocks.push_back({freeGpsBlock(drive[i], FreeGpsLayout::withAcceleration), i});
+    }
+    ByteVector bytes = buildMp4(plan);
+    // A second takes 68 KiB, block and picture; two and a half of them go.
+    bytes.resize(bytes.size() - std::size_t{68 * 1024} * 5 / 2);
+    EXPECT_EQ(parse({write("cut.MP4", bytes)}), 0) << errors_;
+    EXPECT_THAT(track(), HasSubstr("<notice code=\"cut-off\" amount=\"3\">"));
+}
+
+TEST(TrackFileWriter, tells_a_full_disk_from_other_troubles) {
+    EXPECT_EQ(notWritten("/a", std::make_error_code(std::errc::no_space_on_device)).code,
+              ReasonCode::diskFull);
+    EXPECT_EQ(notWritten("/a", std::make_error_code(std::errc::permission_denied)).code,
+              ReasonCode::notWritten);
 }
 
 TEST_F(ParseCommand, marks_a_recording_without_gps_as_such) {

@@ -19,6 +19,10 @@ class FakeFileSystem : public FileSystem {
         change("createFolder", path);
         folders.insert(path);
     }
+    void keepPrivate(const std::string& folder) override {
+        change("keepPrivate", folder);
+        privateFolders.insert(folder);
+    }
     void createEmptyFile(const std::string& path) override {
         change("createEmptyFile", path);
         files[path].clear();
@@ -41,6 +45,7 @@ class FakeFileSystem : public FileSystem {
 
     std::map<std::string, std::string> files; ///< path -> content
     std::set<std::string> folders;
+    std::set<std::string> privateFolders;
     std::set<std::string> broken;
     std::vector<std::string> changes; ///< in order: call and path
 

@@ -18,6 +18,17 @@ class FakeProgressWindow : public ProgressWindow {
         if (whileShown)
             whileShown();
     }
+    void showWhile(const std::string& title, const std::function<void()>& work) override {
+        titles.push_back(title);
+        shown = true;
+        try {
+            work();
+        } catch (...) {
+            close();
+            throw;
+        }
+        close();
+    }
     void setText(const std::string& text) override { texts.push_back(text); }
     void setValue(int percent) override { values.push_back(percent); }
     void close() override {

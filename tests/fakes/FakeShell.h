@@ -23,15 +23,18 @@ class FakeShell : public Shell {
     int execute(const std::string& verb, const std::string& file, const std::string& parameters,
                 const std::string& folder, ShowWindow show) override {
         calls.push_back({verb, file, parameters, folder, show});
+        end.reset();
         if (result >= 33 && whenStarted)
             whenStarted(calls.back());
         return result;
     }
     std::string lastErrorDescription() const override { return errorDescription; }
+    std::optional<ProgramEnd> lastProgramEnd() override { return end; }
     void stopLastProgram() override { ++programsStopped; }
 
     int result = 42;
     std::string errorDescription = "File not found";
+    std::optional<ProgramEnd> end; ///< the program still runs until a test says how it ended
     int programsStopped = 0;
     std::vector<ShellCall> calls;
     std::function<void(const ShellCall&)> whenStarted;

@@ -21,6 +21,16 @@ class FakeWaits : public Waits {
         if (whenWaiting)
             whenWaiting();
     }
+    /// `over` is asked before the wait and, as the real wait does, after what came to pass in it.
+    void sleepUntil(std::chrono::milliseconds longest, const std::function<bool()>& over) override {
+        if (over()) {
+            ++cutShort;
+            return;
+        }
+        sleep(longest);
+        if (over())
+            ++cutShort;
+    }
     void letEventsRun() override {
         ++eventRuns;
         if (log != nullptr)
@@ -32,6 +42,7 @@ class FakeWaits : public Waits {
     std::vector<std::int64_t> sleeps; ///< milliseconds
     std::int64_t total = 0;
     int eventRuns = 0;
+    int cutShort = 0;                        ///< waits that ended early
     std::vector<std::string>* log = nullptr; ///< shared with other fakes to see an order of calls
     std::function<void()> whenWaiting;
 };

@@ -18,6 +18,7 @@ struct XmlContent {
     std::vector<std::pair<std::string, Record>> records;
     std::map<std::string, std::string> elements;
     std::map<std::string, std::string> rootAttributes;
+    std::map<std::string, std::map<std::string, std::string>> elementAttributes; ///< by element
 };
 
 /// Documents by path; an unknown path cannot be loaded.
@@ -29,7 +30,7 @@ class FakeXmlDocument : public XmlDocument {
         ++loads;
         const auto document = documents.find(path);
         if (document == documents.end())
-            throw StepError(path + ", line 1: not well-formed");
+            throw StepError(path + ": line 1: not well-formed");
         content = document->second;
     }
     void loadText(const std::string& text) override { load(text); }
@@ -55,6 +56,13 @@ class FakeXmlDocument : public XmlDocument {
         if (attribute == content.rootAttributes.end())
             return std::nullopt;
         return attribute->second;
+    }
+    std::optional<std::string> elementAttribute(const std::string& name,
+                                                const std::string& attribute) const override {
+        const auto element = content.elementAttributes.find(name);
+        if (element == content.elementAttributes.end() || !element->second.count(attribute))
+            return std::nullopt;
+        return element->second.at(attribute);
     }
     std::optional<std::string> elementText(const std::string& name) const override {
         const auto element = content.elements.find(name);

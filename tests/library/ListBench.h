@@ -16,6 +16,8 @@
 #include "tests/fakes/FakeWaits.h"
 #include "tests/fakes/FakeXmlDocument.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <functional>
 #include <map>
 #include <memory>
@@ -69,7 +71,13 @@ class FakeListExtraction : public RecordingListExtraction {
   public:
     void extractSelected() override { call("One"); }
     void extractMarked() override { call("All"); }
-    void drawTrack(std::int32_t serial) override { call("draw " + std::to_string(serial)); }
+    std::size_t drawTracks(const std::vector<std::int32_t>& serials) override {
+        std::size_t drawn = 0;
+        for (; drawn < std::min(serials.size(), mostDrawn); ++drawn)
+            call("draw " + std::to_string(serials[drawn]));
+        return drawn;
+    }
+    std::size_t mostDrawn = 1000; ///< fewer: the user cancels the drawing behind so many
 
     std::vector<std::string> calls;
     std::function<void()> whenCalled;

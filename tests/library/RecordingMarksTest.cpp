@@ -115,6 +115,24 @@ TEST_F(RecordingMarksTest, starts_no_extraction_when_every_track_exists) {
     EXPECT_TRUE(extraction.calls.empty());
 }
 
+TEST_F(RecordingMarksTest, rows_behind_a_cancelled_drawing_stay_hidden_and_nothing_is_read) {
+    addRows(4);
+    for (int index : {1, 2, 3}) {
+        extract(index);
+        list.set(index, &RecordingEntry::map, MapState::Hidden);
+    }
+    extraction.mostDrawn = 2;
+    window.MarkCommand("ALL");
+    EXPECT_EQ(extraction.calls, (Texts{"draw 1", "draw 2"}));
+    EXPECT_EQ(marked(), (Rows{1, 2, 3, 4}));
+    EXPECT_EQ(list.row(2).map, MapState::Shown);
+    EXPECT_EQ(list.row(3).map, MapState::Hidden);
+    extraction.calls.clear();
+    extraction.mostDrawn = 1000;
+    window.MarkCommand("ALL");
+    EXPECT_EQ(extraction.calls, (Texts{"draw 3", "All"})) << "the next time draws the rest";
+}
+
 TEST_F(RecordingMarksTest, does_nothing_on_an_empty_list) {
     for (const char* name : {"ALL", "NORMAL", "LOCK", "NONE", "else"})
         window.MarkCommand(name);

@@ -41,7 +41,7 @@ class ExtractorTrackFileTest : public ::testing::Test {
     void write(const std::string& recording,
                const telemetry::Result<telemetry::Telemetry>& outcome) {
         const auto problem = telemetry::writeTrackFile(file, recording, outcome);
-        ASSERT_FALSE(problem) << *problem;
+        ASSERT_FALSE(problem) << describe(*problem);
         reader.load(file);
     }
 
@@ -54,7 +54,7 @@ class ExtractorTrackFileTest : public ::testing::Test {
 TEST_F(ExtractorTrackFileTest, samples_arrive_as_dots_that_rise_past_midnight) {
     write("/card/20121009/103045.MP4", drive());
     EXPECT_EQ(reader.recording(), "/card/20121009/103045.MP4");
-    EXPECT_EQ(reader.error(), "");
+    EXPECT_FALSE(reader.error());
     const auto track = reader.read();
     ASSERT_NE(track, nullptr);
     ASSERT_EQ(track->count(), 3);
@@ -95,19 +95,26 @@ TEST_F(ExtractorTrackFileTest, every_path_names_its_recording) {
 TEST_F(ExtractorTrackFileTest, the_reason_of_a_recording_that_cannot_be_used_arrives) {
     telemetry::Error error;
     error.file = "/card/1.MP4";
+    error.code = telemetry::ReasonCode::unfinished;
     error.reason = "the file ends < before its index & more";
     write("/card/1.MP4", error);
     EXPECT_EQ(reader.sampleCount(), 0u);
-    EXPECT_EQ(reader.error(), "the file ends < before its index & more");
+    ASSERT_TRUE(reader.error());
+    EXPECT_EQ(reader.error()->technical, "the file ends < before its index & more");
+    EXPECT_EQ(reader.error()->code, "unfinished");
     EXPECT_EQ(reader.read(), nullptr);
 }
 
 TEST_F(ExtractorTrackFileTest, notices_arrive_beside_the_samples) {
     telemetry::Telemetry telemetry = drive();
-    telemetry.notices.push_back({"/card/1.MP4", "moov", 7, "cut off"});
+    telemetry.notices.push_back({"/card/1.MP4", "moov", 7, "cut off", telemetry::ErrorKind::damaged,
+                                 telemetry::ReasonCode::cutOff, 12});
     write("/card/1.MP4", telemetry);
     EXPECT_EQ(reader.sampleCount(), 3u);
-    EXPECT_EQ(reader.notice(), "/card/1.MP4: moov at byte 7: cut off");
+    ASSERT_TRUE(reader.notice());
+    EXPECT_EQ(reader.notice()->technical, "/card/1.MP4: moov at byte 7: cut off");
+    EXPECT_EQ(reader.notice()->code, "cut-off");
+    EXPECT_EQ(reader.notice()->amount, 12);
 }
 
 } // namespace

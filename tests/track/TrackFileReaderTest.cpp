@@ -154,8 +154,8 @@ TEST_F(TrackFileReaderTest, a_file_without_samples_has_no_track) {
     EXPECT_EQ(track, nullptr);
     EXPECT_EQ(reader.sampleCount(), 0u);
     EXPECT_EQ(reader.recording(), "");
-    EXPECT_EQ(reader.error(), "");
-    EXPECT_EQ(reader.notice(), "");
+    EXPECT_FALSE(reader.error());
+    EXPECT_FALSE(reader.notice());
 }
 
 TEST_F(TrackFileReaderTest, a_file_that_cannot_be_loaded_is_an_error_and_leaves_nothing) {
@@ -173,8 +173,48 @@ TEST_F(TrackFileReaderTest, tells_recording_error_and_notice) {
     document.documents["file"] = content;
     reader.load("file");
     EXPECT_EQ(reader.recording(), "/card/a  b & c.MP4");
-    EXPECT_EQ(reader.error(), "no video box");
-    EXPECT_EQ(reader.notice(), "cut off");
+    ASSERT_TRUE(reader.error());
+    EXPECT_EQ(reader.error()->technical, "no video box");
+    ASSERT_TRUE(reader.notice());
+    EXPECT_EQ(reader.notice()->technical, "cut off");
+}
+
+TEST_F(TrackFileReaderTest, a_reason_of_megabytes_is_one_short_line) {
+    fakes::XmlContent content;
+    content.elements["error"] = "first\nsecond " + std::string(5'000'000, 'x');
+    content.elementAttributes["error"] = {{"code", std::string(5'000'000, 'y')},
+                                          {"amount", "1e300"}};
+    document.documents["file"] = content;
+    reader.load("file");
+    const auto error = reader.error();
+    ASSERT_TRUE(error);
+    EXPECT_THAT(error->technical, HasSubstr("first second xxx"));
+    EXPECT_LT(error->technical.size(), 400u);
+    EXPECT_LT(error->code.size(), 100u);
+    EXPECT_EQ(error->amount, 0);
+}
+
+TEST_F(TrackFileReaderTest, a_sample_with_a_text_of_megabytes_is_an_error_that_can_be_shown) {
+    for (const auto& [element, text] : sampleRecord(8, 5, 9)) {
+        fakes::XmlContent content = trackFileContent(3);
+        setChild(content.records[1].second, element, std::string(5'000'000, '1'));
+        EXPECT_THAT(errorOf(content), AllOf(HasSubstr("sample 2"), HasSubstr(element)));
+        EXPECT_LT(errorOf(content).size(), 200u) << element;
+    }
+}
+
+TEST_F(TrackFileReaderTest, details_of_megabytes_keep_their_beginning) {
+    auto record = sampleRecord(8, 5, 9);
+    for (const char* element : {"time_recorded", "fix_reason"})
+        setChild(record, element, std::string(5'000'000, 'x'));
+    setChild(record, "fix", "no");
+    fakes::XmlContent content;
+    content.rootAttributes["time_base"] = std::string(5'000'000, 'x');
+    content.records.emplace_back("gpsinfo", record);
+    const auto track = read(content);
+    ASSERT_EQ(track->details().samples.size(), 1u);
+    EXPECT_LT(track->details().samples[0].recordedTime.size(), 100u);
+    EXPECT_LT(track->details().samples[0].fixReason.size(), 100u);
 }
 
 struct EncodedPath {

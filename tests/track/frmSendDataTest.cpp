@@ -24,10 +24,13 @@
 namespace velmorant {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
 
 class FakeMapPage : public MapPage {
   public:
@@ -351,7 +354,7 @@ TEST_F(frmSendDataTest, a_track_file_of_another_recording_is_ignored_while_waiti
     extractOne();
     EXPECT_EQ(state.loadedTracks.find(7)->count(), 5);
     EXPECT_EQ(std::count(waits.sleeps.begin(), waits.sleeps.end(), 100), 7);
-    EXPECT_EQ(std::count(waits.sleeps.begin(), waits.sleeps.end(), 500), 1);
+    EXPECT_EQ(std::count(waits.sleeps.begin(), waits.sleeps.end(), 500), 0) << "it is complete";
 }
 
 TEST_F(frmSendDataTest, only_the_track_file_of_another_recording_times_out) {
@@ -385,10 +388,11 @@ TEST_F(frmSendDataTest, a_run_time_error_drops_the_half_read_track_and_tells_the
     EXPECT_THAT(page.routes, IsEmpty()) << "the page has no half route";
     EXPECT_FALSE(extractedAndShown(1));
     ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_THAT(messages.shown[0].text, ::testing::StartsWith("103045.MP4\nsample 15"));
+    EXPECT_EQ(messages.shown[0].text, "103045.MP4\n<reason.trackFile>");
     EXPECT_EQ(messages.shown[0].title, "<13011>");
     EXPECT_EQ(messages.shown[0].style, MessageStyle::Stop);
-    EXPECT_THAT(list.row(1).notice, HasSubstr("Speed"));
+    EXPECT_THAT(list.row(1).notice,
+                AllOf(StartsWith("<reason.trackFile>\nsample 15"), HasSubstr("Speed")));
     EXPECT_EQ(list.count(), 1) << "the row stays";
 }
 
@@ -396,14 +400,17 @@ TEST_F(frmSendDataTest, an_ill_formed_track_file_is_a_run_time_error) {
     shell.whenStarted = [this](const fakes::ShellCall&) { files.files[trackFile] = "<tr"; };
     extractOne();
     ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_THAT(messages.shown[0].text, HasSubstr("not well-formed"));
+    EXPECT_EQ(messages.shown[0].text, "103045.MP4\n<reason.trackFile>");
+    EXPECT_THAT(list.row(1).notice, HasSubstr("not well-formed"));
+    EXPECT_THAT(list.row(1).notice, Not(HasSubstr(trackFile))) << "a file that is nobody's business";
 }
 
 TEST_F(frmSendDataTest, a_temporary_folder_that_cannot_be_made_is_a_run_time_error) {
     files.broken.insert("/cache/VelmorantDVRtempFile");
     extractOne();
     ASSERT_EQ(messages.shown.size(), 1u);
-    EXPECT_THAT(messages.shown[0].text, HasSubstr("permission denied"));
+    EXPECT_EQ(messages.shown[0].text, "103045.MP4\n<reason.notWritten>");
+    EXPECT_THAT(list.row(1).notice, HasSubstr("permission denied"));
     EXPECT_TRUE(shell.calls.empty());
 }
 
@@ -411,25 +418,27 @@ TEST_F(frmSendDataTest, the_extractors_reason_is_told_for_a_file_without_samples
     fakes::XmlContent content;
     content.rootAttributes["recording"] = list.row(1).path;
     content.elements["error"] = "the file is cut off before its index";
+    content.elementAttributes["error"]["code"] = "unfinished";
     written[list.row(1).path] = content;
     extractOne();
-    EXPECT_THAT(messages.shown,
-                ElementsAre(fakes::ShownMessage{"103045.MP4\nthe file is cut off before its index",
-                                                "<13011>", MessageStyle::Stop}));
+    EXPECT_THAT(messages.shown, ElementsAre(fakes::ShownMessage{"103045.MP4\n<reason.unfinished>",
+                                                                "<13011>", MessageStyle::Stop}));
     EXPECT_TRUE(extractedAndShown(1));
-    EXPECT_EQ(list.row(1).notice, "the file is cut off before its index");
+    EXPECT_EQ(list.row(1).notice, "<reason.unfinished>\nthe file is cut off before its index");
     EXPECT_THAT(page.routes, ElementsAre("Over"));
 }
 
 TEST_F(frmSendDataTest, a_notice_beside_samples_is_told_without_a_box) {
     fakes::XmlContent content = trackFileContent(3);
     content.elements["notice"] = "the last minute is missing";
+    content.elementAttributes["notice"] = {{"code", "cut-off"}, {"amount", "60"}};
+    texts.texts["reason.cutOffBySeconds"] = "the last %1 s are missing";
     written[list.row(1).path] = content;
     extractOne();
     EXPECT_TRUE(state.loadedTracks.contains(7));
     EXPECT_TRUE(messages.shown.empty());
-    EXPECT_EQ(status.last(), "103045.MP4: the last minute is missing");
-    EXPECT_EQ(list.row(1).notice, "the last minute is missing");
+    EXPECT_EQ(status.last(), "103045.MP4: the last 60 s are missing");
+    EXPECT_EQ(list.row(1).notice, "the last 60 s are missing\nthe last minute is missing");
 }
 
 TEST_F(frmSendDataTest, a_notice_that_begins_with_the_path_is_told_without_it) {
@@ -437,7 +446,8 @@ TEST_F(frmSendDataTest, a_notice_that_begins_with_the_path_is_told_without_it) {
     content.elements["notice"] = list.row(1).path + ": moov at byte 7: the box is cut off";
     written[list.row(1).path] = content;
     extractOne();
-    EXPECT_EQ(status.last(), "103045.MP4: moov at byte 7: the box is cut off");
+    EXPECT_EQ(status.last(), "103045.MP4: <reason.partOfTrack>");
+    EXPECT_EQ(list.row(1).notice, "<reason.partOfTrack>\nmoov at byte 7: the box is cut off");
 }
 
 TEST_F(frmSendDataTest, a_batch_tells_all_its_failures_once_at_its_end) {
@@ -447,9 +457,10 @@ TEST_F(frmSendDataTest, a_batch_tells_all_its_failures_once_at_its_end) {
     written["/card/0.MP4"].records.clear();
     written["/card/2.MP4"] = {};
     written["/card/2.MP4"].elements["error"] = "second reason";
+    written["/card/2.MP4"].elementAttributes["error"]["code"] = "empty";
     send.ShowModal("All");
     EXPECT_THAT(messages.shown,
-                ElementsAre(fakes::ShownMessage{"0.MP4\nfirst reason\n2.MP4\nsecond reason",
+                ElementsAre(fakes::ShownMessage{"0.MP4\n<reason.noTrack>\n2.MP4\n<reason.empty>",
                                                 "<13011>", MessageStyle::Stop}));
     EXPECT_TRUE(state.loadedTracks.contains(7));
     EXPECT_TRUE(state.loadedTracks.contains(21));

@@ -229,6 +229,16 @@ TEST_F(ExpatDocumentTest, reads_the_attributes_of_the_root_alone) {
     EXPECT_EQ(document.rootAttribute("d"), std::nullopt);
 }
 
+TEST_F(ExpatDocumentTest, reads_the_attributes_of_the_first_element_of_a_name) {
+    ExpatDocument document;
+    EXPECT_EQ(document.elementAttribute("x", "a"), std::nullopt);
+    document.loadText("<r a='1'><y><x a='2' b='3'/></y><x a='4' c='5'/></r>");
+    EXPECT_EQ(document.elementAttribute("x", "a"), "2");
+    EXPECT_EQ(document.elementAttribute("x", "b"), "3");
+    EXPECT_EQ(document.elementAttribute("x", "c"), std::nullopt);
+    EXPECT_EQ(document.elementAttribute("z", "a"), std::nullopt);
+}
+
 TEST_F(ExpatDocumentTest, reads_an_hour_of_samples_over_many_pieces) {
     const std::string file = write("output.kml", samples(3600));
     ExpatDocument document;

@@ -76,6 +76,7 @@ class NoShell : public Shell {
         return 0;
     }
     std::string lastErrorDescription() const override { return "nothing is started here"; }
+    std::optional<ProgramEnd> lastProgramEnd() override { return std::nullopt; }
     void stopLastProgram() override {}
 };
 
