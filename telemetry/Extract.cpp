@@ -20,15 +20,25 @@ bool mayOpenAFile(FourCharacterCode type) {
     return std::find(known.begin(), known.end(), type) != known.end();
 }
 
-// Some recorders append a text behind the last box; its last 8 bytes are "&&&&" and its length.
+// Some recorders append a text behind the last box; its last 8 bytes are "&&&&" and its length, or
+// "####" and its length, big-endian and perhaps without these bytes.
 std::uint64_t endOfBoxes(Input& input) {
     if (input.size() < 8) {
         return input.size();
     }
     const Bytes end = input.peek(input.size() - 8, 8);
-    const std::uint64_t length = end.u32le(4);
-    return end.holds(0, "&&&&") && length >= 8 && length < input.size() ? input.size() - length
-                                                                        : input.size();
+    const bool other = end.holds(0, "####");
+    std::uint64_t length = other ? end.u32be(4) : end.u32le(4);
+    if ((!other && !end.holds(0, "&&&&")) || length < 8 || length + 8 > input.size()) {
+        return input.size();
+    }
+    if (other && !input.peek(input.size() - length, 4).holds(0, "****")) {
+        length += 8;
+        if (!input.peek(input.size() - length, 4).holds(0, "****")) {
+            return input.size();
+        }
+    }
+    return input.size() - length;
 }
 
 // How much of the picture lies behind the file's end, in whole seconds; 0 where nobody can tell.

@@ -1,6 +1,7 @@
 #include "telemetry/FamilyTable.h"
 
 #include "telemetry/families/Camm.h"
+#include "telemetry/families/FixedRecords.h"
 #include "telemetry/families/FreeGps.h"
 #include "telemetry/families/Gpmf.h"
 #include "telemetry/families/GpsBox.h"
@@ -28,6 +29,7 @@ std::span<const Family> families() {
         {"text track", readTextTracks},
         {"sentence track", readSentenceTracks},
         {"records in gpmd", readOtherGpmd},
+        {"fixed records", readFixedRecords},
         {"GPS box", readGpsBox},
         {"stamped lines", readFreeBox},
         {"uuid box", readUuidBox},

@@ -7,6 +7,7 @@
 #include "telemetry/SampleTable.h"
 #include "telemetry/Scan.h"
 #include "telemetry/families/FreeGpsLayouts.h"
+#include "telemetry/families/VvPlaces.h"
 
 namespace velmorant::telemetry {
 
@@ -24,7 +25,9 @@ class BlockReader {
     bool take(std::uint64_t offset) {
         collector_.comesFrom(offset);
         const Bytes block = read(offset);
-        if (!block.holds(4, marker)) {
+        // The place comes from an index or a marker; of what stands there the beginning may be
+        // damaged and a sentence behind it whole.
+        if (!block.holds(4, marker) && !holdsSentence(block)) {
             return false;
         }
         if (layout_ == nullptr) {
@@ -37,16 +40,21 @@ class BlockReader {
             }
             readWaiting();
             collector_.comesFrom(offset);
-            layout_->read(read(offset), collector_);
+            readBlock(read(offset), offset);
             return true;
         }
-        layout_->read(block, collector_);
+        readBlock(block, offset);
         return true;
     }
 
     bool finish() {
         if (layout_ == nullptr && !waiting_.empty()) {
-            layout_ = matching(read(waiting_.front()), freeGpsLayoutsWithoutFix());
+            constexpr std::size_t enough = 16;
+            for (std::size_t i = 0; i < std::min(enough, waiting_.size()); ++i) {
+                layout_ = layout_ != nullptr
+                              ? layout_
+                              : matching(read(waiting_[i]), freeGpsLayoutsWithoutFix());
+            }
             if (layout_ == nullptr) {
                 input_.note(input_.error("freeGPS", waiting_.front(),
                                          "the blocks have a layout that is not known"));
@@ -54,6 +62,7 @@ class BlockReader {
             }
             readWaiting();
         }
+        addVvPlaces();
         return layout_ != nullptr;
     }
 
@@ -73,15 +82,38 @@ class BlockReader {
     void readWaiting() {
         for (const std::uint64_t offset : waiting_) {
             collector_.comesFrom(offset);
-            layout_->read(read(offset), collector_);
+            readBlock(read(offset), offset);
         }
         waiting_.clear();
+    }
+    void readBlock(Bytes block, std::uint64_t offset) {
+        if (!layout_->vvPlaces) {
+            layout_->read(block, collector_);
+        } else if (vvPlaces_.size() < Collector::mostSeconds) {
+            vvPlaces_.push_back({offset, block.i32le(31), block.i32le(35)});
+        }
+    }
+    void addVvPlaces() {
+        if (vvPlaces_.empty()) {
+            return;
+        }
+        const VvDecision decision = decideVvUnit(vvPlaces_);
+        input_.note(input_.error("freeGPS", vvPlaces_.front().block, decision.reason));
+        for (const VvPlace& place : vvPlaces_) {
+            collector_.comesFrom(place.block);
+            Fix fix;
+            fix.latitude = vvDegrees(place.latitude, decision.unit);
+            fix.longitude = vvDegrees(place.longitude, decision.unit);
+            collector_.add(fix);
+        }
+        vvPlaces_.clear();
     }
 
     Input& input_;
     Collector& collector_;
     const FreeGpsLayout* layout_ = nullptr;
     std::vector<std::uint64_t> waiting_;
+    std::vector<VvPlace> vvPlaces_;
     std::array<std::uint8_t, 0x200> buffer_{}; // all that any layout needs
 };
 

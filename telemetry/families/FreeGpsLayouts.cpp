@@ -75,12 +75,14 @@ void readFloats(Bytes block, std::size_t at, Fix& fix) {
 void addAcceleration(Bytes block, std::size_t at, double countsPerG, Collector& collector) {
     bool zero = true;
     bool counting = true;
+    bool filled = true; // with 255 on every axis: no sensor
     for (std::size_t i = 0; i < 6; ++i) {
         const std::uint16_t word = block.u16le(at + 2 * i);
         zero = zero && word == 0;
         counting = counting && word == i + 1;
+        filled = filled && word == (i % 2 == 0 ? 255 : 0);
     }
-    if (!zero && !counting && block.has(at, 12)) {
+    if (!zero && !counting && !filled && block.has(at, 12)) {
         collector.addToLast({block.i32le(at) / countsPerG, block.i32le(at + 4) / countsPerG,
                              block.i32le(at + 8) / countsPerG});
     }
@@ -154,7 +156,7 @@ void readSpreadFloats(Bytes block, Collector& collector) {
     fix.state = block.character(0x3c) == 'A' ? FixState::good : FixState::noFix;
     setPlace(fix, f32(block, 0x40), block.character(0x44), f32(block, 0x48), block.character(0x4c));
     fix.speed = f32(block, 0x50);
-    fix.heading = f32(block, 0x54) + (block.holds(0x10, "x.xx") ? 180 : 0);
+    fix.heading = std::fmod(f32(block, 0x54) + (block.holds(0x10, "x.xx") ? 180 : 0), 360);
     setTime(fix, clockAt(block, 0x30, 0x58));
     collector.add(fix);
     addAcceleration(block, 0x64, 1000, collector);
@@ -203,12 +205,7 @@ void readRowsFrom32(Bytes block, Collector& collector) {
     }
 }
 
-void readVv(Bytes block, Collector& collector) {
-    Fix fix;
-    fix.latitude = block.i32le(31) / 1e5;
-    fix.longitude = block.i32le(35) / 1e5;
-    collector.add(fix);
-}
+void readNothing(Bytes, Collector&) {}
 
 void readText(Bytes block, Collector& collector) {
     if (const auto reading = readEncipheredText(block.from(0x12))) {
@@ -242,6 +239,16 @@ void readSentenceBehindDigits(Bytes block, Collector& collector) {
         collector.add(fix);
     }
     addAcceleration(block, 0x44, 256, collector);
+}
+
+void readSentenceAnywhere(Bytes block, Collector& collector) {
+    bool found = false;
+    readSentences(block.text(0x10), [&](const Fix& fix) {
+        if (!found) {
+            found = true;
+            collector.add(fix);
+        }
+    });
 }
 
 void readShiftedText(Bytes block, Collector& collector) {
@@ -298,7 +305,7 @@ constexpr std::array layouts = {
     FreeGpsLayout{[](Bytes b) { return spreadLetters(b, 0x3c, 0x44, 0x4c); }, readSpreadFloats},
     FreeGpsLayout{[](Bytes b) { return spreadLetters(b, 0x1c, 0x28, 0x38); },
                   [](Bytes b, Collector& c) { readDoubles(b, 0x10, c); }},
-    FreeGpsLayout{[](Bytes b) { return b.holds(0x33, "VV"); }, readVv},
+    FreeGpsLayout{[](Bytes b) { return b.holds(0x33, "VV"); }, readNothing, true},
     FreeGpsLayout{[](Bytes b) { return bigEndianRowAt(b, 0x32); }, readRowsFrom32},
 };
 
@@ -306,9 +313,18 @@ constexpr std::array withoutFix = {
     FreeGpsLayout{[](Bytes b) { return b.character(0x28) == 'V'; },
                   [](Bytes b, Collector& c) { readRow(b, 0x10, c); }},
     FreeGpsLayout{[](Bytes b) { return b.character(0x48) == 'V'; }, readLettersAt48},
+    FreeGpsLayout{holdsSentence, readSentenceAnywhere},
 };
 
 } // namespace
+
+bool holdsSentence(Bytes block) {
+    bool found = false;
+    readSentences(block.text(0x10), [&](const Fix& fix) {
+        found = found || known(fix.latitude) || fix.time != noTime;
+    });
+    return found;
+}
 
 std::span<const FreeGpsLayout> freeGpsLayouts() {
     return layouts;

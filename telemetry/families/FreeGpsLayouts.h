@@ -26,7 +26,9 @@
 //   rows from 0x32       32 bytes each, big-endian: u16 metres/s times 100, i16 heading times 100,
 //                        u16 year, u8 month day hour minute, u16 second times 10, u8, i32 degrees
 //                        1e7 twice
-//   "VV" at 0x33         i32 degrees times 1e5 at 31 and 35; no time; speed in unknown units
+//   "VV" at 0x33         i32 latitude at 31 and longitude at 35, their unit see VvPlaces.h; no
+//   time;
+//                        speed in unknown units
 //   text from 0x12       each byte XOR 0xaa, see EncipheredText.h
 //   digits at 0x34       the recorder's clock YYYYMMDDhhmmss 0x34, acceleration 0x44 at 256, an RMC
 //                        sentence behind
@@ -47,11 +49,15 @@ struct FreeGpsLayout {
     bool (*matches)(Bytes block);
     // Adds the block's readings to the collector's sequence.
     void (*read)(Bytes block, Collector& collector);
+    // The unit of the places is decided when all are known, see VvPlaces.h; `read` is not called.
+    bool vvPlaces = false;
 };
 
 // In the order in which they are tried.
 std::span<const FreeGpsLayout> freeGpsLayouts();
 // For recordings that never had a fix: told by the status letter alone.
 std::span<const FreeGpsLayout> freeGpsLayoutsWithoutFix();
+// An RMC sentence somewhere in a block whose beginning is damaged.
+bool holdsSentence(Bytes block);
 
 } // namespace velmorant::telemetry

@@ -166,15 +166,32 @@ bool readPart(Input& input, std::uint64_t offset, std::uint64_t length, Collecto
            readLigoText(input, bytes, collector);
 }
 
+// "&&&&" and the length u32le, or "####" and the length u32be behind a text that "****" opens; that
+// length may leave its own eight bytes out.
 bool readTrailer(Recording& recording, Collector& collector) {
     Input& input = recording.input;
-    if (input.size() < 8) {
+    constexpr std::uint64_t endLength = 8;
+    if (input.size() < endLength) {
         return false;
     }
-    const Bytes end = input.peek(input.size() - 8, 8);
-    const std::uint64_t length = end.u32le(4);
-    return end.holds(0, "&&&&") && length <= input.size() &&
-           readPart(input, input.size() - length, length, collector);
+    const Bytes end = input.peek(input.size() - endLength, endLength);
+    if (end.holds(0, "&&&&")) {
+        const std::uint64_t length = end.u32le(4);
+        return length <= input.size() && readPart(input, input.size() - length, length, collector);
+    }
+    const std::uint64_t length = end.holds(0, "####") ? end.u32be(4) : 0;
+    for (const std::uint64_t whole : {length, length + endLength}) {
+        if (length < endLength || whole > input.size()) {
+            continue;
+        }
+        const auto content = input.read(input.size() - whole,
+                                        std::min<std::uint64_t>(whole, longestText), longestText);
+        const Bytes bytes{std::span<const std::uint8_t>(content)};
+        if (bytes.holds(0, "****")) {
+            return readLigoText(input, bytes.from(0, whole - endLength), collector);
+        }
+    }
+    return false;
 }
 
 bool readBlocks(Recording& recording, Collector& collector) {
@@ -204,6 +221,23 @@ bool readLigoText(Input& input, Bytes bytes, Collector& collector) {
     if (head != std::string_view::npos && readEnciphered(input, bytes.from(head), collector)) {
         return true;
     }
+    return readPlainLigo(bytes, collector);
+}
+
+bool holdsPlainLigo(Bytes bytes) {
+    const std::string_view text = bytes.text(0);
+    for (std::size_t slash = text.find('/'); slash != std::string_view::npos;
+         slash = text.find('/', slash + 1)) {
+        if (slash >= 4 && dateAt(text.substr(slash - 4)) &&
+            text.substr(slash, 128).find("km/h") != std::string_view::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool readPlainLigo(Bytes bytes, Collector& collector) {
+    const std::string_view text = bytes.text(0);
     bool found = false;
     for (std::size_t slash = text.find('/'); slash != std::string_view::npos;
          slash = text.find('/', slash + 1)) {

@@ -42,6 +42,11 @@ void setPlace(Bytes record, Fix& fix) {
     }
 }
 
+double headingOf(Bytes record) {
+    constexpr std::uint8_t none = 0xff;
+    return record.u8(28) == none ? unknown : record.u8(28) * 2.0;
+}
+
 Fix read32(Bytes record, double speedUnit) {
     Fix fix;
     setPlace(record, fix);
@@ -49,7 +54,7 @@ Fix read32(Bytes record, double speedUnit) {
     fix.longitude = fromDegreesMinutes(fix.longitude);
     fix.altitude = record.i32le(16);
     fix.speed = record.u16le(20) * speedUnit;
-    fix.heading = record.u8(28) * 2.0;
+    fix.heading = headingOf(record);
     setTime(record, 22, fix);
     return fix;
 }
@@ -59,7 +64,7 @@ Fix read40(Bytes record) {
     setPlace(record, fix);
     judge(fix);
     fix.altitude = record.u16le(16);
-    fix.heading = record.u8(28) * 2.0;
+    fix.heading = headingOf(record);
     setTime(record, 22, fix);
     return fix;
 }
@@ -100,6 +105,9 @@ void readGsenBox(Bytes content, Collector& collector) {
     constexpr double perSecond = 5;
     constexpr double countsPerG = 16;
     for (std::size_t i = 0; content.has(3 * i, 3); ++i) {
+        if (content.i8(3 * i) == -1 && content.i8(3 * i + 1) == -1 && content.i8(3 * i + 2) == -1) {
+            continue; // 255 on every axis stands for nothing
+        }
         collector.add(static_cast<double>(i) / perSecond,
                       {content.i8(3 * i) / countsPerG, content.i8(3 * i + 1) / countsPerG,
                        content.i8(3 * i + 2) / countsPerG});
@@ -127,19 +135,23 @@ bool readSsmd(Recording& recording, Collector& collector) {
 bool readGps0(Recording& recording, Collector& collector) {
     constexpr std::size_t longestBox = 2 << 20; // an hour at 311 bytes a second and more
     bool found = false;
+    // In moov/udta, or behind moov on the top level.
+    std::vector<Box> boxes = recording.boxes;
     if (recording.movie) {
-        for (const Box& box : recording.movie->userData) {
-            if (box.type != code("gps0") && box.type != code("gsen")) {
-                continue;
-            }
-            const auto content = recording.input.read(box.payload, box.payloadSize, longestBox);
-            const Bytes bytes{std::span<const std::uint8_t>(content)};
-            if (box.type == code("gps0")) {
-                found = true;
-                readGps0Box(bytes, collector);
-            } else {
-                readGsenBox(bytes, collector);
-            }
+        boxes.insert(boxes.end(), recording.movie->userData.begin(),
+                     recording.movie->userData.end());
+    }
+    for (const Box& box : boxes) {
+        if (box.type != code("gps0") && box.type != code("gsen")) {
+            continue;
+        }
+        const auto content = recording.input.read(box.payload, box.payloadSize, longestBox);
+        const Bytes bytes{std::span<const std::uint8_t>(content)};
+        if (box.type == code("gps0")) {
+            found = true;
+            readGps0Box(bytes, collector);
+        } else {
+            readGsenBox(bytes, collector);
         }
     }
     return found;

@@ -1,8 +1,9 @@
 // Records of doubles with the clock in single bytes, little-endian, in tracks with the sample entry
-// "ssmd" and in the box "gps0" of moov/udta:
+// "ssmd" and in the box "gps0" of moov/udta or of the top level:
 //   32 bytes   double latitude, longitude as degrees and minutes (4294967295.0 without a fix), i32
 //              altitude at 16, u16 speed at 20 (knots in "ssmd", km/h in "gps0"), year month day
-//              hour minute second at 22 (year since 2000 or 1900), u8 heading halved at 28
+//              hour minute second at 22 (year since 2000 or 1900), u8 heading halved at 28 (255:
+//              none)
 //   40 bytes   double latitude, longitude in degrees, u16 altitude at 16, clock at 22 (year since
 //              1900), heading halved at 28; the speed's unit is not known, so it is left out. Rows
 //              without a fix hold the recorder's own clock, months counted from 0.

@@ -134,28 +134,51 @@ Bytes withoutStreamHeader(Bytes unit) {
     return unit.from(stream == privateStream2 ? 6 : 9 + std::size_t{unit.u8(8)});
 }
 
+// Seconds of the 33-bit time stamp that a picture's packet may open with, or unknown.
+double pictureTime(Bytes payload) {
+    const bool picture = payload.u8(0) == 0 && payload.u8(1) == 0 && payload.u8(2) == 1 &&
+                         (payload.u8(3) & 0xf0U) == 0xe0U;
+    if (!picture || (payload.u8(7) & 0x80U) == 0 || !payload.has(9, 5)) {
+        return unknown;
+    }
+    const std::uint64_t upper = payload.u8(9) >> 1U & 7U;
+    const std::uint64_t middle = payload.u16be(10) >> 1U;
+    const std::uint64_t lower = payload.u16be(12) >> 1U;
+    constexpr double perSecond = 90000;
+    return static_cast<double>(upper << 30U | middle << 15U | lower) / perSecond;
+}
+
+constexpr unsigned fourCameras = 0x0102; // the text's packets beside sound on other recorders
+
 class Demultiplexer {
   public:
     Demultiplexer(Input& input, Collector& collector) : input_(input), collector_(collector) {}
 
     void packet(Bytes packet) {
-        if (packet.u8(0) != syncByte) {
+        const bool hasPayload = (packet.u8(3) & 0x10U) != 0;
+        if (packet.u8(0) != syncByte || !hasPayload) {
             return;
         }
         const unsigned pid = packet.u16be(1) & 0x1fffU;
-        const bool hasPayload = (packet.u8(3) & 0x10U) != 0;
-        if (!privateStream(pid) || !hasPayload) {
+        const bool adapted = (packet.u8(3) & 0x20U) != 0;
+        const bool starts = (packet.u8(1) & 0x40U) != 0;
+        if (!privateStream(pid) && pid != fourCameras && !starts) {
             return;
         }
-        const bool adapted = (packet.u8(3) & 0x20U) != 0;
         const Bytes payload = packet.from(adapted ? 5 + std::size_t{packet.u8(4)} : 4);
-        const bool starts = (packet.u8(1) & 0x40U) != 0;
-        std::vector<std::uint8_t>& unit = units_[pid];
+        if (starts) {
+            keepTime(pictureTime(payload));
+        }
+        if (!privateStream(pid) && (pid != fourCameras || !carriesText(payload, starts))) {
+            return;
+        }
+        Unit& unit = units_[pid];
         if (starts) {
             finish(unit);
+            unit.time = milliseconds_;
         }
-        if (unit.size() + payload.size() <= longestUnit) {
-            unit.insert(unit.end(), payload.span().begin(), payload.span().end());
+        if (unit.bytes.size() + payload.size() <= longestUnit) {
+            unit.bytes.insert(unit.bytes.end(), payload.span().begin(), payload.span().end());
         }
     }
 
@@ -163,23 +186,88 @@ class Demultiplexer {
         for (auto& [pid, unit] : units_) {
             finish(unit);
         }
+        readHeld();
     }
 
   private:
-    void finish(std::vector<std::uint8_t>& unit) {
-        const Bytes bytes = withoutStreamHeader(std::span<const std::uint8_t>(unit));
-        const std::string_view text = bytes.text(0);
-        if (!readRow(bytes, collector_) && !readRows(bytes, collector_) &&
-            !readInfoLines(text, collector_) &&
-            text.substr(0, 256).find("LIGOGPSINFO") != std::string_view::npos) {
-            readLigoText(input_, bytes, collector_);
+    struct Unit {
+        std::vector<std::uint8_t> bytes;
+        std::uint64_t time = 0; // of the picture when it began, in milliseconds from the first
+    };
+
+    void keepTime(double time) {
+        if (!known(time)) {
+            return;
         }
-        unit.clear();
+        first_ = known(first_) ? first_ : time;
+        if (time >= first_) {
+            milliseconds_ = static_cast<std::uint64_t>(std::llround((time - first_) * 1000));
+        }
+    }
+
+    static bool marked(Bytes bytes) {
+        return bytes.text(0, 256).find("LIGOGPSINFO") != std::string_view::npos;
+    }
+
+    bool carriesText(Bytes payload, bool starts) {
+        if (starts) {
+            const std::span<const std::uint8_t> before(units_[fourCameras].bytes);
+            inText_ = marked(payload) || marked(before) || !held_.bytes.empty();
+        }
+        return inText_;
+    }
+
+    void finish(Unit& unit) {
+        const Bytes bytes = withoutStreamHeader(std::span<const std::uint8_t>(unit.bytes));
+        collector_.comesFrom(unit.time);
+        if (marked(bytes)) {
+            readHeld();
+            held_ = {std::vector<std::uint8_t>(bytes.span().begin(), bytes.span().end()),
+                     unit.time};
+            if (holdsPlainLigo(bytes)) {
+                readHeld();
+            }
+        } else if (!readBehindHeld(bytes) && !readRow(bytes, collector_) &&
+                   !readRows(bytes, collector_)) {
+            readInfoLines(bytes.text(0), collector_);
+        }
+        unit.bytes.clear();
+    }
+
+    // A text's marker and its record may stand in neighbouring packets, and what follows the marker
+    // in its own look enciphered though the next packet has the plain text.
+    bool readBehindHeld(Bytes bytes) {
+        if (held_.bytes.empty()) {
+            return false;
+        }
+        std::vector<std::uint8_t> joined = held_.bytes;
+        joined.insert(joined.end(), bytes.span().begin(), bytes.span().end());
+        const Bytes both{std::span<const std::uint8_t>(joined)};
+        if (!holdsPlainLigo(both)) {
+            readHeld();
+            return false;
+        }
+        collector_.comesFrom(held_.time);
+        readPlainLigo(both, collector_);
+        held_.bytes.clear();
+        return true;
+    }
+
+    void readHeld() {
+        if (!held_.bytes.empty()) {
+            collector_.comesFrom(held_.time);
+            readLigoText(input_, std::span<const std::uint8_t>(held_.bytes), collector_);
+            held_.bytes.clear();
+        }
     }
 
     Input& input_;
     Collector& collector_;
-    std::map<unsigned, std::vector<std::uint8_t>> units_;
+    std::map<unsigned, Unit> units_;
+    Unit held_;
+    bool inText_ = false;
+    double first_ = unknown;
+    std::uint64_t milliseconds_ = 0;
 };
 
 } // namespace
@@ -197,6 +285,14 @@ bool readTransportStream(Recording& recording, Collector& collector) {
     constexpr std::size_t packetsAtOnce = 2048;
     std::vector<std::uint8_t> buffer(framing.stride * packetsAtOnce);
     Demultiplexer demultiplexer(input, collector);
+    collector.askContainer([](std::span<const std::uint64_t> milliseconds) {
+        std::vector<double> times;
+        times.reserve(milliseconds.size());
+        for (const std::uint64_t time : milliseconds) {
+            times.push_back(static_cast<double>(time) / 1000);
+        }
+        return times;
+    });
     for (std::uint64_t at = 0; at < input.size() && !input.stopped(); at += buffer.size()) {
         input.progress(at);
         input.source().announce(at + buffer.size(), buffer.size());

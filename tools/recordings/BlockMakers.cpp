@@ -1,4 +1,5 @@
 // Layouts of freeGPS blocks.
+#include <algorithm>
 #include <cstdio>
 
 #include "telemetry/UtcTime.h"
@@ -153,9 +154,19 @@ ByteVector n14(const DriveSecond& second) {
 
 ByteVector n17(const DriveSecond& second) {
     ByteWriter out;
-    out.i32le(second.fix ? whole(second.latitude * 1e5) : 0);
-    out.i32le(second.fix ? whole(second.longitude * 1e5) : 0);
+    out.i32le(second.fix ? whole(second.latitude * 1e7) : 0);
+    out.i32le(second.fix ? whole(second.longitude * 1e7) : 0);
     return blockAround(31, out.zeros(12).text("VV").take());
+}
+
+// The digits that tell the layout are overwritten, and in every other block the marker too.
+ByteVector n6Damaged(const DriveSecond& second) {
+    ByteVector block = n6(second);
+    std::fill(block.begin() + 0x34, block.begin() + 0x44, std::uint8_t{0x11});
+    if (second.time % 2 == 1) {
+        std::fill(block.begin() + 4, block.begin() + 12, std::uint8_t{0});
+    }
+    return block;
 }
 
 template <BlockOf block>
@@ -205,6 +216,10 @@ std::span<const FamilyMaker> blockMakers() {
          .speedGrid = 1,
          .heading = no},
         {.name = "freegps_digits_34", .family = family, .make = indexed<n6>},
+        {.name = "freegps_damaged_preamble",
+         .family = family,
+         .make = indexed<n6Damaged>,
+         .acceleration = no},
         {.name = "freegps_spread_floats", .family = family, .make = indexed<n7>, .places = grid},
         {.name = "freegps_doubles_40", .family = family, .make = indexed<n8>},
         {.name = "freegps_doubles_20", .family = family, .make = indexed<n9>},

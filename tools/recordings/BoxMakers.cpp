@@ -34,20 +34,6 @@ ByteVector makeGpsBox(const DriveSeconds& drive) {
     return buildMp4(plan);
 }
 
-std::string ligoLine(const DriveSecond& second) {
-    const auto time = telemetry::civilFromMilliseconds(second.time * 1000);
-    char text[160];
-    std::snprintf(text, sizeof text,
-                  "%04d/%02d/%02d %02d:%02d:%02d %c:%.6f %c:%.6f %.2f km/h x:%+.3f y:%+.3f "
-                  "z:%+.3f A:%.2f H:%.1f",
-                  time.year, time.month, time.day, time.hour, time.minute,
-                  static_cast<int>(time.second), north(second),
-                  second.fix ? std::abs(second.latitude) : 0, east(second),
-                  second.fix ? std::abs(second.longitude) : 0, second.speed, second.right,
-                  second.forwards, second.up, second.heading, second.altitude);
-    return text;
-}
-
 ByteVector ligoText(const DriveSeconds& seconds) {
     const DriveSeconds drive = asWritten(seconds);
     ByteWriter out;
@@ -75,6 +61,14 @@ ByteVector makeLigoTrailer(const DriveSeconds& drive) {
         bytes[bytes.size() - 4 + i] = static_cast<std::uint8_t>(length >> (8 * i));
     }
     plan.trailer = bytes;
+    return buildMp4(plan);
+}
+
+ByteVector makeStarredLigoTrailer(const DriveSeconds& drive) {
+    Mp4Plan plan = planOf(drive);
+    ByteWriter trailer;
+    trailer.text("****").append(ligoText(drive)).text("####");
+    plan.trailer = trailer.u32be(trailer.size() + 4).take();
     return buildMp4(plan);
 }
 
@@ -175,6 +169,9 @@ ByteVector makeFreeBox(const DriveSeconds& drive) {
     return buildMp4(plan);
 }
 
+enum class Gps0 { inUserData, behindMovie };
+
+template <Gps0 where>
 ByteVector makeGps0(const DriveSeconds& drive) {
     ByteWriter places;
     ByteWriter accelerations;
@@ -200,6 +197,12 @@ ByteVector makeGps0(const DriveSeconds& drive) {
     }
     Mp4Plan plan = planOf(drive);
     plan.userData = {box("gps0", places.take()), box("gsen", accelerations.take())};
+    if (where == Gps0::behindMovie) {
+        for (const ByteVector& data : plan.userData) {
+            plan.trailer.insert(plan.trailer.end(), data.begin(), data.end());
+        }
+        plan.userData.clear();
+    }
     return buildMp4(plan);
 }
 
@@ -230,6 +233,7 @@ std::span<const FamilyMaker> boxMakers() {
          .clock = no},
         {.name = "ligo_skip_box", .family = ligo, .make = makeLigoBox},
         {.name = "ligo_trailer", .family = ligo, .make = makeLigoTrailer},
+        {.name = "ligo_starred_trailer", .family = ligo, .make = makeStarredLigoTrailer},
         {.name = "ligo_blocks", .family = ligo, .make = makeLigoBlocks},
         {.name = "ligo_enciphered", .family = "LIGOGPSINFO text", .make = makeEncipheredLigo},
         {.name = "ligo_shifted", .family = "LIGOGPSINFO text", .make = makeShiftedLigo},
@@ -243,7 +247,12 @@ std::span<const FamilyMaker> boxMakers() {
         {.name = "free_box", .family = "stamped lines", .make = makeFreeBox},
         {.name = "gps0_binary",
          .family = "packed records in a box",
-         .make = makeGps0,
+         .make = makeGps0<Gps0::inUserData>,
+         .speedGrid = 1,
+         .accelerationGrid = 1.0 / 16},
+        {.name = "gps0_behind_movie",
+         .family = "packed records in a box",
+         .make = makeGps0<Gps0::behindMovie>,
          .speedGrid = 1,
          .accelerationGrid = 1.0 / 16},
         {.name = "gps0_enciphered",

@@ -115,6 +115,20 @@ std::string rmc(const DriveSecond& second, char shift) {
     return sentence;
 }
 
+std::string ligoLine(const DriveSecond& second) {
+    const auto time = telemetry::civilFromMilliseconds(second.time * 1000);
+    char text[160];
+    std::snprintf(text, sizeof text,
+                  "%04d/%02d/%02d %02d:%02d:%02d %c:%.6f %c:%.6f %.2f km/h x:%+.3f y:%+.3f "
+                  "z:%+.3f A:%.2f H:%.1f",
+                  time.year, time.month, time.day, time.hour, time.minute,
+                  static_cast<int>(time.second), north(second),
+                  second.fix ? std::abs(second.latitude) : 0, east(second),
+                  second.fix ? std::abs(second.longitude) : 0, second.speed, second.right,
+                  second.forwards, second.up, second.heading, second.altitude);
+    return text;
+}
+
 std::string enciphered(const DriveSecond& second) {
     const auto time = telemetry::civilFromMilliseconds(second.time * 1000);
     std::string text(311, '\0');

@@ -51,6 +51,7 @@ ByteVector withTrack(const DriveSeconds& drive, std::string_view handler, std::s
 
 std::string rmc(const DriveSecond& second, char shift = 0);
 std::string enciphered(const DriveSecond& second);
+std::string ligoLine(const DriveSecond& second); // a record of LIGOGPSINFO without its counter
 // A freeGPS block of 0x4000 bytes around a body that starts at `at`.
 ByteVector blockAround(std::size_t at, const ByteVector& body);
 std::int64_t whole(double value);

@@ -32,17 +32,63 @@ void unit(ByteWriter& out, unsigned pid, const ByteVector& bytes) {
     }
 }
 
-ByteVector stream(const DriveSeconds& drive, unsigned pid, BlockOf content) {
+// A picture's packet with its time stamp in 1/90000 s.
+ByteVector pictureStart(std::uint64_t stamp) {
     ByteWriter out;
+    out.text(std::string_view("\0\0\1\xe0\0\0\x80\x80\5", 9));
+    out.u8(0x21 | (stamp >> 29 & 0x0e)).u16be((stamp >> 14 & 0xfffe) | 1);
+    return out.u16be((stamp << 1 & 0xfffe) | 1).padTo(184).take();
+}
+
+using UnitsOf = void (*)(ByteWriter& out, const DriveSecond& second);
+
+ByteVector streamOf(const DriveSeconds& drive, UnitsOf units) {
+    ByteWriter out;
+    std::uint64_t stamp = 126000;
     for (const DriveSecond& second : drive) {
         for (int i = 0; i < 20; ++i) {
-            packet(out, 0x0100, i == 0, ByteVector(184, static_cast<std::uint8_t>(i)));
+            packet(out, 0x0100, i == 0,
+                   i == 0 ? pictureStart(stamp) : ByteVector(184, static_cast<std::uint8_t>(i)));
         }
         for (int copy = 0; copy < second.written; ++copy) {
-            unit(out, pid, content(second));
+            units(out, second);
         }
+        stamp += 90000;
     }
     return out.take();
+}
+
+template <unsigned pid, BlockOf content>
+ByteVector stream(const DriveSeconds& drive) {
+    return streamOf(
+        drive, [](ByteWriter& out, const DriveSecond& second) { unit(out, pid, content(second)); });
+}
+
+ByteVector ligoHead(const DriveSecond&) {
+    return ByteWriter().text("LIGOGPSINFO").zeros(1).u32be(1).u32le(1).text("####").zeros(8).take();
+}
+
+ByteVector ligoRecord(const DriveSecond& second) {
+    return ByteWriter().u32le(1).text(ligoLine(second)).padTo(0x84).take();
+}
+
+// The head in one packet, the record's beginning there too, the rest in the next.
+ByteVector ligoCut(const DriveSeconds& drive) {
+    return streamOf(drive, [](ByteWriter& out, const DriveSecond& second) {
+        ByteWriter text;
+        text.zeros(100).text("LIGOGPSINFO").zeros(9).append(ligoRecord(second));
+        const ByteVector bytes = text.take();
+        packet(out, 0x0102, true, {bytes.begin(), bytes.begin() + 160});
+        packet(out, 0x0102, true, {bytes.begin() + 160, bytes.end()});
+    });
+}
+
+// What follows the head looks enciphered; the plain record stands in the next packet.
+ByteVector ligoBehind(const DriveSeconds& drive) {
+    return streamOf(drive, [](ByteWriter& out, const DriveSecond& second) {
+        unit(out, 0x0300, ligoHead(second));
+        unit(out, 0x0300, ligoRecord(second));
+    });
 }
 
 ByteVector row(const DriveSecond& second) {
@@ -85,20 +131,22 @@ std::span<const FamilyMaker> streamMakers() {
     static const std::vector<FamilyMaker> makers = {
         {.name = "stream_row",
          .family = family,
-         .make = [](const DriveSeconds& d) { return stream(d, 0x0300, row); },
+         .make = stream<0x0300, row>,
          .places = PlaceGrid::floatMinutes,
          .extension = ".TS"},
         {.name = "stream_lines",
          .family = family,
-         .make = [](const DriveSeconds& d) { return stream(d, 0x01e4, lines); },
+         .make = stream<0x01e4, lines>,
          .extension = ".TS"},
         {.name = "stream_rows",
          .family = family,
-         .make = [](const DriveSeconds& d) { return stream(d, 0x0e1b, rows); },
+         .make = stream<0x0e1b, rows>,
          .places = PlaceGrid::floatMinutes,
          .acceleration = Given::no,
          .clock = Given::no,
          .extension = ".TS"},
+        {.name = "stream_ligo_cut", .family = family, .make = ligoCut, .extension = ".TS"},
+        {.name = "stream_ligo_behind", .family = family, .make = ligoBehind, .extension = ".TS"},
     };
     return makers;
 }

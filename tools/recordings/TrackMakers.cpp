@@ -68,6 +68,47 @@ ByteVector ssmd32(const DriveSecond& second) {
     return out.u8(static_cast<std::uint64_t>(second.heading / 2)).padTo(32).take();
 }
 
+ByteVector ssmd32WithoutHeading(const DriveSecond& second) {
+    ByteVector record = ssmd32(second);
+    record[28] = 0xff;
+    return record;
+}
+
+ByteVector rvmiPlace(const DriveSecond& second) {
+    ByteWriter out;
+    out.text("gReV").i32le(second.fix ? whole(second.latitude * 1e6) : 0);
+    out.i32le(second.fix ? whole(second.longitude * 1e6) : 0).i16le(whole(second.speed * 10));
+    return out.u16le(static_cast<std::uint64_t>(second.heading / 2)).take();
+}
+
+ByteVector rvmiSensor(const DriveSecond& second) {
+    ByteWriter out;
+    out.text("sReV").i16le(whole(second.right * 1000)).i16le(whole(second.forwards * 1000));
+    return out.i16le(whole(second.up * 1000)).take();
+}
+
+ByteVector makeRvmi(const DriveSeconds& drive) {
+    Mp4Plan plan = planOf(drive);
+    TrackPlan places;
+    places.handler = "meta";
+    places.format = "RVMI";
+    TrackPlan sensors = places;
+    addSamples(drive, rvmiPlace, places);
+    addSamples(drive, rvmiSensor, sensors);
+    plan.tracks = {places, sensors};
+    return buildMp4(plan);
+}
+
+ByteVector tvxt(const DriveSecond& second) {
+    ByteWriter out;
+    out.zeros(40).f32le(second.right).f32le(second.forwards).f32le(second.up);
+    out.f32le(second.speed / 1.852);
+    const double known = second.fix ? 1 : 0;
+    out.f32le(std::copysign(latitudeMinutes(second), second.latitude) * known);
+    out.f32le(std::copysign(longitudeMinutes(second), second.longitude) * known);
+    return out.u32le(static_cast<std::uint64_t>(second.time)).padTo(72).take();
+}
+
 ByteVector ssmd40(const DriveSecond& second) {
     const auto time = telemetry::civilFromMilliseconds(second.time * 1000);
     ByteWriter out;
@@ -250,6 +291,26 @@ std::span<const FamilyMaker> trackMakers() {
          .family = "camera motion metadata",
          .make = [](const DriveSeconds& d) { return withTrack(d, "meta", "camm", camm); }},
         {.name = "ssmd_32", .family = "packed records", .make = makeSsmd32, .speedGrid = 1.852},
+        {.name = "ssmd_32_without_heading",
+         .family = "packed records",
+         .make =
+             [](const DriveSeconds& d) {
+                 return withTrack(d, "meta", "ssmd", ssmd32WithoutHeading);
+             },
+         .speedGrid = 1.852,
+         .heading = no,
+         .acceleration = no},
+        {.name = "rvmi",
+         .family = "fixed records",
+         .make = makeRvmi,
+         .placeGrid = 0.12,
+         .speedGrid = 0.1,
+         .clock = no},
+        {.name = "tvxt",
+         .family = "fixed records",
+         .make = [](const DriveSeconds& d) { return withTrack(d, "tvxt", "mp4s", tvxt); },
+         .places = PlaceGrid::floatMinutes,
+         .heading = no},
         {.name = "ssmd_40",
          .family = "packed records",
          .make = [](const DriveSeconds& d) { return withTrack(d, "meta", "ssmd", ssmd40); },
