@@ -23,16 +23,26 @@ bool isCardTable(const std::string& capitals) {
     return capitals.starts_with("GPSDATA") && capitals.ends_with(".TXT");
 }
 
+// "..._NF" and "..._NR" without their last letter: both cameras share the files "..._N".
+std::string withoutCamera(const std::string& stem) {
+    const std::string end = upper(stem.substr(stem.size() - std::min<std::size_t>(stem.size(), 3)));
+    const bool marked = end.size() == 3 && end[0] == '_' &&
+                        std::string_view("NEPM").find(end[1]) != std::string_view::npos &&
+                        (end[2] == 'F' || end[2] == 'R');
+    return marked ? stem.substr(0, stem.size() - 1) : stem;
+}
+
 class FileSiblings final : public Siblings {
   public:
     explicit FileSiblings(fs::path recording) : recording_(std::move(recording)) {}
 
     std::unique_ptr<ByteSource> withExtension(const std::string& extension) override {
-        fs::path path = recording_;
-        for (const std::string& spelling : {extension, upper(extension)}) {
-            path.replace_extension(spelling);
-            if (auto source = openFile(path.string())) {
-                return std::move(source.value());
+        const std::string whole = fs::path(recording_).replace_extension().string();
+        for (const std::string& stem : {whole, withoutCamera(whole)}) {
+            for (const std::string& spelling : {extension, upper(extension)}) {
+                if (auto source = openFile(stem + spelling)) {
+                    return std::move(source.value());
+                }
             }
         }
         return nullptr;

@@ -2,66 +2,90 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
+#include "telemetry/ClockEvidence.h"
 #include "telemetry/Geometry.h"
 #include "telemetry/Nmea.h"
+#include "telemetry/Pieces.h"
 
 namespace velmorant::telemetry {
 
 namespace {
 
-void readLine(std::string_view line, std::string_view recording, Collector& collector) {
-    const std::string_view named = field(line, 9);
+// Where the rows stand in the recording. Each names its recording, so the first is the first second
+// unless the recording's name has an earlier time: then rows are missing. The clock carries over
+// gaps; where it leaps the next row counts as the next second.
+class RowPlaces {
+  public:
+    RowPlaces(std::string_view recording, double duration)
+        : named_(timeInName(recording)), duration_(duration) {}
+
+    double next(double clock) {
+        const double step = clock - clock_;
+        if (!known(clock_)) {
+            place_ = named_ ? clock - static_cast<double>(*named_) : 0;
+            // A second or two is what the two need to look at the clock.
+            place_ = place_ > 2 && place_ < duration_ ? place_ : 0;
+        } else {
+            const double furthest = std::max(duration_, place_ + 1) + 2;
+            place_ += step >= 0 && place_ + step < furthest ? step : 1;
+        }
+        clock_ = known(clock) ? clock : clock_ + 1;
+        return place_;
+    }
+
+  private:
+    std::optional<std::int64_t> named_;
+    double duration_;
+    double clock_ = unknown;
+    double place_ = 0;
+};
+
+void readRow(std::string_view row, std::string_view recording, RowPlaces& places,
+             Collector& collector) {
+    const std::string_view named = field(row, 9);
     const std::size_t slash = named.find_last_of("/\\");
     if (named.substr(slash == std::string_view::npos ? 0 : slash + 1) != recording) {
         return;
     }
     Fix fix;
-    fix.state = field(line, 1) == "A" ? FixState::good : FixState::noFix;
-    const double seconds = decimal(field(line, 0));
+    fix.state = field(row, 1) == "A" ? FixState::good : FixState::noFix;
+    double seconds = decimal(field(row, 0));
     if (seconds > 315532800 && seconds < 4102444800) {
         fix.time = std::llround(seconds * 1000);
-        fix.base = TimeBase::utc;
+        fix.base = TimeBase::camera;
+    } else {
+        seconds = unknown;
     }
-    fix.latitude = decimal(field(line, 2));
-    fix.longitude = decimal(field(line, 3));
-    fix.heading = decimal(field(line, 4)) / 100;
-    fix.speed = decimal(field(line, 5)) / 100 * kmhPerMetrePerSecond;
+    fix.mediaTime = places.next(seconds);
+    fix.latitude = decimal(field(row, 2));
+    fix.longitude = decimal(field(row, 3));
+    fix.heading = decimal(field(row, 4)) / 100;
+    fix.speed = decimal(field(row, 5)) / 100 * kmhPerMetrePerSecond;
     collector.add(fix);
-    const Acceleration acceleration{decimal(field(line, 6)) / 100, decimal(field(line, 7)) / 100,
-                                    decimal(field(line, 8)) / 100};
+    const Acceleration acceleration{decimal(field(row, 6)) / 100, decimal(field(row, 7)) / 100,
+                                    decimal(field(row, 8)) / 100};
     if (std::isfinite(acceleration.x + acceleration.y + acceleration.z)) {
-        collector.addToLast(acceleration);
+        collector.add(fix.mediaTime, acceleration);
     }
 }
 
-// Line by line through one window, since a table covers many drives.
-void readTable(ByteSource& table, std::string_view recording, Collector& collector) {
-    constexpr std::size_t window = 65536;
-    std::string text(window, '\0');
-    std::string rest;
-    for (std::uint64_t at = 0; at < table.size(); at += window) {
-        const std::size_t got =
-            table.readAt(at, std::span(reinterpret_cast<std::uint8_t*>(text.data()), text.size()));
-        if (at == 0 && !text.starts_with("$V02")) {
-            return;
+void readTable(ByteSource& table, std::string_view recording, double duration,
+               Collector& collector) {
+    constexpr std::size_t longestRow = 1024;
+    RowPlaces places(recording, duration);
+    bool first = true;
+    forEachPiece(table, '\n', longestRow, [&](std::string_view row) {
+        if (std::exchange(first, false)) {
+            return row.starts_with("$V02");
         }
-        std::string_view left(text.data(), got);
-        for (std::size_t end = left.find('\n'); end != std::string_view::npos;
-             end = left.find('\n')) {
-            rest.append(left.substr(0, end));
-            while (!rest.empty() && rest.back() == '\r') {
-                rest.pop_back();
-            }
-            readLine(rest, recording, collector);
-            rest.clear();
-            left.remove_prefix(end + 1);
+        while (row.ends_with('\r')) {
+            row.remove_suffix(1);
         }
-        if (rest.size() + left.size() < window) {
-            rest.append(left); // a longer line is none of this table
-        }
-    }
-    readLine(rest, recording, collector);
+        readRow(row, recording, places, collector);
+        return true;
+    });
 }
 
 } // namespace
@@ -70,7 +94,7 @@ bool readCardTables(Recording& recording, Collector& collector) {
     const std::string& path = recording.input.name();
     const std::string name = path.substr(path.find_last_of("/\\") + 1);
     for (const auto& table : recording.siblings->cardTables()) {
-        readTable(*table, name, collector);
+        readTable(*table, name, recording.movie ? recording.movie->duration : 0, collector);
     }
     return !collector.empty();
 }

@@ -2,7 +2,9 @@
 // second, separated by commas:
 //   seconds since 1970, A or V, latitude, longitude, heading times 100, centimetres per second,
 //   x, y, z in hundredths of a g, name of the recording
-// Coordinates are decimal degrees. The lines that name this recording are taken.
+// Coordinates are decimal degrees. The lines that name this recording are taken. The seconds are
+// those of the recorder's own clock, which is set to local time: the names of two real recordings
+// show the same.
 #pragma once
 
 #include "telemetry/Collector.h"

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::size_t longestText = 4 << 20;
 constexpr std::size_t longestRecords = 2 << 20;
+constexpr std::size_t mostPerSecond = 1000; // accelerations between two sentences
 
 // "[1718188245123]" at the line's beginning, or unknown.
 double stampOf(std::string_view line) {
@@ -40,16 +41,37 @@ double firstPlace(double firstStamp, double start) {
     return place >= 0 && place < 180 ? place : 0;
 }
 
+// "$GSENSORD,0.060,-0.120,1.010": g. Recorders that write whole numbers count in a unit that
+// nothing tells.
+std::optional<Acceleration> readGsensor(std::string_view sentence) {
+    if (!sentence.starts_with("$GSENSORD,") || sentence.find('.') == std::string_view::npos) {
+        return std::nullopt;
+    }
+    sentence = sentence.substr(0, sentence.find('*'));
+    const Acceleration g{decimal(field(sentence, 1)), decimal(field(sentence, 2)),
+                         decimal(field(sentence, 3))};
+    return std::isfinite(g.x + g.y + g.z) ? std::optional(g) : std::nullopt;
+}
+
 void readLines(std::string_view text, double start, Collector& collector) {
     double first = unknown;
     double offset = 0;
     std::optional<Fix> held;
     double altitude = unknown;
+    std::vector<Acceleration> accelerations; // since the sentence that is held
     const auto flush = [&] {
         if (held) {
             held->altitude = altitude;
             collector.add(*held);
+            for (const Acceleration& acceleration : accelerations) {
+                if (known(held->mediaTime)) {
+                    collector.add(held->mediaTime, acceleration);
+                } else {
+                    collector.addToLast(acceleration);
+                }
+            }
         }
+        accelerations.clear();
         held.reset();
         altitude = unknown;
     };
@@ -67,6 +89,9 @@ void readLines(std::string_view text, double start, Collector& collector) {
             held = fix;
         } else if (const auto gga = readGga(sentence)) {
             altitude = gga->altitude;
+        } else if (const auto acceleration = readGsensor(sentence);
+                   acceleration && accelerations.size() < mostPerSecond) {
+            accelerations.push_back(*acceleration);
         }
     });
     flush();
