@@ -23,6 +23,14 @@ class SameBytes final : public Siblings {
         return tables;
     }
 
+    std::vector<std::unique_ptr<ByteSource>> inFolder(const std::string& extension) override {
+        std::vector<std::unique_ptr<ByteSource>> files;
+        files.push_back(std::make_unique<MemorySource>("other" + extension, bytes_));
+        return files;
+    }
+    // A front recording is read as any other, which the other families' fuzzing covers.
+    std::vector<std::string> frontRecordings() override { return {}; }
+
   private:
     std::vector<std::uint8_t> bytes_;
 };

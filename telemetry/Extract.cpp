@@ -135,6 +135,28 @@ void labelClock(const Recording& recording, std::int64_t creation, bool standard
     }
 }
 
+// Readings may reach beyond the length that the header tells, but one wrong time among them must not
+// make hours of a clip.
+void boundLength(const Recording& recording, Telemetry& telemetry) {
+    constexpr std::uint64_t bytesPerSecond = 16;
+    constexpr std::size_t secondsPerReading = 10;
+    const auto read = static_cast<std::size_t>(std::count_if(
+        telemetry.samples.begin(), telemetry.samples.end(), [](const Sample& sample) {
+            return sample.state != FixState::noReading || sample.hasAcceleration;
+        }));
+    const auto told = static_cast<std::size_t>(std::max(1.0, std::round(telemetry.duration)));
+    const auto held = static_cast<std::size_t>(recording.input.size() / bytesPerSecond);
+    const std::size_t most = std::max(told, std::min(held, read * secondsPerReading));
+    if (telemetry.samples.size() > most) {
+        recording.input.note(recording.input.error(
+            {}, 0,
+            "readings for " + std::to_string(telemetry.samples.size()) +
+                " s, more than the recording can hold: what lies beyond " + std::to_string(most) +
+                " s is left out"));
+        telemetry.samples.resize(most);
+    }
+}
+
 Telemetry finish(const Recording& recording, Collector& collector) {
     std::int64_t creation = 0;
     double duration = 0;
@@ -147,6 +169,7 @@ Telemetry finish(const Recording& recording, Collector& collector) {
     creation = std::max<std::int64_t>(creation, 0);
     const bool standard = collector.hasStandardTime();
     Telemetry telemetry = collector.finish(duration, creation);
+    boundLength(recording, telemetry);
     labelClock(recording, creation, standard, telemetry);
     if (collector.followedClock()) {
         recording.input.note(recording.input.error(
@@ -155,6 +178,21 @@ Telemetry finish(const Recording& recording, Collector& collector) {
             "clock was followed"));
     }
     return telemetry;
+}
+
+// Why a sound recording gives no telemetry, by what was looked for.
+std::string whatIsMissing(const Recording& recording) {
+    std::string tracks;
+    for (const MediaTrack& track : recording.movie->tracks) {
+        if (track.handler != code("vide") && track.handler != code("soun")) {
+            tracks += tracks.empty() ? "" : ", ";
+            tracks += codeText(track.format);
+        }
+    }
+    return (tracks.empty() ? "no telemetry track"
+                           : "no telemetry that is known in the track " + tracks) +
+           std::string(", no GPS block or box") +
+           (recording.siblings == nullptr ? "" : ", no file beside the recording that fits it");
 }
 
 Result<Telemetry> withoutTelemetry(const Recording& recording) {
@@ -179,6 +217,7 @@ Result<Telemetry> withoutTelemetry(const Recording& recording) {
     Collector none;
     Telemetry telemetry = finish(recording, none);
     telemetry.family = "none";
+    telemetry.notices.push_back(input.error({}, 0, whatIsMissing(recording)));
     return telemetry;
 }
 

@@ -3,6 +3,7 @@
 #include "telemetry/families/Camm.h"
 #include "telemetry/families/FixedRecords.h"
 #include "telemetry/families/FreeGps.h"
+#include "telemetry/families/FrontTrack.h"
 #include "telemetry/families/Gpmf.h"
 #include "telemetry/families/GpsBox.h"
 #include "telemetry/families/LigoText.h"
@@ -10,6 +11,7 @@
 #include "telemetry/families/PackedRecords.h"
 #include "telemetry/families/StampedLines.h"
 #include "telemetry/families/TextTracks.h"
+#include "telemetry/families/TrackFiles.h"
 #include "telemetry/families/TransportStream.h"
 #include "telemetry/families/UuidBox.h"
 
@@ -36,6 +38,8 @@ std::span<const Family> families() {
         {"packed records in a box", readGps0},
         {"freeGPS blocks without index", searchFreeGps},
         {"files beside the recording", readSidecars},
+        {"front recording", readFrontTrack},
+        {"track file beside the recording", readTrackFiles},
     };
     return table;
 }

@@ -1,6 +1,7 @@
 #include "telemetry/Movie.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace velmorant::telemetry {
 
@@ -118,18 +119,67 @@ double seconds(std::uint64_t units, std::uint32_t timescale) {
     return timescale == 0 ? 0 : static_cast<double>(units) / timescale;
 }
 
-// The picture's length is the recording's; a header of the whole often disagrees by the length of
-// its longest side track.
-double lengthOf(const Movie& movie, double headerLength) {
+// How many samples the track's own table can hold; nothing where it has none.
+std::optional<std::uint64_t> sampleCount(Input& input, const MediaTrack& track) {
+    const auto& box = track.sampleSizes ? track.sampleSizes : track.compactSizes;
+    if (!box) {
+        return std::nullopt;
+    }
+    // version and flags, the size of all samples (or none, or the width of an entry), their number
+    const Bytes head = input.peek(box->payload, 12);
+    const std::uint64_t claimed = head.u32be(8);
+    const std::uint32_t size = head.u32be(4);
+    std::uint64_t most = input.size();
+    if (track.sampleSizes && size > 0) {
+        most = input.size() / size;
+    } else if (track.sampleSizes) {
+        most = box->payloadSize / 4;
+    } else {
+        most = box->payloadSize * 2; // entries of half a byte
+    }
+    return std::min(claimed, most);
+}
+
+// The longest that the recording can be, in seconds, by what it holds. A header is a few bytes, and
+// one wrong bit among them makes a clip of a minute last for hours.
+double longestPossible(Input& input, const Movie& movie) {
+    constexpr double bytesPerSecond = 16; // no picture is smaller
+    constexpr double secondsPerSample = 10; // no recorder takes pictures more slowly
+    double longest = static_cast<double>(input.size()) / bytesPerSecond;
+    std::optional<std::uint64_t> samples;
     for (const MediaTrack& track : movie.tracks) {
-        const double length = seconds(track.duration, track.timescale);
-        if (track.handler == code("vide") && length > 0) {
-            return length;
+        if (const auto count = sampleCount(input, track)) {
+            samples = std::max(samples.value_or(0), *count);
         }
     }
-    double longest = headerLength;
+    if (samples) {
+        longest = std::min(longest, static_cast<double>(*samples) * secondsPerSample);
+    }
+    return longest;
+}
+
+// The picture's length is the recording's; a header of the whole often disagrees by the length of
+// its longest side track. What cannot be is passed over.
+double lengthOf(Input& input, const Movie& movie, double headerLength) {
+    const double most = longestPossible(input, movie);
+    const auto possible = [&](double length) { return length > 0 && length <= most; };
+    double longest = possible(headerLength) ? headerLength : 0;
+    double refused = headerLength - longest;
     for (const MediaTrack& track : movie.tracks) {
-        longest = std::max(longest, seconds(track.duration, track.timescale));
+        const double length = seconds(track.duration, track.timescale);
+        if (!possible(length)) {
+            refused = std::max(refused, length);
+        } else if (track.handler == code("vide")) {
+            longest = length;
+            break;
+        } else {
+            longest = std::max(longest, length);
+        }
+    }
+    if (refused > 0) {
+        input.note(input.error("moov", movie.box.offset,
+                               "a header claims " + std::to_string(std::llround(refused)) +
+                                   " s, more than the samples and the file's size allow"));
     }
     return longest;
 }
@@ -169,7 +219,7 @@ Result<Movie> readMovie(Input& input, const Box& moov) {
     if (movie.tracks.empty()) {
         return input.error("moov", moov.offset, "the movie header holds no track");
     }
-    movie.duration = lengthOf(movie, headerLength);
+    movie.duration = lengthOf(input, movie, headerLength);
     for (MediaTrack& track : movie.tracks) {
         track.movieLength = movie.duration;
     }

@@ -4,6 +4,8 @@
 #include <array>
 #include <filesystem>
 
+#include "telemetry/CameraNames.h"
+
 namespace velmorant::telemetry {
 
 namespace {
@@ -69,6 +71,54 @@ class FileSiblings final : public Siblings {
             folder = folder.parent_path();
         }
         return tables;
+    }
+
+    std::vector<std::unique_ptr<ByteSource>> inFolder(const std::string& extension) override {
+        constexpr std::size_t mostFiles = 64;
+        const std::string wanted = upper(extension);
+        const fs::path folder = recording_.parent_path();
+        std::vector<std::string> found;
+        std::error_code error;
+        for (fs::directory_iterator i(folder.empty() ? "." : folder, error), end;
+             !error && i != end && found.size() < mostFiles; i.increment(error)) {
+            if (upper(i->path().extension().string()) == wanted) {
+                found.push_back(i->path().string());
+            }
+        }
+        std::sort(found.begin(), found.end());
+        std::vector<std::unique_ptr<ByteSource>> files;
+        for (const std::string& path : found) {
+            if (auto source = openFile(path)) {
+                files.push_back(std::move(source.value()));
+            }
+        }
+        return files;
+    }
+
+    std::vector<std::string> frontRecordings() override {
+        const std::string rear = recording_.string();
+        const FrontPlaces places = frontPlacesOf(rear);
+        std::vector<std::string> found;
+        std::error_code error;
+        for (const std::string& path : places.paths) {
+            if (fs::is_regular_file(path, error)) {
+                found.push_back(path);
+            }
+        }
+        if (!found.empty()) {
+            return found; // listing a folder of thousands for each of them would cost more
+        }
+        for (const std::string& folder : places.folders) {
+            for (fs::directory_iterator i(folder.empty() ? "." : folder, error), end;
+                 !error && i != end; i.increment(error)) {
+                const std::string path = folder + i->path().filename().string();
+                if (namesPair(rear, path)) {
+                    found.push_back(path);
+                }
+            }
+        }
+        std::sort(found.begin(), found.end());
+        return found;
     }
 
   private:

@@ -17,6 +17,10 @@ class Siblings {
     virtual std::unique_ptr<ByteSource> withExtension(const std::string& extension) = 0;
     // Text files named GPSData*.txt in the recording's folder and up to two folders above it.
     virtual std::vector<std::unique_ptr<ByteSource>> cardTables() = 0;
+    // The files in the recording's folder that have the extension, sorted by name.
+    virtual std::vector<std::unique_ptr<ByteSource>> inFolder(const std::string& extension) = 0;
+    // Paths of the recordings that the front camera made of the same moment, as their names say.
+    virtual std::vector<std::string> frontRecordings() = 0;
 };
 
 // Whether a file of this name is one that a recorder keeps a track in.

@@ -2,6 +2,7 @@
 #include <functional>
 
 #include "tests/telemetry/Extraction.h"
+#include "tools/recordings/FamilyMakers.h"
 #include "tools/recordings/FreeGpsBlocks.h"
 
 namespace velmorant::telemetry {
@@ -139,6 +140,59 @@ TEST(BrokenRecordings, a_table_of_billions_is_refused_by_arithmetic) {
     }
 }
 
+// A number behind the marker's occurrence of this number, the first being 1.
+Bytes8 patchedAt(Bytes8 bytes, std::string_view marker, int occurrence, int after,
+                 std::uint32_t value) {
+    auto at = bytes.begin();
+    for (int i = 0; i < occurrence; ++i) {
+        at = std::search(at + (i == 0 ? 0 : 1), bytes.end(), marker.begin(), marker.end());
+        EXPECT_NE(at, bytes.end()) << marker;
+    }
+    for (int i = 0; i < 4; ++i) {
+        *(at + after + i) = static_cast<std::uint8_t>(value >> (24 - 8 * i));
+    }
+    return bytes;
+}
+
+TEST(BrokenRecordings, a_broken_length_or_time_makes_no_hours_of_a_clip) {
+    const auto drive = Driver({}, 70, 5).drive(morning, 30);
+    for (const char* layout : {"gpmf_gps5", "camm", "text_sentences_sbtl", "freegps_letters_28"}) {
+        const auto maker = std::find_if(familyMakers().begin(), familyMakers().end(),
+                                        [&](const auto& m) { return m.name == layout; });
+        ASSERT_NE(maker, familyMakers().end()) << layout;
+        const Bytes8 good = maker->make(drive);
+        const bool track = std::string_view(layout) != "freegps_letters_28";
+        std::vector<Bytes8> broken = {
+            patchedAt(good, "mdhd", 1, 20, 0x7fffffff),
+            patchedAt(good, "mdhd", 1, 16, 1), // one unit a second
+            patchedAt(patchedAt(good, "mdhd", 1, 20, 0x7fffffff), "mvhd", 1, 20, 0x7fffffff),
+        };
+        if (track) {
+            broken.push_back(patchedAt(good, "stts", 2, 16, 0x00ffffff));
+            broken.push_back(patchedAt(good, "mdhd", 2, 20, 0x7fffffff));
+            broken.push_back(patchedAt(good, "mdhd", 2, 16, 1));
+        }
+        for (std::size_t i = 0; i < broken.size(); ++i) {
+            const auto read = extractBytes(broken[i]);
+            if (read) {
+                EXPECT_LE(read.value().samples.size(), 400U) << layout << ' ' << i;
+            }
+        }
+    }
+}
+
+TEST(BrokenRecordings, a_length_that_cannot_be_is_told_and_another_taken) {
+    const auto maker = std::find_if(familyMakers().begin(), familyMakers().end(),
+                                    [](const auto& m) { return m.name == "gps_box"; });
+    const auto drive = Driver({}, 70, 5).drive(morning, 30);
+    const auto read = extractBytes(patchedAt(maker->make(drive), "mdhd", 1, 20, 0x7fffffff));
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read.value().samples.size(), 30U);
+    ASSERT_FALSE(read.value().notices.empty());
+    EXPECT_NE(read.value().notices[0].reason.find("more than the samples and the file's size"),
+              std::string::npos);
+}
+
 TEST(BrokenRecordings, a_missing_file_and_a_folder_cannot_be_read) {
     for (const char* path : {"/does/not/exist.mp4", "/tmp"}) {
         const auto read = extractFile(path);
@@ -152,6 +206,8 @@ TEST(PlainRecording, without_telemetry_gives_a_sample_for_every_second) {
     const auto read = extractBytes(plain(12.4));
     ASSERT_TRUE(read) << read.error().reason;
     EXPECT_EQ(read.value().family, "none");
+    ASSERT_EQ(read.value().notices.size(), 1U);
+    EXPECT_EQ(read.value().notices[0].reason, "no telemetry track, no GPS block or box");
     EXPECT_EQ(read.value().base, TimeBase::creation);
     ASSERT_EQ(read.value().samples.size(), 12U);
     for (std::size_t i = 0; i < 12; ++i) {
