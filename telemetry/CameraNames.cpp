@@ -66,12 +66,10 @@ std::string_view lastOf(std::string_view folder) {
 
 bool endsIn(std::string_view stem, const Marks& marks, const char* text) {
     const std::string_view mark(text);
-    if (stem.size() <= mark.size() ||
-        capitals(stem.substr(stem.size() - mark.size())) != mark) {
+    if (stem.size() <= mark.size() || capitals(stem.substr(stem.size() - mark.size())) != mark) {
         return false;
     }
-    return marks.before == Marks::Before::anything ||
-           isDigit(stem[stem.size() - mark.size() - 1]);
+    return marks.before == Marks::Before::anything || isDigit(stem[stem.size() - mark.size() - 1]);
 }
 
 std::string_view without(std::string_view text, const char* mark) {
@@ -80,11 +78,12 @@ std::string_view without(std::string_view text, const char* mark) {
 
 // A mark in the letters' own case: "_f" where the other camera's is "_r".
 std::string inCaseOf(std::string mark, std::string_view replaced) {
-    if (std::any_of(replaced.begin(), replaced.end(), [](char c) { return c >= 'a' && c <= 'z'; })) {
+    if (std::any_of(replaced.begin(), replaced.end(),
+                    [](char c) { return c >= 'a' && c <= 'z'; })) {
         const bool first = replaced[0] >= 'A' && replaced[0] <= 'Z';
         for (std::size_t i = first ? 1 : 0; i < mark.size(); ++i) {
-            mark[i] = mark[i] >= 'A' && mark[i] <= 'Z' ? static_cast<char>(mark[i] - 'A' + 'a')
-                                                       : mark[i];
+            mark[i] =
+                mark[i] >= 'A' && mark[i] <= 'Z' ? static_cast<char>(mark[i] - 'A' + 'a') : mark[i];
         }
     }
     return mark;
@@ -189,8 +188,7 @@ FrontPlaces frontPlacesOf(const std::string& rear) {
             }
         }
         if (folder != parts.folder) {
-            places.paths.push_back(folder + std::string(parts.stem) +
-                                   std::string(parts.extension));
+            places.paths.push_back(folder + std::string(parts.stem) + std::string(parts.extension));
         }
     }
     return places;

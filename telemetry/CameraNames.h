@@ -29,8 +29,9 @@ enum class Camera : std::uint8_t {
 Camera cameraOf(std::string_view path);
 
 // Whether the names say that both show the same moment: marks of one kind, the same folder but for
-// its own mark, and names that are the same but for the mark. Where both names hold a time it counts
-// instead of what else is in them: it may differ by up to two seconds, and counters as they like.
+// its own mark, and names that are the same but for the mark. Where both names hold a time it
+// counts instead of what else is in them: it may differ by up to two seconds, and counters as they
+// like.
 inline constexpr std::int64_t mostSecondsApart = 2;
 bool namesPair(std::string_view rear, std::string_view front);
 

@@ -135,24 +135,26 @@ void labelClock(const Recording& recording, std::int64_t creation, bool standard
     }
 }
 
-// Readings may reach beyond the length that the header tells, but one wrong time among them must not
-// make hours of a clip.
+// Readings may reach beyond the length that the header tells, but one wrong time among them must
+// not make hours of a clip.
 void boundLength(const Recording& recording, Telemetry& telemetry) {
-    constexpr std::uint64_t bytesPerSecond = 16;
+    constexpr double bytesPerSecond = 16;
     constexpr std::size_t secondsPerReading = 10;
-    const auto read = static_cast<std::size_t>(std::count_if(
-        telemetry.samples.begin(), telemetry.samples.end(), [](const Sample& sample) {
+    const auto read = static_cast<std::size_t>(
+        std::count_if(telemetry.samples.begin(), telemetry.samples.end(), [](const Sample& sample) {
             return sample.state != FixState::noReading || sample.hasAcceleration;
         }));
     const auto told = static_cast<std::size_t>(std::max(1.0, std::round(telemetry.duration)));
-    const auto held = static_cast<std::size_t>(recording.input.size() / bytesPerSecond);
+    const auto held = static_cast<std::size_t>(
+        recording.movie ? recording.movie->longest
+                        : static_cast<double>(recording.input.size()) / bytesPerSecond);
     const std::size_t most = std::max(told, std::min(held, read * secondsPerReading));
     if (telemetry.samples.size() > most) {
-        recording.input.note(recording.input.error(
-            {}, 0,
-            "readings for " + std::to_string(telemetry.samples.size()) +
-                " s, more than the recording can hold: what lies beyond " + std::to_string(most) +
-                " s is left out"));
+        recording.input.note(
+            recording.input.error({}, 0,
+                                  "readings for " + std::to_string(telemetry.samples.size()) +
+                                      " s, more than the recording can hold: what lies beyond " +
+                                      std::to_string(most) + " s is left out"));
         telemetry.samples.resize(most);
     }
 }

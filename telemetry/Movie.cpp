@@ -143,7 +143,7 @@ std::optional<std::uint64_t> sampleCount(Input& input, const MediaTrack& track) 
 // The longest that the recording can be, in seconds, by what it holds. A header is a few bytes, and
 // one wrong bit among them makes a clip of a minute last for hours.
 double longestPossible(Input& input, const Movie& movie) {
-    constexpr double bytesPerSecond = 16; // no picture is smaller
+    constexpr double bytesPerSecond = 16;   // no picture is smaller
     constexpr double secondsPerSample = 10; // no recorder takes pictures more slowly
     double longest = static_cast<double>(input.size()) / bytesPerSecond;
     std::optional<std::uint64_t> samples;
@@ -161,8 +161,7 @@ double longestPossible(Input& input, const Movie& movie) {
 // The picture's length is the recording's; a header of the whole often disagrees by the length of
 // its longest side track. What cannot be is passed over.
 double lengthOf(Input& input, const Movie& movie, double headerLength) {
-    const double most = longestPossible(input, movie);
-    const auto possible = [&](double length) { return length > 0 && length <= most; };
+    const auto possible = [&](double length) { return length > 0 && length <= movie.longest; };
     double longest = possible(headerLength) ? headerLength : 0;
     double refused = headerLength - longest;
     for (const MediaTrack& track : movie.tracks) {
@@ -219,6 +218,7 @@ Result<Movie> readMovie(Input& input, const Box& moov) {
     if (movie.tracks.empty()) {
         return input.error("moov", moov.offset, "the movie header holds no track");
     }
+    movie.longest = longestPossible(input, movie);
     movie.duration = lengthOf(input, movie, headerLength);
     for (MediaTrack& track : movie.tracks) {
         track.movieLength = movie.duration;

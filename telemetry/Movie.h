@@ -30,6 +30,7 @@ struct Movie {
     Box box;
     std::uint64_t creation = 0; // seconds since 1904-01-01, 0 when unknown
     double duration = 0;        // seconds, of the picture where there is one; 0 when unknown
+    double longest = 0;         // seconds that the samples and the file's size allow
     std::vector<MediaTrack> tracks;
     std::vector<Box> children; // of moov, without trak and mvhd
     std::vector<Box> userData; // children of moov/udta

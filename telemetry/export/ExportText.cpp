@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "telemetry/ClockEvidence.h"
 #include "telemetry/UtcTime.h"
 
 namespace velmorant::telemetry {
@@ -37,9 +38,12 @@ std::vector<std::vector<ExportPoint>> runsOf(const Telemetry& telemetry, Positio
             continue;
         }
         const bool raw = positions == Positions::raw;
+        // GPX leaves 180 degrees out; the same meridian has another name.
+        constexpr double written = 180 - 5e-8; // what is nearer is written as 180
         ExportPoint point{i, raw ? sample.rawLatitude : sample.latitude,
                           raw ? sample.rawLongitude : sample.longitude,
                           raw && known(sample.rawSpeed) ? sample.rawSpeed : sample.speed};
+        point.longitude = point.longitude >= written ? -180 : point.longitude;
         if (open && dateLine == DateLine::cut &&
             std::abs(point.longitude - runs.back().back().longitude) > 180) {
             open = false;
@@ -51,6 +55,16 @@ std::vector<std::vector<ExportPoint>> runsOf(const Telemetry& telemetry, Positio
         runs.back().push_back(point);
     }
     return runs;
+}
+
+std::string clockText(const Telemetry& telemetry) {
+    ClockEvidence clock = telemetry.clock;
+    clock.base = telemetry.base;
+    return describe(clock);
+}
+
+void appendTime(std::string& out, const Sample& sample, const Telemetry& telemetry) {
+    appendIsoTime(out, sample.time * 1000, telemetry.base == TimeBase::utc);
 }
 
 void appendIsoTime(std::string& out, std::int64_t milliseconds, bool withZone) {

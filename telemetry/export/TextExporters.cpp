@@ -33,6 +33,8 @@ class GeoJsonExporter final : public TrackExporter {
         appendJsonText(text, telemetry.family);
         text += ",\"timeBase\":";
         appendJsonText(text, name(telemetry.base));
+        text += ",\"clock\":";
+        appendJsonText(text, clockText(telemetry));
         using Append = std::function<void(const ExportPoint&, const Sample&)>;
         const auto values = [&](const char* key, const Append& append) {
             text += ",\"";
@@ -42,11 +44,13 @@ class GeoJsonExporter final : public TrackExporter {
                 append(point, telemetry.samples[point.second]);
             });
         };
-        values("times", [&](const ExportPoint&, const Sample& sample) {
-            text += '"';
-            appendIsoTime(text, sample.time * 1000, true);
-            text += '"';
-        });
+        if (telemetry.base != TimeBase::none) {
+            values("times", [&](const ExportPoint&, const Sample& sample) {
+                text += '"';
+                appendTime(text, sample, telemetry);
+                text += '"';
+            });
+        }
         values("speedsKmh",
                [&](const ExportPoint& point, const Sample&) { appendFixed(text, point.speed, 2); });
         values("headings", [&](const ExportPoint&, const Sample& sample) {
@@ -112,10 +116,10 @@ class CsvExporter final : public TrackExporter {
     CsvExporter(Positions positions, std::ostream& out) : positions_(positions), out_(out) {}
 
     void begin() override {
-        out_ << "recording,trip,second (s),time (UTC unless the base says otherwise),time base,fix,"
+        out_ << "recording,trip,second (s),time (UTC where it ends in Z),time base,fix,"
                 "fix reason,latitude (deg),longitude (deg),altitude (m),speed (km/h),"
                 "heading (deg),G x (g),G y (g),G z (g),G sum (g),strongest G (g),time recorded,"
-                "time recorded base\r\n";
+                "time recorded base,clock of the times\r\n";
     }
     void beginTrip(const std::string& title) override { trip_ = title; }
     void recording(const std::string& path, const Telemetry& telemetry) override {
@@ -123,12 +127,16 @@ class CsvExporter final : public TrackExporter {
         appendCell(prefix, path);
         prefix += ',';
         appendCell(prefix, trip_);
+        std::string clock = ",";
+        appendCell(clock, clockText(telemetry));
         std::string text;
         for (std::size_t i = 0; i < telemetry.samples.size(); ++i) {
             text += prefix;
             text += ',';
             appendInteger(text, static_cast<std::int64_t>(i));
             appendRow(text, telemetry.samples[i], telemetry.base);
+            text += clock;
+            text += "\r\n";
         }
         out_.write(text.data(), static_cast<std::streamsize>(text.size()));
     }
@@ -186,7 +194,6 @@ class CsvExporter final : public TrackExporter {
         }
         out += ',';
         out += sample.timeRecorded != noTime ? name(sample.recordedBase) : std::string_view();
-        out += "\r\n";
     }
 
     Positions positions_;

@@ -2,13 +2,15 @@
 // kept.
 //
 //   GPX 1.1   one "trk" per trip, a "trkseg" per unbroken run of fixes; speed (metres per second)
-//   and
-//             course in the track point extension, version 2
-//   KML 2.2   one "Placemark" per trip with a "gx:MultiTrack", a "gx:Track" per run
+//             and course in the track point extension, version 2
+//   KML 2.2   one "Placemark" per trip with a "gx:MultiTrack", a "gx:Track" per run; lines and
+//             points in a "MultiGeometry" where the recording has no time
 //   GeoJSON   (RFC 7946) one feature per recording: a MultiLineString, cut at the 180th meridian,
-//   its
-//             times, speeds, headings and G values beside it in the same shape
+//             its times, speeds, headings and G values beside it in the same shape
 //   CSV       (RFC 4180) a row per second, fix or not, names and units in the first row
+//
+// Times end in "Z" where they are UTC. Others stand as the clock showed them, without "Z", and a
+// comment, description, property or column says which clock that was.
 #pragma once
 
 #include <memory>

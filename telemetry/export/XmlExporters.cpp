@@ -51,6 +51,7 @@ class GpxExporter final : public Exporter {
     void recording(const std::string&, const Telemetry& telemetry) override {
         if (!described_) {
             described_ = true;
+            textElement("cmt", "Times: " + clockText(telemetry));
             textElement("src", "time base: " + std::string(name(telemetry.base)) + ", read from " +
                                    telemetry.family);
         }
@@ -88,7 +89,7 @@ class GpxExporter final : public Exporter {
         }
         if (telemetry.base != TimeBase::none) {
             text_ += "<time>";
-            appendIsoTime(text_, sample.time * 1000, true);
+            appendTime(text_, sample, telemetry);
             text_ += "</time>";
         }
         text_ += "<extensions><gpxtpx:TrackPointExtension><gpxtpx:speed>";
@@ -118,38 +119,74 @@ class KmlExporter final : public Exporter {
     void beginTrip(const std::string& title) override {
         text_ += "<Placemark>\n";
         textElement("name", title);
-        text_ += "<gx:MultiTrack>\n<gx:interpolate>0</gx:interpolate>\n";
     }
     void recording(const std::string&, const Telemetry& telemetry) override {
+        // Of times that count from nothing there is none to write; all of a trip have one base.
+        if (geometry_.empty()) {
+            textElement("description", "Times: " + clockText(telemetry));
+            const bool timed = telemetry.base != TimeBase::none;
+            geometry_ = timed ? "gx:MultiTrack" : "MultiGeometry";
+            text_ += '<' + geometry_ + ">\n";
+            text_ += timed ? "<gx:interpolate>0</gx:interpolate>\n" : "";
+        }
         for (const auto& run : runsOf(telemetry, positions_, DateLine::crossed)) {
-            text_ += "<gx:Track>\n";
-            for (const ExportPoint& point : run) {
-                text_ += "<when>";
-                appendIsoTime(text_, telemetry.samples[point.second].time * 1000, true);
-                text_ += "</when>\n";
+            if (telemetry.base == TimeBase::none) {
+                appendLine(run, telemetry);
+            } else {
+                appendTrack(run, telemetry);
             }
-            for (const ExportPoint& point : run) {
-                const double altitude = telemetry.samples[point.second].altitude;
-                text_ += "<gx:coord>";
-                appendFixed(text_, point.longitude, 7);
-                text_ += ' ';
-                appendFixed(text_, point.latitude, 7);
-                text_ += ' ';
-                appendFixed(text_, known(altitude) ? altitude : 0, 1);
-                text_ += "</gx:coord>\n";
-            }
-            text_ += "</gx:Track>\n";
         }
         flush();
     }
     void endTrip() override {
-        text_ += "</gx:MultiTrack>\n</Placemark>\n";
+        text_ += geometry_.empty() ? "" : "</" + geometry_ + ">\n";
+        text_ += "</Placemark>\n";
+        geometry_.clear();
         flush();
     }
     void end() override {
         text_ += "</Document>\n</kml>\n";
         flush();
     }
+
+  private:
+    void appendTrack(const std::vector<ExportPoint>& run, const Telemetry& telemetry) {
+        text_ += "<gx:Track>\n";
+        for (const ExportPoint& point : run) {
+            text_ += "<when>";
+            appendTime(text_, telemetry.samples[point.second], telemetry);
+            text_ += "</when>\n";
+        }
+        for (const ExportPoint& point : run) {
+            text_ += "<gx:coord>";
+            appendPlace(point, telemetry, ' ');
+            text_ += "</gx:coord>\n";
+        }
+        text_ += "</gx:Track>\n";
+    }
+    void appendLine(const std::vector<ExportPoint>& run, const Telemetry& telemetry) {
+        const char* element = run.size() == 1 ? "Point" : "LineString";
+        text_ += '<';
+        text_ += element;
+        text_ += "><coordinates>";
+        for (const ExportPoint& point : run) {
+            appendPlace(point, telemetry, ',');
+            text_ += '\n';
+        }
+        text_ += "</coordinates></";
+        text_ += element;
+        text_ += ">\n";
+    }
+    void appendPlace(const ExportPoint& point, const Telemetry& telemetry, char separator) {
+        const double altitude = telemetry.samples[point.second].altitude;
+        appendFixed(text_, point.longitude, 7);
+        text_ += separator;
+        appendFixed(text_, point.latitude, 7);
+        text_ += separator;
+        appendFixed(text_, known(altitude) ? altitude : 0, 1);
+    }
+
+    std::string geometry_; // the element around the trip's runs; empty before its first recording
 };
 
 } // namespace

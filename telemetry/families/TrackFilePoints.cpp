@@ -200,8 +200,7 @@ class SubtitleReader {
         const std::string lower = lowerCase(text);
         const auto set = [](double& value, double found) { value = known(found) ? found : value; };
         set(point_.latitude, firstKnown(lower, {"latitude", "lat"}));
-        set(point_.longitude,
-            firstKnown(lower, {"longitude", "longtitude", "lon", "long", "lng"}));
+        set(point_.longitude, firstKnown(lower, {"longitude", "longtitude", "lon", "long", "lng"}));
         set(point_.speed, numberBefore(lower, "km/h"));
         for (std::size_t at = 0; at + 19 <= text.size() && point_.time == noTime; ++at) {
             if (isDigit(text[at]) && (at == 0 || !isDigit(text[at - 1]))) {
@@ -226,8 +225,8 @@ void readIsoTime(std::string_view text, Fix& fix) {
         (text[10] != 'T' && text[10] != ' ') || text[13] != ':' || text[16] != ':') {
         return;
     }
-    CivilTime civil{parts[0], parts[1], parts[2], parts[3], parts[4],
-                    static_cast<double>(parts[5])};
+    CivilTime civil{parts[0], parts[1], parts[2],
+                    parts[3], parts[4], static_cast<double>(parts[5])};
     std::string_view rest = text.substr(19);
     if (rest.starts_with('.')) {
         std::size_t end = 1;
@@ -255,7 +254,8 @@ void readIsoTime(std::string_view text, Fix& fix) {
 void forEachGpxPoint(ByteSource& source, const VisitPoint& visit) {
     constexpr std::size_t longestPiece = 4096; // no text or tag that counts is longer
     GpxReader reader(visit);
-    forEachPiece(source, '>', longestPiece, [&](std::string_view text) { return reader.piece(text); });
+    forEachPiece(source, '>', longestPiece,
+                 [&](std::string_view text) { return reader.piece(text); });
 }
 
 void forEachSubtitlePoint(ByteSource& source, const VisitPoint& visit) {

@@ -24,8 +24,7 @@ struct Start {
 
 std::vector<Start> startsOf(const Recording& recording, double duration) {
     std::vector<Start> starts;
-    const double since1904 =
-        recording.movie ? static_cast<double>(recording.movie->creation) : 0;
+    const double since1904 = recording.movie ? static_cast<double>(recording.movie->creation) : 0;
     const double creation = since1904 - static_cast<double>(secondsFrom1904To1970);
     if (creation > 0) {
         for (const TimeBase base : {TimeBase::utc, TimeBase::camera}) {
@@ -102,8 +101,7 @@ class TrackFile {
         if (best == starts_.size() || !survey.fits[best].half(duration_)) {
             return false;
         }
-        return take(file, points, survey.placed ? nullptr : &starts_[best],
-                    starts_[best].by);
+        return take(file, points, survey.placed ? nullptr : &starts_[best], starts_[best].by);
     }
 
   private:
@@ -141,8 +139,7 @@ class TrackFile {
     std::size_t bestOf(const Survey& survey) const {
         std::size_t best = starts_.size();
         for (std::size_t i = 0; i < starts_.size(); ++i) {
-            if (survey.fits[i].seconds >
-                (best == starts_.size() ? 0 : survey.fits[best].seconds)) {
+            if (survey.fits[i].seconds > (best == starts_.size() ? 0 : survey.fits[best].seconds)) {
                 best = i;
             }
         }
@@ -150,8 +147,7 @@ class TrackFile {
     }
 
     // Without a start the points' own places count.
-    bool take(ByteSource& file, ForEachPoint points, const Start* start,
-              const std::string& how) {
+    bool take(ByteSource& file, ForEachPoint points, const Start* start, const std::string& how) {
         Fit taken;
         points(file, [&](const Fix& point) {
             Fix fix = point;

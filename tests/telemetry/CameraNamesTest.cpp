@@ -51,7 +51,7 @@ TEST(CameraNames, pair_the_recordings_of_one_moment) {
 
 TEST(CameraNames, do_not_pair_other_recordings) {
     const std::pair<const char*, const char*> others[] = {
-        {"/c/20240612_103048_R.MP4", "/c/20240612_103045_F.MP4"},  // three seconds apart
+        {"/c/20240612_103048_R.MP4", "/c/20240612_103045_F.MP4"},   // three seconds apart
         {"/c/20240612_103045_NR.MP4", "/c/20240612_103045_EF.MP4"}, // another mode
         {"/c/20240612_103045_R.MP4", "/d/20240612_103045_F.MP4"},
         {"/c/0001_R.MP4", "/c/0002_F.MP4"},

@@ -217,9 +217,59 @@ TEST(CsvExport, has_a_row_for_every_second_and_as_many_cells_as_the_heading) {
         ++rows;
     }
     EXPECT_EQ(rows, 41U);
-    EXPECT_EQ(width, 19U);
+    EXPECT_EQ(width, 20U);
     EXPECT_THAT(csv, HasSubstr("\"card/a & \"\"b\"\" <c>, d.MP4\""));
     EXPECT_EQ(countOf(csv, ",no,no fix,"), 10U);
+}
+
+TEST(EveryExport, writes_a_time_that_is_not_utc_without_z_and_says_what_it_is) {
+    Telemetry telemetry = telemetryOf({});
+    for (const TimeBase base : {TimeBase::utc, TimeBase::camera, TimeBase::creation}) {
+        telemetry.base = base;
+        telemetry.clock.base = base;
+        telemetry.clock.minutesAheadOfUtc =
+            base == TimeBase::camera ? std::optional(480) : std::nullopt;
+        for (Sample& sample : telemetry.samples) {
+            sample.recordedBase = base;
+        }
+        const char* says = base == TimeBase::utc      ? "UTC"
+                           : base == TimeBase::camera ? "own clock, 8 h ahead of UTC"
+                                                      : "counted from the creation time";
+        for (const ExportFormat format :
+             {ExportFormat::gpx, ExportFormat::kml, ExportFormat::geoJson, ExportFormat::csv}) {
+            const std::string text = exported(format, telemetry);
+            const std::regex zoned(R"(T\d\d:\d\d:\d\dZ)");
+            const std::regex time(R"(T\d\d:\d\d:\d\d[<",])");
+            EXPECT_EQ(std::regex_search(text, zoned), base == TimeBase::utc);
+            EXPECT_EQ(std::regex_search(text, time), base != TimeBase::utc);
+            EXPECT_THAT(text, HasSubstr(says));
+        }
+    }
+}
+
+TEST(EveryExport, writes_no_time_where_there_is_none) {
+    Telemetry telemetry = telemetryOf({});
+    telemetry.base = TimeBase::none;
+    for (Sample& sample : telemetry.samples) {
+        sample.time -= morning;
+        sample.timeRecorded = noTime;
+    }
+    for (const ExportFormat format :
+         {ExportFormat::gpx, ExportFormat::kml, ExportFormat::geoJson, ExportFormat::csv}) {
+        const std::string text = exported(format, telemetry);
+        EXPECT_EQ(text.find("1970-"), std::string::npos);
+        EXPECT_THAT(text, HasSubstr("no clock"));
+    }
+    EXPECT_EQ(countOf(exported(ExportFormat::kml, telemetry), "<LineString>"), 2U);
+}
+
+TEST(GpxExport, has_no_longitude_of_180_degrees) {
+    Telemetry telemetry = telemetryOf({});
+    telemetry.samples[3].longitude = 179.99999999;
+    telemetry.samples[4].longitude = 180;
+    const std::string gpx = exported(ExportFormat::gpx, telemetry);
+    EXPECT_EQ(gpx.find("lon=\"180"), std::string::npos);
+    EXPECT_EQ(countOf(gpx, "lon=\"-180.0000000\""), 2U);
 }
 
 TEST(RawExport, keeps_what_is_not_believed) {

@@ -75,9 +75,9 @@ TEST_F(FrontTrack, is_taken_by_a_rear_recording_of_the_same_moment) {
         expectAcceleration(read.value(), drive_);
         EXPECT_EQ(read.value().base, extractFile(front).value().base) << rear;
         ASSERT_EQ(read.value().notices.size(), 1U) << rear;
-        EXPECT_THAT(describe(read.value().notices[0]),
-                    HasSubstr("front recording " + front + " (stamped lines), which starts "
-                              "together with it"));
+        EXPECT_THAT(describe(read.value().notices[0]), HasSubstr("front recording " + front +
+                                                                 " (stamped lines), which starts "
+                                                                 "together with it"));
     }
 }
 

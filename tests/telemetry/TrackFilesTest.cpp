@@ -157,9 +157,9 @@ TEST_F(TrackFiles, subtitles_of_the_recordings_name_are_read) {
     std::ostringstream srt;
     srt.precision(10);
     for (std::size_t i = 0; i < drive_.size(); ++i) {
-        srt << cueOf(i, "\r\n") << "2024-06-12 18:30:" << 45 + i % 15 << "\r\n[latitude: "
-            << drive_[i].latitude << "] [longitude: " << drive_[i].longitude << "] "
-            << drive_[i].speed << " km/h\r\n\r\n";
+        srt << cueOf(i, "\r\n") << "2024-06-12 18:30:" << 45 + i % 15
+            << "\r\n[latitude: " << drive_[i].latitude << "] [longitude: " << drive_[i].longitude
+            << "] " << drive_[i].speed << " km/h\r\n\r\n";
     }
     write("20240612_183045.srt", srt.str());
     expectTrack("placed by its subtitles: points for 30 of 30 seconds");
