@@ -3,8 +3,8 @@
 
 #include <filesystem>
 #include <fstream>
-#include <unistd.h>
 
+#include "tests/builders/TemporaryFolder.h"
 #include "tests/telemetry/Extraction.h"
 #include "tools/recordings/FamilyMakers.h"
 
@@ -20,18 +20,12 @@ namespace fs = std::filesystem;
 class FrontTrack : public testing::Test {
   protected:
     void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  (std::string("front-") +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name() + "-" +
-                   std::to_string(::getpid()));
-        fs::remove_all(folder_);
         drive_ = Driver({}, 70, 5).drive(morning, 30);
         loseFix(drive_, 10, 14);
     }
-    void TearDown() override { fs::remove_all(folder_); }
 
     std::string write(const std::string& name, const ByteVector& bytes) const {
-        const fs::path path = folder_ / name;
+        const fs::path path = m_folder / name;
         fs::create_directories(path.parent_path());
         std::ofstream(path, std::ios::binary)
             .write(reinterpret_cast<const char*>(bytes.data()),
@@ -49,7 +43,8 @@ class FrontTrack : public testing::Test {
         return write(name, buildMp4(plan));
     }
 
-    fs::path folder_;
+    const builders::TemporaryFolder m_temporary;
+    const fs::path m_folder = m_temporary.path();
     DriveSeconds drive_;
 };
 

@@ -4,10 +4,10 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <unistd.h>
 
 #include "telemetry/export/TrackExporter.h"
 #include "telemetry/families/TrackFilePoints.h"
+#include "tests/builders/TemporaryFolder.h"
 #include "tests/telemetry/Extraction.h"
 #include "tools/recordings/FamilyMakers.h"
 
@@ -53,26 +53,19 @@ std::string cueOf(std::size_t second, const char* lineEnd) {
 class TrackFiles : public testing::Test {
   protected:
     void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  (std::string("trackfiles-") +
-                   ::testing::UnitTest::GetInstance()->current_test_info()->name() + "-" +
-                   std::to_string(::getpid()));
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
         drive_ = Driver({}, 70, 5).drive(morning, 30);
         writeRecording("20240612_183045.MP4", morning);
     }
-    void TearDown() override { fs::remove_all(folder_); }
 
     void writeRecording(const std::string& name, std::int64_t creation) {
         Mp4Plan plan = making::planOf(drive_);
         plan.creation = creation;
         const ByteVector bytes = buildMp4(plan);
-        recording_ = folder_ / name;
+        recording_ = m_folder / name;
         write(name, std::string(bytes.begin(), bytes.end()));
     }
     void write(const std::string& name, const std::string& text) const {
-        std::ofstream(folder_ / name, std::ios::binary)
+        std::ofstream(m_folder / name, std::ios::binary)
             .write(text.data(), static_cast<std::streamsize>(text.size()));
     }
     Telemetry read() const {
@@ -95,7 +88,9 @@ class TrackFiles : public testing::Test {
         EXPECT_THAT(describe(track.notices[0]), HasSubstr(notice));
     }
 
-    fs::path folder_, recording_;
+    const builders::TemporaryFolder m_temporary;
+    const fs::path m_folder = m_temporary.path();
+    fs::path recording_;
     DriveSeconds drive_;
 };
 
@@ -103,7 +98,7 @@ class TrackFiles : public testing::Test {
 
 TEST_F(TrackFiles, gpx_of_the_recordings_name_is_read) {
     write("20240612_183045.gpx", gpxOf(drive_));
-    expectTrack("this one is from " + (folder_ / "20240612_183045.gpx").string() +
+    expectTrack("this one is from " + (m_folder / "20240612_183045.gpx").string() +
                 ", placed by the creation time: points for 30 of 30 seconds");
     const Telemetry track = read();
     EXPECT_EQ(track.base, TimeBase::utc);
