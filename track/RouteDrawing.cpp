@@ -72,8 +72,7 @@ std::size_t RouteDrawing::drawEach(const std::vector<std::int32_t>& numbers,
 }
 
 void RouteDrawing::drawOne(std::int32_t number, const std::function<void()>& afterDot) {
-    const std::shared_ptr<clsDot> track =
-        m_needs.state.loadedTracks.find(number);
+    const std::shared_ptr<clsDot> track = m_needs.state.loadedTracks.find(number);
     if (track == nullptr)
         return;
     RouteSender sender(m_needs.page, m_needs.waits, number, [this] { return m_cancelled; });

@@ -104,8 +104,8 @@ frmSendData::Next frmSendData::extract(int row, Mode mode) {
         try {
             takeTrackFile(row, mode);
         } catch (const StepError& error) {
-            noteFailure(
-                row, {TrackReason::Kind::NoTrack, "track-file", 0, boundedLine(error.what())});
+            noteFailure(row,
+                        {TrackReason::Kind::NoTrack, "track-file", 0, boundedLine(error.what())});
         }
         break;
     case ExtractorRun::Outcome::TimedOut:

@@ -402,7 +402,8 @@ TEST_F(frmSendDataTest, an_ill_formed_track_file_is_a_run_time_error) {
     ASSERT_EQ(messages.shown.size(), 1u);
     EXPECT_EQ(messages.shown[0].text, "103045.MP4\n<reason.trackFile>");
     EXPECT_THAT(list.row(1).notice, HasSubstr("not well-formed"));
-    EXPECT_THAT(list.row(1).notice, Not(HasSubstr(trackFile))) << "a file that is nobody's business";
+    EXPECT_THAT(list.row(1).notice, Not(HasSubstr(trackFile)))
+        << "a file that is nobody's business";
 }
 
 TEST_F(frmSendDataTest, a_temporary_folder_that_cannot_be_made_is_a_run_time_error) {
