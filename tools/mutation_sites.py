@@ -78,6 +78,9 @@ def squeezed(text):
 
 def mutant(file, text, start, end, replacement):
     first = text.rfind("\n", 0, start) + 1
+    if replacement == ";":
+        # A dropped statement is told from others like it by the line before it.
+        first = text.rfind("\n", 0, max(first - 1, 0)) + 1
     last = text.find("\n", end)
     last = len(text) if last < 0 else last
     return Mutant(file, text.count("\n", 0, start) + 1, start, end, replacement,

@@ -12,8 +12,8 @@ def changes(code):
 
 def results(line):
     """What becomes of a statement's line inside of a function."""
-    return {one.after for one in mutants_of("room/file.cpp", "void f() {\n" + line + "\n}\n")
-            if one.line == 2}
+    return {one.after.removeprefix("void f() { ")
+            for one in mutants_of("room/file.cpp", "void f() {\n" + line + "\n}\n") if one.line == 2}
 
 
 class Sites(unittest.TestCase):
@@ -43,6 +43,11 @@ class Sites(unittest.TestCase):
     def test_drops_statements_of_lambdas_and_cases(self):
         self.assertIn("g([&] { ; });", results("g([&] { h(); });"))
         self.assertIn("case Kind::A: ; break;", results("case Kind::A: h(); break;"))
+
+    def test_tells_dropped_statements_by_the_line_before(self):
+        found = changes("void f() {\n    if (g())\n        return;\n    h();\n}\n")
+        self.assertIn(("if (g()) return;", "if (g()) ;"), found)
+        self.assertIn(("return; h();", "return; ;"), found)
 
     def test_drops_a_statement_of_several_lines_as_one(self):
         self.assertEqual(results("call(first,\n     second);"), {";"})

@@ -346,6 +346,53 @@ TEST_F(frmUpdateTest, is_abandoned_when_the_window_closes_and_repeated_by_the_ne
     EXPECT_TRUE(folder.has("config.mp4"));
 }
 
+TEST_F(frmUpdateTest, does_nothing_more_once_it_was_closed_whatever_was_next) {
+    serveCatalogue(catalogueText("2", {{"a.txt", "a", "1"}}));
+    frmUpdate update(needs());
+    update.Open(UpdateOpening::Automatic);
+    transfer.answer();
+    ASSERT_TRUE(startLoad.enabled());
+    update.Close();
+    EXPECT_FALSE(startLoad.enabled());
+
+    update.Open(UpdateOpening::Automatic);
+    transfer.answer();
+    timers.advance(100);
+    ASSERT_TRUE(allLoad.enabled());
+    update.Close();
+    EXPECT_FALSE(allLoad.enabled());
+
+    serveCatalogue(catalogueText("2", {}));
+    run(update);
+    ASSERT_TRUE(close.enabled());
+    const int closes = window.closes;
+    update.Close();
+    EXPECT_FALSE(close.enabled());
+    timers.advance(10'000);
+    EXPECT_EQ(window.closes, closes + 1);
+    update.Close();
+    EXPECT_EQ(window.closes, closes + 1);
+}
+
+TEST_F(frmUpdateTest, begins_every_run_with_empty_bars_and_its_title) {
+    serveCatalogue(catalogueText("2", {{"a.txt", "a", "1"}}));
+    serve("a", "new");
+    frmUpdate update(needs());
+    run(update);
+    update.Close();
+    progress.sums.clear();
+    progress.singles.clear();
+    update.Load(UpdateOpening::OnRequest);
+    EXPECT_EQ(window.caption, "<update.title>");
+    EXPECT_EQ(progress.status, "<update.checking>");
+    EXPECT_THAT(progress.sums, ElementsAre(std::make_pair(0, 0)));
+    ASSERT_EQ(progress.singles.size(), 1U);
+    EXPECT_EQ(progress.singles[0].first, 0);
+    EXPECT_EQ(update.sumValue(), 0);
+    EXPECT_EQ(update.sumMaximum(), 0);
+    EXPECT_FALSE(update.firstDownloadDone());
+}
+
 TEST_F(frmUpdateTest, leaves_the_folder_to_another_update_of_it) {
     ProgramTree other(folder.path());
     ASSERT_EQ(other.lock(), TreeLock::Taken);

@@ -30,6 +30,10 @@ TEST(ProgramPath, takes_names_of_program_files_with_either_slash) {
                               "console",
                               "com",
                               "com10.txt",
+                              "coma",
+                              "com/1",
+                              "lpt",
+                              "xcom1",
                               "nulls.txt",
                               "sub/config.txt",
                               "\xe8\xaa\xaa\xe6\x98\x8e.txt",
@@ -94,6 +98,34 @@ TEST(ProgramPath, refuses_what_is_no_text) {
     EXPECT_FALSE(taken(deep + "x"));
 }
 
+TEST(ProgramPath, takes_the_first_and_last_sign_of_every_length_of_utf_8) {
+    for (const char* local :
+         {"\xc2\x80", "\xdf\xbf", "\xe0\xa0\x80", "\xed\x9f\xbf", "\xee\x80\x80", "\xef\xbf\xbf",
+          "\xf0\x90\x80\x80", "\xf4\x8f\xbf\xbf"})
+        EXPECT_TRUE(taken(local)) << local;
+    for (const char* local :
+         {"\x80", "\xbf", "\xc1\xbf", "\xc2", "\xc2\x41", "\xe0\x9f\xbf", "\xe0\xa0",
+          "\xed\xbf\xbf", "\xf0\x8f\xbf\xbf", "\xf0\x90\x80", "\xf4\x90\x80\x80", "a\xc2\xc2"})
+        EXPECT_FALSE(taken(local)) << local;
+}
+
+TEST(ProgramPath, takes_200_bytes_in_a_component_and_16_components_and_no_more) {
+    EXPECT_TRUE(taken(std::string(200, 'a')));
+    EXPECT_FALSE(taken(std::string(201, 'a')));
+    std::string deep;
+    for (int i = 0; i < 15; ++i)
+        deep += "d/";
+    EXPECT_TRUE(taken(deep + "x"));
+    EXPECT_FALSE(taken(deep + "d/x"));
+}
+
+TEST(ProgramPath, refuses_control_signs_up_to_the_blank_alone) {
+    EXPECT_FALSE(taken("a\x1f"));
+    EXPECT_FALSE(taken("a\x01z"));
+    EXPECT_TRUE(taken("a z"));
+    EXPECT_TRUE(taken("a\x7e"));
+}
+
 TEST(ProgramPath, refuses_what_belongs_to_the_user_or_to_the_update) {
     for (const char* local : {"config.mp4",
                               "CONFIG.MP4",
@@ -115,6 +147,9 @@ TEST(ProgramPath, refuses_what_belongs_to_the_user_or_to_the_update) {
                               "skin/.x",
                               "a.txt.part~",
                               "Velmorant DVR Tools.old",
+                              "Velmorant DVR Tools.next",
+                              "skin/x.OLD",
+                              ".mp4",
                               "skin.mp4"})
         EXPECT_FALSE(taken(local)) << local;
 }

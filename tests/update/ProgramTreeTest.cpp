@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <sys/stat.h>
 
@@ -64,10 +65,44 @@ TEST_F(ProgramTreeTest, removes_a_file_that_was_not_finished) {
 }
 
 TEST_F(ProgramTreeTest, publishes_a_long_group_by_itself) {
-    for (int i = 0; i < 1000; ++i)
-        tree.add(tree.beginFile(ProgramPath::own("f" + std::to_string(i))));
+    const auto add = [this](int number) {
+        tree.add(tree.beginFile(ProgramPath::own("f" + std::to_string(number))));
+    };
+    for (int i = 0; i < 999; ++i)
+        add(i);
+    EXPECT_FALSE(folder.has("f0"));
+    add(999);
     EXPECT_TRUE(folder.has("f0"));
     EXPECT_TRUE(folder.has("f999"));
+    add(1000);
+    EXPECT_FALSE(folder.has("f1000"));
+}
+
+TEST_F(ProgramTreeTest, publishes_a_large_group_by_itself) {
+    const std::string half(std::size_t{32} << 20, 'x');
+    const auto add = [this](const char* name, std::string_view text) {
+        auto file = tree.beginFile(ProgramPath::own(name));
+        file->write(std::as_bytes(std::span(text)));
+        tree.add(std::move(file));
+    };
+    add("first", half);
+    add("second", std::string_view(half).substr(1));
+    EXPECT_FALSE(folder.has("first"));
+    add("third", "x");
+    EXPECT_TRUE(folder.has("first"));
+    EXPECT_TRUE(folder.has("third"));
+}
+
+TEST_F(ProgramTreeTest, publishes_a_group_of_many_folders_by_itself) {
+    const auto add = [this](int number) {
+        tree.add(tree.beginFile(ProgramPath::own("d" + std::to_string(number) + "/f")));
+    };
+    for (int i = 0; i < 198; ++i)
+        add(i);
+    EXPECT_FALSE(folder.has("d0/f"));
+    add(198);
+    EXPECT_TRUE(folder.has("d0/f"));
+    EXPECT_TRUE(folder.has("d198/f"));
 }
 
 TEST_F(ProgramTreeTest, writes_a_file_twice_in_one_group) {
@@ -168,6 +203,41 @@ TEST_F(ProgramTreeTest, keeps_an_old_version_beside_and_puts_it_back) {
     tree.renameFile(ProgramPath::own("program.old"), ProgramPath::own("program"));
     EXPECT_EQ(folder.read("program"), "one");
     EXPECT_FALSE(folder.has("program.old"));
+}
+
+TEST_F(ProgramTreeTest, leaves_no_file_or_folder_open) {
+    const auto open = [] {
+        return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+    };
+    folder.write("a/program", "one");
+    const auto before = open();
+    put("a/b", "text");
+    put("new/folder/c", "text");
+    (void)tree.readFile(ProgramPath::own("a/b"), 10);
+    (void)tree.readFile(ProgramPath::own("a/none"), 10);
+    (void)tree.digestOf(ProgramPath::own("a/b"));
+    tree.keepBeside(ProgramPath::own("a/program"), ProgramPath::own("a/program.old"));
+    tree.copyRights(ProgramPath::own("a/program"), ProgramPath::own("a/b"));
+    tree.renameFile(ProgramPath::own("a/program.old"), ProgramPath::own("a/program"));
+    EXPECT_EQ(tree.lock(), TreeLock::Taken);
+    tree.unlock();
+    EXPECT_EQ(open(), before);
+}
+
+TEST_F(ProgramTreeTest, tells_the_systems_reason_where_it_is_no_link) {
+    EXPECT_THAT(errorOf([&] { put(std::string(300, 'x') + "/y", "text"); }), HasSubstr("too long"));
+    EXPECT_THAT(errorOf([&] { put(std::string(300, 'x'), "text"); }), HasSubstr("too long"));
+}
+
+TEST_F(ProgramTreeTest, copies_the_rights_of_a_file) {
+    folder.write("from", "one");
+    folder.write("to", "two");
+    std::filesystem::permissions(folder.path("from"), std::filesystem::perms{0754});
+    tree.copyRights(ProgramPath::own("from"), ProgramPath::own("to"));
+    EXPECT_EQ(std::filesystem::status(folder.path("to")).permissions(),
+              std::filesystem::perms{0754});
+    EXPECT_THAT(errorOf([&] { tree.copyRights(ProgramPath::own("none"), ProgramPath::own("to")); }),
+                HasSubstr("none: there is no such file"));
 }
 
 TEST_F(ProgramTreeTest, is_locked_by_one_update_at_a_time) {
