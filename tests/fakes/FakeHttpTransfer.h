@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ports/HttpTransfer.h"
+#include "tests/fakes/IgnoringCase.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -18,9 +19,10 @@ class FakeHttpTransfer : public HttpTransfer {
     struct Answer {
         int code = 200;
         std::string body;
-        std::map<std::string, std::string> headers; ///< without "Content-Length": none is sent
-        bool refused = false;                       ///< error before any response
-        bool breaks = false;                        ///< error after the body
+        /// Without "Content-Length" none is sent; the case of names does not matter.
+        std::map<std::string, std::string, IgnoringCase> headers;
+        bool refused = false; ///< error before any response
+        bool breaks = false;  ///< error after the body
     };
 
     void setPort(int number) override { port = number; }
@@ -70,8 +72,10 @@ class FakeHttpTransfer : public HttpTransfer {
         m_state(TransferState::ResponseCompleted);
         const std::size_t request = requests.size();
         const auto goesOn = [&] { return m_delivering && requests.size() == request; };
-        while (goesOn() && m_fetched < m_answer.body.size())
+        while (goesOn() && m_fetched < m_answer.body.size()) {
+            ++dataEvents;
             m_data();
+        }
         if (goesOn() && m_answer.breaks)
             m_state(TransferState::Error);
         else if (goesOn())
@@ -89,6 +93,7 @@ class FakeHttpTransfer : public HttpTransfer {
     std::vector<std::size_t> sizes; ///< of the chunks asked for
     int port = 0;
     int cancels = 0;
+    int dataEvents = 0; ///< with which data came
 
   private:
     Answer m_answer;

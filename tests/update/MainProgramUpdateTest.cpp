@@ -119,6 +119,10 @@ TEST_F(MainProgramUpdateTest, does_nothing_without_a_main_program) {
     EXPECT_EQ(run(), MainProgramResult::NothingToDo);
     folder.write("update/remote.mp4", "");
     EXPECT_EQ(run(), MainProgramResult::NothingToDo);
+    // An entry behind the number of entries is none.
+    folder.write("update/remote.mp4", "[config]\nmainv=2\nmainall=1\n[NO0]\nLOCAL=a.txt\n"
+                                      "[NO1]\nLOCAL=QVMP4.EXE\nREMOTE=main\nVERSION=1\n");
+    EXPECT_EQ(run(), MainProgramResult::NothingToDo);
     EXPECT_TRUE(host.started.empty());
 }
 

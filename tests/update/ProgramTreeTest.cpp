@@ -155,6 +155,17 @@ TEST_F(ProgramTreeTest, replaces_neither_a_folder_nor_a_pipe) {
     EXPECT_EQ(folder.read("sub/x"), "kept");
 }
 
+TEST_F(ProgramTreeTest, replaces_no_link_that_was_made_meanwhile) {
+    outside.write("target", "kept");
+    auto file = tree.beginFile(ProgramPath::own("a"));
+    file->write(bytes("bad"));
+    std::filesystem::create_symlink(outside.path("target"), folder.path("a"));
+    tree.add(std::move(file));
+    EXPECT_THAT(errorOf([&] { tree.publish(); }), HasSubstr("link"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder.path("a")));
+    EXPECT_EQ(outside.read("target"), "kept");
+}
+
 TEST_F(ProgramTreeTest, drops_the_rest_of_a_group_after_a_failure) {
     auto first = tree.beginFile(ProgramPath::own("first"));
     auto second = tree.beginFile(ProgramPath::own("second"));
@@ -221,6 +232,7 @@ TEST_F(ProgramTreeTest, leaves_no_file_or_folder_open) {
     tree.renameFile(ProgramPath::own("a/program.old"), ProgramPath::own("a/program"));
     EXPECT_EQ(tree.lock(), TreeLock::Taken);
     tree.unlock();
+    tree.publish();
     EXPECT_EQ(open(), before);
 }
 
