@@ -1,6 +1,5 @@
 #include "tests/settings/UpdateRun.h"
 #include "update/Sha256.h"
-#include "update/catalogueSignature.h"
 
 #include <gmock/gmock.h>
 
@@ -134,48 +133,6 @@ TEST_F(frmUpdateTest, reads_a_body_of_untold_length_to_its_end_and_keeps_the_max
     EXPECT_EQ(folder.read("a.txt"), std::string(5000, 'y'));
     EXPECT_EQ(update.singleMaximum(), static_cast<std::int64_t>(text.size()));
 }
-
-struct Fault {
-    const char* name;
-    fakes::FakeHttpTransfer::Answer answer;
-};
-
-class frmUpdateFaultTest : public UpdateRun, public testing::WithParamInterface<Fault> {};
-
-TEST_P(frmUpdateFaultTest, leaves_the_old_file_and_the_old_catalogue_and_closes_silently) {
-    folder.write("config.mp4", catalogueText("1", {}));
-    folder.write("a.txt", "old");
-    folder.write("b.txt", "old");
-    serveCatalogue(catalogueText("2", {{"b.txt", "b", "1"}, {"a.txt", "a", "1"}}));
-    serve("b", "new");
-    transfer.answers[base + "a"] = GetParam().answer;
-    frmUpdate update(needs());
-    run(update);
-    EXPECT_EQ(folder.read("a.txt"), "old");
-    EXPECT_EQ(folder.read("b.txt"), "new");
-    EXPECT_EQ(folder.read("config.mp4"), catalogueText("1", {}));
-    EXPECT_FALSE(folder.has("a.txt.part~"));
-    EXPECT_EQ(window.closes, 1);
-    EXPECT_TRUE(messageBox.shown.empty());
-
-    serve("a", "new");
-    run(update);
-    EXPECT_EQ(folder.read("a.txt"), "new");
-    EXPECT_EQ(Catalogue(folder.read("config.mp4")).mainVersion(), "2");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    answers, frmUpdateFaultTest,
-    testing::Values(Fault{"refused", {0, "", {}, true, false}},
-                    Fault{"missing", {404, "gone", {{"Content-Length", "4"}}, false, false}},
-                    Fault{"broken_server", {500, "", {}, false, false}},
-                    Fault{"ends_early", {200, "ne", {{"Content-Length", "3"}}, false, false}},
-                    Fault{"too_long", {200, "newer", {{"Content-Length", "3"}}, false, false}},
-                    Fault{"breaks", {200, "ne", {{"Content-Length", "3"}}, false, true}},
-                    Fault{"breaks_without_length", {200, "ne", {}, false, true}},
-                    Fault{"senseless_length",
-                          {200, "new", {{"Content-Length", "-3"}}, false, false}}),
-    [](const auto& parameter) { return parameter.param.name; });
 
 TEST_F(frmUpdateTest, asks_for_the_main_program_and_starts_the_updater) {
     for (const char* name : {"QVMP4.EXE", "qvmp4.exe", "velmorant dvr tools"}) {
@@ -400,43 +357,6 @@ TEST_F(frmUpdateTest, leaves_the_folder_to_another_update_of_it) {
     run(update, UpdateOpening::OnRequest);
     EXPECT_EQ(messageBox.shown.back().text, "<update.running>");
     EXPECT_TRUE(transfer.requests.empty());
-}
-
-class frmUpdateSignatureTest : public UpdateRun {
-  protected:
-    frmUpdateNeeds signedNeeds() {
-        frmUpdateNeeds wanted = needs();
-        wanted.publicKey = key.publicKey;
-        return wanted;
-    }
-
-    const SigningKey key = makeSigningKey();
-    const std::string text = catalogueText("2", {{"a.txt", "a", "1"}});
-};
-
-TEST_F(frmUpdateSignatureTest, takes_a_catalogue_that_is_signed) {
-    serveCatalogue(text);
-    serve("update/remote.rar.sig", signCatalogue(key.privatePem, text) + "\n");
-    serve("a", "new");
-    frmUpdate update(signedNeeds());
-    run(update);
-    EXPECT_EQ(folder.read("a.txt"), "new");
-    EXPECT_EQ(folder.read("config.mp4"), text);
-}
-
-TEST_F(frmUpdateSignatureTest, refuses_a_catalogue_that_is_unsigned_or_signed_by_another) {
-    serve("a", "new");
-    serveCatalogue(text);
-    frmUpdate update(signedNeeds());
-    run(update);
-    EXPECT_FALSE(folder.has("a.txt"));
-    serve("update/remote.rar.sig", signCatalogue(makeSigningKey().privatePem, text));
-    run(update);
-    EXPECT_FALSE(folder.has("a.txt"));
-    serve("update/remote.rar.sig", signCatalogue(key.privatePem, text + " "));
-    run(update);
-    EXPECT_FALSE(folder.has("a.txt"));
-    EXPECT_FALSE(folder.has("config.mp4"));
 }
 
 } // namespace
