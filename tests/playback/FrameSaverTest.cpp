@@ -34,6 +34,7 @@ class FrameSaverTest : public PlayerFixture {
             state.currentTrack->SetDot("1970/1/1 00:00:10", "", 0, i, "121.5", "25.25", 0, 90, 0, 0,
                                        0);
         player.openRecording("/card/20121009/103045.MP4");
+        controls.finishOpening(120);
         controls.state = PlayState::Playing;
         controls.position = 65.4;
     }
