@@ -26,9 +26,12 @@ InstallerStep::Result InstallerStep::run(const std::string& locale) {
     if (!present.empty() && present != notChosen)
         return Result::AlreadyChosen;
     trapErrors([&] { ensureFolder(m_files, m_paths, folderOf(m_paths, path)); });
-    const std::int32_t code = languageOfLocale(lowerCase(locale)).code();
-    const IniFileWrite written = configuration.writeKey("mainv", std::to_string(code));
+    const IniFileWrite written = configuration.writeKey("mainv", languageCode(locale));
     return written == IniFileWrite::Kept ? Result::Written : Result::NotWritten;
+}
+
+std::string InstallerStep::languageCode(const std::string& locale) {
+    return std::to_string(languageOfLocale(lowerCase(locale)).code());
 }
 
 std::string messagesLocale(const EnvironmentLookup& environment) {

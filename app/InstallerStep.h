@@ -19,7 +19,9 @@ class InstallerStep {
 
     /// Writes the code of the locale's language as "mainv" when it is missing, empty or 1003; makes
     /// the file's folder when it is missing.
-    Result run(const std::string& locale);
+    [[nodiscard]] Result run(const std::string& locale);
+    /// What run() writes: the program takes it for one run where it could not be written.
+    static std::string languageCode(const std::string& locale);
 
   private:
     ProfileFunctions& m_profile;

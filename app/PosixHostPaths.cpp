@@ -1,7 +1,6 @@
 #include "app/PosixHostPaths.h"
 
 #include <algorithm>
-#include <pwd.h>
 #include <unistd.h>
 #include <utility>
 
@@ -11,15 +10,6 @@ namespace {
 
 constexpr const char* programName = "velmorant-dvr-tools";
 
-bool isAbsolute(const std::optional<std::string>& path) {
-    return path && !path->empty() && path->front() == '/';
-}
-
-std::string homeOfUser() {
-    const passwd* user = ::getpwuid(::getuid());
-    return user != nullptr && user->pw_dir != nullptr ? user->pw_dir : "/";
-}
-
 } // namespace
 
 PosixHostPaths::PosixHostPaths(EnvironmentLookup environment, std::string programFolder)
@@ -27,9 +17,8 @@ PosixHostPaths::PosixHostPaths(EnvironmentLookup environment, std::string progra
 
 std::string PosixHostPaths::globalConfigurationFile() const {
     const std::optional<std::string> windows = m_environment("windir");
-    const std::string folder = windows && !windows->empty()
-                                   ? *windows
-                                   : join(userFolder("XDG_CONFIG_HOME", ".config"), programName);
+    const std::string folder =
+        windows && !windows->empty() ? *windows : programsOwn("XDG_CONFIG_HOME", ".config");
     return join(folder, "system32/qvconfig.mp4");
 }
 
@@ -40,11 +29,11 @@ std::string PosixHostPaths::programFile(const std::string& relative) const {
 std::string PosixHostPaths::writableProgramFile(const std::string& relative) const {
     if (programFolderIsWritable())
         return programFile(relative);
-    return join(join(userFolder("XDG_DATA_HOME", ".local/share"), programName), relative);
+    return join(programsOwn("XDG_DATA_HOME", ".local/share"), relative);
 }
 
 std::string PosixHostPaths::temporaryFolder() const {
-    return join(join(userFolder("XDG_CACHE_HOME", ".cache"), programName), "VelmorantDVRtempFile");
+    return workingFolder(m_environment);
 }
 
 std::string PosixHostPaths::executable(const std::string& relative) const {
@@ -81,13 +70,9 @@ bool PosixHostPaths::programFolderIsWritable() const {
     return ::access(m_programFolder.c_str(), W_OK) == 0;
 }
 
-std::string PosixHostPaths::userFolder(const std::string& variable,
-                                       const std::string& belowHome) const {
-    const std::optional<std::string> folder = m_environment(variable);
-    if (isAbsolute(folder))
-        return *folder;
-    const std::optional<std::string> home = m_environment("HOME");
-    return join(isAbsolute(home) ? *home : homeOfUser(), belowHome);
+std::string PosixHostPaths::programsOwn(const std::string& variable,
+                                        const std::string& belowHome) const {
+    return join(userFolder(m_environment, variable, belowHome), programName);
 }
 
 } // namespace velmorant

@@ -1,16 +1,12 @@
 #pragma once
 
+#include "common/userFolders.h"
 #include "ports/HostPaths.h"
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace velmorant {
-
-/// Looks up an environment variable; absent when it is not set.
-using EnvironmentLookup = std::function<std::optional<std::string>(const std::string&)>;
 
 /// Host paths of a POSIX system, by the XDG base directories; a base directory that is not absolute
 /// counts as not set. The separator is "/"; several in a row count as one, one at the end as none.
@@ -33,7 +29,8 @@ class PosixHostPaths : public HostPaths {
     bool programFolderIsWritable() const;
 
   private:
-    std::string userFolder(const std::string& variable, const std::string& belowHome) const;
+    /// This program's folder in one of the user's base folders.
+    std::string programsOwn(const std::string& variable, const std::string& belowHome) const;
 
     EnvironmentLookup m_environment;
     std::string m_programFolder;

@@ -21,6 +21,9 @@ namespace {
 constexpr const char* failureText = "System resource lost,please reboot or re-setup";
 constexpr const char* failureTitle = "system information";
 
+/// The default of "mainv", which stands for no language: the table has no texts for it.
+constexpr const char* notChosenLanguage = "1003";
+
 constexpr int informationTitle = 3000;
 constexpr int controlBandHeight = 209; // pixels
 
@@ -60,12 +63,11 @@ StartUpResult StartUp::run(const std::string& commandLine) {
                                 MessageStyle::Stop);
         return StartUpResult::Failed;
     }
-    if (!m_defaultsKept)
+    if (!m_notKept.empty())
         trapErrors([&] {
-            m_needs.messageBox.show(m_needs.texts.addition("configuration.notKept") + '\n' +
-                                        m_needs.paths.globalConfigurationFile(),
-                                    m_needs.texts.byOffset(informationTitle),
-                                    MessageStyle::Information);
+            m_needs.messageBox.show(
+                m_needs.texts.addition("configuration.notKept") + '\n' + m_notKept,
+                m_needs.texts.byOffset(informationTitle), MessageStyle::Information);
         });
     return StartUpResult::Running;
 }
@@ -81,31 +83,52 @@ void StartUp::runInstaller(const std::string& commandLine) {
 
 void StartUp::readConfiguration() {
     const std::string path = m_needs.paths.globalConfigurationFile();
-    m_defaultsKept = true;
-    // A folder without rights must not keep the program from starting with what it can read.
-    if (!m_needs.files.fileExists(path)) {
-        const StepOutcome created = trapErrors([&] {
-            ensureFolder(m_needs.files, m_needs.paths, folderOf(m_needs.paths, path));
-            m_needs.files.createEmptyFile(path);
-        });
-        m_defaultsKept = created == StepOutcome::Done;
-    }
+    m_notKept = createConfiguration(path);
     IniFile configuration(m_needs.profile);
     configuration.open(path, "config");
     const auto read = [&](const std::string& key, const std::string& defaultValue) {
         std::string value = configuration.readKey(key);
         if (!equalsIgnoringCase(value, ""))
-            return value;
-        if (configuration.writeKey(key, defaultValue) == IniFileWrite::NotKept)
-            m_defaultsKept = false;
-        return defaultValue;
+            return ReadValue{value, Kept::Yes};
+        if (configuration.writeKey(key, defaultValue) == IniFileWrite::Kept)
+            return ReadValue{defaultValue, Kept::Yes};
+        if (m_notKept.empty())
+            m_notKept = path;
+        return ReadValue{defaultValue, Kept::No};
     };
-    const std::string language = read("mainv", "1003");
-    const std::string area = read("Area", "2021");
-    const std::string unit = read("Unit", "1001");
-    m_needs.settings.setLanguage(toInt32(language));
-    readTimeZone(area);
-    m_needs.settings.setUnit(toInt32(unit));
+    const ReadValue language = read("mainv", notChosenLanguage);
+    const ReadValue area = read("Area", "2021");
+    const ReadValue unit = read("Unit", "1001");
+    useLanguage(language, path);
+    readTimeZone(area.text);
+    m_needs.settings.setUnit(toInt32(unit.text));
+}
+
+/// A folder without rights must not keep the program from starting with what it can read: the
+/// answer is the reason, empty when the file is there.
+std::string StartUp::createConfiguration(const std::string& path) {
+    if (m_needs.files.fileExists(path))
+        return {};
+    try {
+        ensureFolder(m_needs.files, m_needs.paths, folderOf(m_needs.paths, path));
+        m_needs.files.createEmptyFile(path);
+        return {};
+    } catch (const StepError& error) {
+        return error.what();
+    }
+}
+
+void StartUp::useLanguage(const ReadValue& language, const std::string& path) {
+    if (language.text != notChosenLanguage || m_needs.languageForThisRun.empty()) {
+        m_needs.settings.setLanguage(toInt32(language.text));
+        // That this default has no texts would only be what follows from it.
+        if (language.kept == Kept::No)
+            throw StepError(m_notKept == path ? path + ": cannot be written" : m_notKept);
+        return;
+    }
+    m_needs.settings.setLanguage(toInt32(m_needs.languageForThisRun));
+    if (m_notKept.empty())
+        m_notKept = path;
 }
 
 void StartUp::readTimeZone(const std::string& area) {

@@ -27,6 +27,8 @@ struct StartUpNeeds {
     BandContainer& playerBands; ///< of frmChild, with the band "MediaControl"
     BandContainer& frameBands;  ///< of frmMain, with the band "ControlBand"
     StartUpWindows& windows;
+    /// The language's code where the configuration has none and cannot be given one; "" for none.
+    std::string languageForThisRun;
 };
 
 enum class StartUpResult {
@@ -49,12 +51,21 @@ class StartUp {
     void readConfiguration();
 
   private:
+    enum class Kept { Yes, No };
+    struct ReadValue {
+        std::string text;
+        Kept kept; ///< whether the configuration holds it
+    };
+
     void runInstaller(const std::string& commandLine);
+    [[nodiscard]] std::string createConfiguration(const std::string& path);
+    void useLanguage(const ReadValue& language, const std::string& path);
     void readTimeZone(const std::string& area);
     void showWindows();
 
     StartUpNeeds m_needs;
-    bool m_defaultsKept = true; ///< every default that was missing has been written
+    /// Why the configuration does not keep what this run uses, or its path; "" when it does.
+    std::string m_notKept;
 };
 
 /// "8:00" gives 480, "-5:00" gives -300. Throws StepError for a text that is no time of day.

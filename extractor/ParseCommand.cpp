@@ -41,20 +41,16 @@ std::string absolute(const std::string& path) {
 
 } // namespace
 
-int runParse(const std::vector<std::string>& arguments, const Environment& environment,
+int runParse(const std::vector<std::string>& arguments, const EnvironmentLookup& environment,
              std::string& errors) {
     const std::string path = joined(arguments);
     if (path.empty()) {
         errors += "usage: Parse RECORDING\n";
         return wrongUse;
     }
-    const auto folder = temporaryFolder(environment);
-    if (!folder) {
-        report(errors, "no temporary folder: HOME is not set");
-        return noAccess;
-    }
-    if (const auto problem = makePrivateFolder(*folder)) {
-        report(errors, notWritten(*folder, problem));
+    const std::string folder = workingFolder(environment);
+    if (const auto problem = makePrivateFolder(folder)) {
+        report(errors, notWritten(folder, problem));
         return noAccess;
     }
     const auto deadline = std::chrono::steady_clock::now() + timeToRead;
@@ -68,7 +64,7 @@ int runParse(const std::vector<std::string>& arguments, const Environment& envir
             report(errors, "note: " + describe(notice));
         }
     }
-    const auto problem = writeTrackFile(*folder + "/output.kml", absolute(path), outcome);
+    const auto problem = writeTrackFile(folder + "/output.kml", absolute(path), outcome);
     if (problem) {
         report(errors, *problem);
         return noAccess;

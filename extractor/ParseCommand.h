@@ -1,8 +1,8 @@
 // The extractor's command line: Parse PATH
 //
-// Writes the track file "output.kml" of the recording PATH into the temporary folder; a path that
-// arrives in several arguments is joined by single blanks. It ends within 20 seconds with what it
-// has read by then. Exit codes:
+// Writes the track file "output.kml" of the recording PATH into the working folder (workingFolder);
+// a path that arrives in several arguments is joined by single blanks. It ends within 20 seconds
+// with what it has read by then. Exit codes:
 //   0  the track file holds the recording's samples
 //   1  the recording cannot be used: the track file holds the reason, the error output one line
 //   2  wrong use
@@ -14,13 +14,13 @@
 #include <string>
 #include <vector>
 
-#include "extractor/TemporaryFolder.h"
+#include "common/userFolders.h"
 
 namespace velmorant::telemetry {
 
 // What belongs on the error output is appended to `errors`, one line each: setting up the standard
 // streams would take a part of the time that a recording takes.
-int runParse(const std::vector<std::string>& arguments, const Environment& environment,
+int runParse(const std::vector<std::string>& arguments, const EnvironmentLookup& environment,
              std::string& errors);
 
 } // namespace velmorant::telemetry

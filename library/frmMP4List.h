@@ -111,6 +111,7 @@ class frmMP4List {
     PlayQueue& queue() { return m_queue; }
 
     void SaveRecordingList() { m_file.SaveRecordingList(m_needs.list); }
+    void RemoveSavedList() { m_file.remove(); } ///< no new instance has come to read it
 
     const RecordingList& list() const { return m_needs.list; }
     const RowView& view() const { return m_view; } ///< the rows' numbered texts

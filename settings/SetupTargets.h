@@ -12,6 +12,7 @@ class SetupTargets {
     /// not be kept.
     virtual bool writeConfiguration(const std::string& key, const std::string& value) = 0;
     virtual void saveRecordingList() = 0; ///< writes the list's hand-over file
+    virtual void removeSavedList() = 0;   ///< nobody is going to read the hand-over file
     virtual void redrawChart() = 0;       ///< in the new speed unit
     virtual void endProgram() = 0;        ///< asks nothing
 };

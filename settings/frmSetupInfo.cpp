@@ -115,6 +115,8 @@ frmSetupInfo::Applied frmSetupInfo::restart() {
     const int result = m_needs.shell.execute(
         "open", m_needs.paths.executable("Velmorant DVR Tools"), "", "", ShowWindow::Normal);
     if (result < leastSuccess) {
+        // Nobody is going to read the list; a later start must not find it.
+        trapErrors([&] { m_needs.targets.removeSavedList(); });
         // Ending now would take the user's list away with nothing in its place.
         trapErrors([&] {
             m_needs.messageBox.show(m_needs.texts.addition("program.notStarted") + '\n' +

@@ -11,10 +11,10 @@ cd "${1:-$(dirname "$0")/..}"
 # the system's own file interface, "openssl" for its libcrypto; the standard library is open to all.
 # What tests, measures and drives the rooms may include any.
 rules='
-common: common
+common: common os
 ports: ports
 telemetry: telemetry os
-extractor: extractor telemetry os
+extractor: extractor telemetry common os
 recordings: recordings ports common
 track: track recordings ports common
 library: library recordings ports common

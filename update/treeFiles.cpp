@@ -11,11 +11,6 @@
 
 namespace velmorant {
 
-OwnedDescriptor::~OwnedDescriptor() {
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
-}
-
 void throwTreeError(const std::string& path, const std::string& reason) {
     throw StepError(path + ": " +
                     (reason.empty() ? std::generic_category().message(errno) : reason));

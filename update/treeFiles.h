@@ -1,32 +1,12 @@
 #pragma once
 
+#include "common/OwnedDescriptor.h"
 #include "update/ProgramPath.h"
 
 #include <functional>
 #include <string>
-#include <utility>
 
 namespace velmorant {
-
-/// A file descriptor that is closed with its owner.
-class OwnedDescriptor {
-  public:
-    explicit OwnedDescriptor(int descriptor = -1) : m_descriptor(descriptor) {}
-    ~OwnedDescriptor();
-    OwnedDescriptor(OwnedDescriptor&& other) noexcept
-        : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
-    OwnedDescriptor& operator=(OwnedDescriptor&& other) noexcept {
-        std::swap(m_descriptor, other.m_descriptor);
-        return *this;
-    }
-
-    int get() const { return m_descriptor; }
-    bool valid() const { return m_descriptor >= 0; }
-    int release() { return std::exchange(m_descriptor, -1); }
-
-  private:
-    int m_descriptor;
-};
 
 /// "PATH: REASON" of the present errno, or of `reason`.
 [[noreturn]] void throwTreeError(const std::string& path, const std::string& reason = {});

@@ -1,5 +1,6 @@
 #include "xml/ExpatDocument.h"
 
+#include "common/FileReplacement.h"
 #include "common/StepError.h"
 #include "xml/ExpatBuilder.h"
 
@@ -259,24 +260,7 @@ std::string ExpatDocument::serialized() const {
 }
 
 void ExpatDocument::save(const std::string& path) {
-    const std::string contents = serialized();
-    const std::filesystem::path beside = pathOf(path + ".new");
-    std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-    if (!file)
-        fail(path, std::string("cannot be written: ") + std::strerror(errno));
-    file.write(contents.data(), static_cast<std::streamsize>(contents.size()));
-    file.close();
-    std::error_code error;
-    if (file.fail()) {
-        std::filesystem::remove(beside, error);
-        fail(path, "cannot be written to its end");
-    }
-    std::filesystem::rename(beside, pathOf(path), error);
-    if (error) {
-        const std::string reason = error.message();
-        std::filesystem::remove(beside, error);
-        fail(path, "cannot be written: " + reason);
-    }
+    replaceFile(path, serialized());
 }
 
 } // namespace velmorant

@@ -1,8 +1,8 @@
 #include "desktop/player/ExifFrameWriter.h"
 
+#include "common/FileReplacement.h"
 #include "common/StepError.h"
 #include "common/textRules.h"
-#include "desktop/system/FileReplacement.h"
 
 #include <QBuffer>
 #include <QDateTime>
@@ -104,9 +104,7 @@ void ExifFrameWriter::saveFrame(const std::string& path, const FrameDetails& det
     buffer.open(QIODevice::WriteOnly);
     if (!image.save(&buffer, png ? "PNG" : "JPEG", png ? -1 : jpegQuality))
         throw StepError(path + ": the picture cannot be encoded");
-    FileReplacement file(path);
-    file.write(withDetails(bytes, details));
-    file.commit();
+    replaceFile(path, withDetails(bytes, details).toStdString());
 }
 
 } // namespace velmorant

@@ -1,8 +1,8 @@
 #include "desktop/system/FreedesktopShellObject.h"
 
+#include "common/FileReplacement.h"
 #include "common/StepError.h"
 #include "common/textRules.h"
-#include "desktop/system/FileReplacement.h"
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -91,12 +91,9 @@ void FreedesktopShellObject::createShortcut(const std::string& path, const std::
         throw StepError(file.absolutePath().toStdString() + ": the folder cannot be made");
     const std::string name = file.completeBaseName().toStdString();
     FileReplacement shortcut(path);
-    shortcut.write(
-        QByteArray::fromStdString(entryText(name, iconName_, targetPath, workingDirectory)));
+    shortcut.write(entryText(name, iconName_, targetPath, workingDirectory));
     // Desktops start a desktop entry in the user's own folders only when it is executable.
-    shortcut.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner |
-                            QFileDevice::ExeOwner | QFileDevice::ReadGroup | QFileDevice::ExeGroup |
-                            QFileDevice::ReadOther | QFileDevice::ExeOther);
+    shortcut.setMode(0755);
     shortcut.commit();
 }
 

@@ -1,7 +1,7 @@
 #include "desktop/system/HostFileSystem.h"
 
+#include "common/FileReplacement.h"
 #include "common/StepError.h"
-#include "desktop/system/FileReplacement.h"
 #include <QFile>
 #include <filesystem>
 #include <system_error>
@@ -84,9 +84,9 @@ void HostFileSystem::copyFile(const std::string& source, const std::string& dest
         const QByteArray block = from.read(blockSize);
         if (block.isEmpty())
             fail(source, from.errorString().toStdString());
-        to.write(block);
+        to.write({block.constData(), static_cast<std::size_t>(block.size())});
     }
-    to.setPermissions(from.permissions());
+    to.setMode(static_cast<std::uint32_t>(std::filesystem::status(pathOf(source)).permissions()));
     to.commit();
 }
 

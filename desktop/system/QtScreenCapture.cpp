@@ -1,7 +1,7 @@
 #include "desktop/system/QtScreenCapture.h"
 
+#include "common/FileReplacement.h"
 #include "common/StepError.h"
-#include "desktop/system/FileReplacement.h"
 #include <QBuffer>
 #include <QGuiApplication>
 #include <QPainter>
@@ -35,9 +35,7 @@ void QtScreenCapture::savePicture(const std::string& path) {
     buffer.open(QIODevice::WriteOnly);
     if (picture_.isNull() || !picture_.save(&buffer, "BMP"))
         throw StepError(path + ": there is no picture to save");
-    FileReplacement file(path);
-    file.write(bytes);
-    file.commit();
+    replaceFile(path, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }
 
 } // namespace velmorant

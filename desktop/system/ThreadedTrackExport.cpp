@@ -1,7 +1,7 @@
 #include "desktop/system/ThreadedTrackExport.h"
 
+#include "common/FileReplacement.h"
 #include "common/StepError.h"
-#include "desktop/system/FileReplacement.h"
 #include "telemetry/Extract.h"
 #include "telemetry/export/TrackExporter.h"
 
@@ -101,7 +101,7 @@ ExportState ThreadedTrackExport::carriedOut(const ExportOrder& order) {
         return failed(name(telemetry::ReasonCode::noTelemetry),
                       order.recording + ": no position is known");
     FileReplacement file(order.target);
-    file.write(QByteArray::fromStdString(exported(order, *format, read.value())));
+    file.write(exported(order, *format, read.value()));
     if (stopping_)
         return {Stage::Stopped, 0, {}, {}};
     file.commit();

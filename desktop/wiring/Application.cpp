@@ -71,9 +71,18 @@ Application::~Application() {
 }
 
 StartUpResult Application::start(const std::string& commandLine) {
-    StartUp startUp({m_rooms.state.settings, m_host->files, m_host->paths, m_host->profile, m_texts,
-                     m_host->messageBox, m_host->shellObject, m_host->screen, m_playerBands,
-                     m_frameBands, *m_startingWindows});
+    StartUp startUp({.settings = m_rooms.state.settings,
+                     .files = m_host->files,
+                     .paths = m_host->paths,
+                     .profile = m_host->profile,
+                     .texts = m_texts,
+                     .messageBox = m_host->messageBox,
+                     .shell = m_host->shellObject,
+                     .screen = m_host->screen,
+                     .playerBands = m_playerBands,
+                     .frameBands = m_frameBands,
+                     .windows = *m_startingWindows,
+                     .languageForThisRun = m_environment("VELMORANT_LANGUAGE").value_or("")});
     const StartUpResult result = startUp.run(commandLine);
     if (result == StartUpResult::Running)
         m_rooms.updateSchedule->Start();

@@ -37,6 +37,7 @@ class SettingsToProgram : public SetupTargets {
         : m_rooms(rooms), m_host(host), m_endProgram(std::move(endProgram)) {}
     bool writeConfiguration(const std::string& key, const std::string& value) override;
     void saveRecordingList() override { m_rooms.list->SaveRecordingList(); }
+    void removeSavedList() override { m_rooms.list->RemoveSavedList(); }
     void redrawChart() override {
         m_rooms.chart->Draw();
         m_rooms.moment->ShowUnit();

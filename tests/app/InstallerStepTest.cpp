@@ -49,7 +49,7 @@ TEST(InstallerStep, makes_the_missing_folder) {
     fakes::FakeFileSystem files;
     files.folders = {"/"};
     const fakes::FakeHostPaths paths;
-    InstallerStep(profile, files, paths).run("C");
+    EXPECT_EQ(InstallerStep(profile, files, paths).run("C"), InstallerStep::Result::Written);
     EXPECT_TRUE(files.folderExists("/windows/system32"));
 }
 

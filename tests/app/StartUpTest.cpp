@@ -2,7 +2,6 @@
 
 #include "app/LanguageTable.h"
 #include "app/Shortcuts.h"
-#include "app/commandLine.h"
 #include "common/StepError.h"
 #include "tests/fakes/FakeBandContainer.h"
 #include "tests/fakes/FakeFileSystem.h"
@@ -60,8 +59,18 @@ class StartUpTest : public testing::Test {
     }
 
     StartUpResult run(const std::string& commandLine = "") {
-        return StartUp({settings, files, paths, profile, texts, messageBox, shell, screen,
-                        playerBands, frameBands, windows})
+        return StartUp({.settings = settings,
+                        .files = files,
+                        .paths = paths,
+                        .profile = profile,
+                        .texts = texts,
+                        .messageBox = messageBox,
+                        .shell = shell,
+                        .screen = screen,
+                        .playerBands = playerBands,
+                        .frameBands = frameBands,
+                        .windows = windows,
+                        .languageForThisRun = languageForThisRun})
             .run(commandLine);
     }
     void configure(const Keys& keys) { profile.contents[{configurationFile, "config"}] = keys; }
@@ -83,6 +92,7 @@ class StartUpTest : public testing::Test {
     fakes::FakeBandContainer playerBands;
     fakes::FakeBandContainer frameBands;
     FakeStartUpWindows windows{log};
+    std::string languageForThisRun;
 };
 
 TEST_F(StartUpTest, shows_the_windows_in_order) {
@@ -136,6 +146,75 @@ TEST_F(StartUpTest, creates_a_missing_configuration_and_then_refuses_it_for_its_
               std::vector<ShownMessage>{failure("The text table has no row 32021")});
     EXPECT_EQ(settings.languageBase, 30000);
     EXPECT_TRUE(log.empty());
+}
+
+TEST_F(StartUpTest, names_the_reason_why_a_configuration_could_not_be_created) {
+    files.files.erase(configurationFile);
+    files.broken.insert(configurationFile);
+    profile.refused.insert(configurationFile);
+    EXPECT_EQ(run(), StartUpResult::Failed);
+    EXPECT_EQ(messageBox.shown,
+              std::vector<ShownMessage>{failure(configurationFile + ": permission denied")});
+    EXPECT_TRUE(log.empty());
+}
+
+TEST_F(StartUpTest, names_the_folder_that_could_not_be_made_for_the_configuration) {
+    files.files.erase(configurationFile);
+    files.folders.erase("/windows/system32");
+    files.broken.insert("/windows/system32");
+    profile.refused.insert(configurationFile);
+    EXPECT_EQ(run(), StartUpResult::Failed);
+    EXPECT_EQ(messageBox.shown,
+              std::vector<ShownMessage>{failure("/windows/system32: permission denied")});
+}
+
+TEST_F(StartUpTest, names_the_configuration_that_did_not_take_its_default_language) {
+    profile.refused.insert(configurationFile);
+    EXPECT_EQ(run(), StartUpResult::Failed);
+    EXPECT_EQ(messageBox.shown,
+              std::vector<ShownMessage>{failure(configurationFile + ": cannot be written")});
+}
+
+TEST_F(StartUpTest, names_a_later_failure_where_the_language_is_known) {
+    configure({{"mainv", "1001"}, {"Area", "2099"}});
+    profile.refused.insert(configurationFile);
+    EXPECT_EQ(run(), StartUpResult::Failed);
+    EXPECT_EQ(messageBox.shown,
+              std::vector<ShownMessage>{failure("The text table has no row 12099")});
+}
+
+TEST_F(StartUpTest, starts_in_the_language_given_for_this_run_when_none_can_be_kept) {
+    languageForThisRun = "1002";
+    files.files.erase(configurationFile);
+    files.broken.insert(configurationFile);
+    profile.refused.insert(configurationFile);
+    EXPECT_EQ(run(), StartUpResult::Running);
+    EXPECT_EQ(settings.languageCode, 1002);
+    EXPECT_EQ(settings.languageBase, 20000);
+    EXPECT_EQ(messageBox.shown,
+              (std::vector<ShownMessage>{{"設定現在已生效，但無法保存供下次啟動使用：\n" +
+                                              configurationFile + ": permission denied",
+                                          "系統提示資訊", MessageStyle::Information}}));
+}
+
+TEST_F(StartUpTest, prefers_the_language_that_the_configuration_holds) {
+    languageForThisRun = "1002";
+    configure({{"mainv", "1001"}, {"Area", "2021"}, {"Unit", "1001"}});
+    EXPECT_EQ(run(), StartUpResult::Running);
+    EXPECT_EQ(settings.languageCode, 1001);
+    EXPECT_TRUE(messageBox.shown.empty());
+}
+
+TEST_F(StartUpTest, starts_over_a_protected_configuration_that_has_no_language_yet) {
+    languageForThisRun = "1001";
+    configure({{"mainv", "1003"}, {"Area", "2021"}, {"Unit", "1001"}});
+    profile.refused.insert(configurationFile);
+    EXPECT_EQ(run(), StartUpResult::Running);
+    EXPECT_EQ(settings.languageCode, 1001);
+    ASSERT_EQ(messageBox.shown.size(), 1U);
+    EXPECT_EQ(messageBox.shown[0].text,
+              "The settings apply now, but they could not be kept for the next start:\n" +
+                  configurationFile);
 }
 
 TEST_F(StartUpTest, writes_defaults_in_order_for_empty_values_alone) {
@@ -270,28 +349,6 @@ TEST_F(StartUpTest, ends_at_once_for_one_argument_and_for_stars_alone) {
         EXPECT_TRUE(files.changes.empty());
         EXPECT_TRUE(messageBox.shown.empty());
     }
-}
-
-TEST(CommandLine, splits_at_stars_alone) {
-    struct Case {
-        std::string text;
-        std::size_t maximum;
-        std::vector<std::string> arguments;
-    };
-    const std::vector<Case> cases = {{"", 9, {}},
-                                     {"a b", 9, {"a b"}},
-                                     {"a*b", 9, {"a", "b"}},
-                                     {"**a***b c**", 9, {"a", "b c"}},
-                                     {"a* *b", 9, {"a", " ", "b"}},
-                                     {"a*b*c", 2, {"a", "b"}},
-                                     {"***", 9, {}}};
-    for (const Case& each : cases)
-        EXPECT_EQ(splitArguments(each.text, each.maximum), each.arguments) << each.text;
-}
-
-TEST(CommandLine, joins_the_programs_arguments_by_single_blanks) {
-    EXPECT_EQ(joinArguments({}), "");
-    EXPECT_EQ(joinArguments({"/opt/Velmorant", "DVR", "Tools*1"}), "/opt/Velmorant DVR Tools*1");
 }
 
 TEST(Shortcuts, checks_a_path_component_by_component) {

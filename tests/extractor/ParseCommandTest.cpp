@@ -8,6 +8,7 @@
 #include <sstream>
 #include <unistd.h>
 
+#include "app/PosixHostPaths.h"
 #include "extractor/PrivateFiles.h"
 #include "extractor/TrackFileWriter.h"
 #include "tools/recordings/FreeGpsBlocks.h"
@@ -257,16 +258,14 @@ TEST_F(ParseCommand, marks_a_recording_without_gps_as_such) {
     EXPECT_THAT(track(), HasSubstr("time_base=\"creation\""));
 }
 
-TEST(TemporaryFolder, follows_the_users_cache_folder) {
-    const auto folder = [](std::optional<std::string> cache, std::optional<std::string> home) {
-        return temporaryFolder([=](const std::string& name) {
-            return name == "XDG_CACHE_HOME" ? cache : name == "HOME" ? home : std::nullopt;
-        });
+TEST_F(ParseCommand, writes_where_the_program_looks) {
+    const EnvironmentLookup environment = [this](const std::string& name) {
+        return name == "HOME" ? std::optional(folder_.string()) : std::nullopt;
     };
-    EXPECT_EQ(folder("/c", "/h"), "/c/velmorant-dvr-tools/VelmorantDVRtempFile");
-    EXPECT_EQ(folder("", "/h"), "/h/.cache/velmorant-dvr-tools/VelmorantDVRtempFile");
-    EXPECT_EQ(folder("relative", "/h"), "/h/.cache/velmorant-dvr-tools/VelmorantDVRtempFile");
-    EXPECT_EQ(folder(std::nullopt, std::nullopt), std::nullopt);
+    std::string errors;
+    EXPECT_EQ(runParse({(folder_ / "none.MP4").string()}, environment, errors), 3);
+    const PosixHostPaths program(environment, "/p");
+    EXPECT_TRUE(fs::exists(program.temporaryFolder() + "/output.kml")) << errors;
 }
 
 } // namespace velmorant::telemetry

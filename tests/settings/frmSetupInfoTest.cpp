@@ -28,6 +28,7 @@ class FakeSetupTargets : public SetupTargets {
         return writable;
     }
     void saveRecordingList() override { calls.push_back("saveRecordingList"); }
+    void removeSavedList() override { calls.push_back("removeSavedList"); }
     void redrawChart() override { calls.push_back("redrawChart"); }
     void endProgram() override { calls.push_back("endProgram"); }
 
@@ -68,8 +69,16 @@ class frmSetupInfoTest : public testing::Test {
     fakes::FakeMessageBox messageBox;
     fakes::FakeShell shell;
     FakeSetupTargets targets;
-    frmSetupInfo dialog{
-        {settings, window, skin, screen, files, paths, texts, messageBox, shell, targets}};
+    frmSetupInfo dialog{{.settings = settings,
+                         .window = window,
+                         .skin = skin,
+                         .screen = screen,
+                         .files = files,
+                         .paths = paths,
+                         .texts = texts,
+                         .messageBox = messageBox,
+                         .shell = shell,
+                         .targets = targets}};
 };
 
 TEST_F(frmSetupInfoTest, opens_centred_with_the_present_settings_selected) {
@@ -197,7 +206,8 @@ TEST_F(frmSetupInfoTest, stays_when_the_new_instance_cannot_be_started) {
     click({"LANG1002", "CMDCLOSE"});
     EXPECT_EQ(messageBox.shown.back(), (ShownMessage{"<program.notStarted>\nFile not found",
                                                      "<13011>", MessageStyle::Stop}));
-    EXPECT_EQ(targets.calls, (Calls{"write mainv=1002", "saveRecordingList"}));
+    EXPECT_EQ(targets.calls,
+              (Calls{"write mainv=1002", "saveRecordingList", "removeSavedList"}));
     EXPECT_EQ(window.closes, 1);
 }
 

@@ -2,13 +2,13 @@
 // the recordings of a card. Dated sub-folders are taken in their order, only MP4 files count.
 
 #include "app/PosixHostPaths.h"
+#include "common/FileReplacement.h"
 #include "common/textRules.h"
 #include "recordings/recordingNames.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <optional>
 #include <string>
@@ -77,13 +77,7 @@ int main(int count, char** arguments) {
         const velmorant::PosixHostPaths paths(environment, programFolder.string());
         const fs::path target = paths.writableProgramFile("flow.xml");
         fs::create_directories(target.parent_path());
-        const fs::path beside = target.string() + ".new";
-        std::ofstream stream(beside, std::ios::binary);
-        stream << handOverText(recordings);
-        stream.close();
-        if (!stream)
-            throw std::runtime_error(beside.string() + " cannot be written");
-        fs::rename(beside, target);
+        velmorant::replaceFile(target.string(), handOverText(recordings));
         std::cout << recordings.size() << " recordings for the list\n";
         return 0;
     } catch (const std::exception& failure) {

@@ -1,5 +1,6 @@
 // velmorant-setup: the installer's step for one user. Gives the configuration a language by the
-// user's locale when it has none yet; says nothing when there is nothing to do.
+// user's locale when it has none yet; says nothing when there is nothing to do. Where that fails it
+// ends with 1 and prints the language's code, for the program to start with this once.
 
 #include "app/InstallerStep.h"
 #include "app/PosixHostPaths.h"
@@ -23,21 +24,22 @@ std::optional<std::string> environment(const std::string& name) {
 } // namespace
 
 int main() {
+    const std::string locale = velmorant::messagesLocale(environment);
+    const auto failed = [&locale](const std::string& reason) {
+        std::cerr << "velmorant-setup: " << reason << '\n';
+        std::cout << velmorant::InstallerStep::languageCode(locale) << '\n';
+        return 1;
+    };
     try {
         const auto program = std::filesystem::canonical("/proc/self/exe").parent_path();
         const velmorant::PosixHostPaths paths(environment, program.string());
         velmorant::PrivateProfile profile;
         velmorant::HostFileSystem files;
         velmorant::InstallerStep step(profile, files, paths);
-        const auto result = step.run(velmorant::messagesLocale(environment));
-        if (result == velmorant::InstallerStep::Result::NotWritten) {
-            std::cerr << "velmorant-setup: " << paths.globalConfigurationFile()
-                      << " cannot be written\n";
-            return 1;
-        }
+        if (step.run(locale) == velmorant::InstallerStep::Result::NotWritten)
+            return failed(paths.globalConfigurationFile() + " cannot be written");
         return 0;
     } catch (const std::exception& failure) {
-        std::cerr << "velmorant-setup: " << failure.what() << '\n';
-        return 1;
+        return failed(failure.what());
     }
 }
