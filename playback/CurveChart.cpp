@@ -26,39 +26,59 @@ void CurveChart::clearSeries() {
         m_needs.chart.clearSeries(series);
 }
 
+void CurveChart::Load() {
+    trapErrors([this] {
+        m_speedTitle = m_needs.texts.byOffset(3022);
+        m_timeTitle = m_needs.texts.byOffset(3023);
+        m_strongest = m_needs.texts.addition("chart.strongest");
+    });
+    m_mode = ChartMode::Speed;
+    Draw();
+}
+
 void CurveChart::setMode(ChartMode mode) {
     m_mode = mode;
-    trapErrors([this] {
-        const bool acceleration = m_mode == ChartMode::Acceleration;
-        m_needs.chart.setLegend(1, acceleration ? "G x" : "");
-        m_needs.chart.setLegend(2, acceleration ? "G y" : "");
-        m_needs.chart.setLegend(3, acceleration ? "G z" : "");
-        m_needs.chart.setAxisTitle(
-            ChartAxis::Left,
-            acceleration ? "G"
-                         : m_needs.texts.byOffset(3022) + " (" +
-                               std::string(speedSign(m_needs.state.settings.unitCode)) + ")");
-        m_needs.chart.setAxisTitle(ChartAxis::Bottom, m_needs.texts.byOffset(3023) + " (s)");
-    });
+    // What is drawn keeps its own axes; an empty chart has those of the mode.
+    if (m_needs.state.currentTrack == nullptr)
+        Draw();
 }
 
 void CurveChart::Draw() {
-    trapErrors([this] {
-        setMode(m_mode);
-        clearSeries();
-        m_needs.chart.setCursor(std::nullopt);
-        const std::shared_ptr<clsDot> track = m_needs.state.currentTrack;
-        if (track != nullptr) {
-            if (m_mode == ChartMode::Speed)
-                drawSpeed(*track);
-            else
-                drawAcceleration(*track);
-            setBottomAxis(track->count());
-            if (track->lPlayLocal() > 0)
-                moveMarkerToCurrentDot();
-        }
-        m_needs.chart.redraw();
-    });
+    const std::shared_ptr<clsDot> track = m_needs.state.currentTrack;
+    if (track == nullptr)
+        Clear();
+    else
+        trapErrors([&] { draw(*track); });
+}
+
+/// The axes of an empty chart are those of a track without a second.
+void CurveChart::Clear() {
+    trapErrors([this] { draw(clsDot()); });
+}
+
+void CurveChart::draw(const clsDot& track) {
+    clearSeries();
+    m_needs.chart.setCursor(std::nullopt);
+    nameAxes();
+    if (m_mode == ChartMode::Speed)
+        drawSpeed(track);
+    else
+        drawAcceleration(track);
+    setBottomAxis(track.count());
+    if (track.lPlayLocal() > 0)
+        m_needs.chart.setCursor(track.lPlayLocal() - 1.0);
+    m_needs.chart.redraw();
+}
+
+void CurveChart::nameAxes() {
+    const bool acceleration = m_mode == ChartMode::Acceleration;
+    m_needs.chart.setLegend(1, acceleration ? "G x" : "");
+    m_needs.chart.setLegend(2, acceleration ? "G y" : "");
+    m_needs.chart.setLegend(3, acceleration ? "G z" : "");
+    const std::string unit(speedSign(m_needs.state.settings.unitCode));
+    m_needs.chart.setAxisTitle(ChartAxis::Left,
+                               acceleration ? "G" : m_speedTitle + " (" + unit + ")");
+    m_needs.chart.setAxisTitle(ChartAxis::Bottom, m_timeTitle + " (s)");
 }
 
 void CurveChart::drawSpeed(const clsDot& track) {
@@ -84,14 +104,6 @@ void CurveChart::drawAcceleration(const clsDot& track) {
 /// A short track does not fill the width: its points keep a readable distance.
 void CurveChart::setBottomAxis(std::int32_t points) {
     m_needs.chart.setAxis(ChartAxis::Bottom, 0.0, std::max(points, fewestPoints) - 1.0);
-}
-
-void CurveChart::Clear() {
-    trapErrors([this] {
-        clearSeries();
-        m_needs.chart.setCursor(std::nullopt);
-        m_needs.chart.redraw();
-    });
 }
 
 void CurveChart::Click(std::int32_t point) {
@@ -134,8 +146,7 @@ std::string CurveChart::accelerationText(const clsDot& track, std::int32_t index
                        " G y:" + twoDecimals(dot.gY) + " G z:" + twoDecimals(dot.gZ);
     const SampleDetails* details = track.detailsOfDot(index);
     if (details != nullptr && details->strongestG)
-        text += "\r" + m_needs.texts.addition("chart.strongest") + " " +
-                twoDecimals(*details->strongestG);
+        text += "\r" + m_strongest + " " + twoDecimals(*details->strongestG);
     return text;
 }
 

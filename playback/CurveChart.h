@@ -31,11 +31,16 @@ class CurveChart {
 
     ChartMode mode() const { return m_mode; }
     std::string tag() const { return m_mode == ChartMode::Speed ? "SPEED" : "GS"; }
-    void setMode(ChartMode mode); ///< sets axes and legend up; draws no curve
+    /// When the window is built: takes its texts, which stay whatever becomes of the language, and
+    /// draws in the speed mode.
+    void Load();
+    /// The mode of the next drawing; without a track the empty chart of that mode is shown at once.
+    void setMode(ChartMode mode);
 
-    /// Draws the current track anew; without one the chart is empty. Leaves the track's cursor.
+    /// Draws the current track anew, in the present unit; without one the chart is empty, its axes
+    /// those of a track that stands. Leaves the track's cursor.
     void Draw();
-    void Clear(); ///< empties the four series and takes the cursor away
+    void Clear(); ///< an empty chart, without a cursor
     /// A click: `point` is the 0-based point of the curve under the mouse, -1 for none. Seeks to
     /// its second, moves the car and marks it.
     void Click(std::int32_t point);
@@ -49,6 +54,8 @@ class CurveChart {
 
   private:
     void clearSeries();
+    void draw(const clsDot& track);
+    void nameAxes();
     void drawSpeed(const clsDot& track);
     void drawAcceleration(const clsDot& track);
     void setBottomAxis(std::int32_t points);
@@ -56,6 +63,9 @@ class CurveChart {
 
     CurveChartNeeds m_needs;
     ChartMode m_mode = ChartMode::Speed;
+    std::string m_speedTitle;
+    std::string m_timeTitle;
+    std::string m_strongest;
 };
 
 } // namespace velmorant

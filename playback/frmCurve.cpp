@@ -26,7 +26,7 @@ SkinLoad frmCurve::Load() {
     });
     if (outcome == SkinLoad::Missing)
         return outcome;
-    m_needs.chart.setMode(ChartMode::Speed);
+    m_needs.chart.Load();
     m_needs.player.setRateTag(1.0);
     trapErrors([this] {
         m_needs.skin.setValue("playspeed", rateOfSlider(50).sliderValue);

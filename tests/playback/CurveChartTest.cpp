@@ -17,6 +17,8 @@ class CurveChartTest : public PlayerFixture {
     CurveChartTest() {
         state.settings.setUnit(1001);
         open(PlayState::Playing, 0, 100);
+        chart.Load();
+        control.redraws = 0;
     }
 
     std::shared_ptr<clsDot> addTrack(int dots) {
@@ -28,9 +30,22 @@ class CurveChartTest : public PlayerFixture {
         return track;
     }
 
+    /// What the pointer is told of a second in the G mode, with a strongest reading in it.
+    std::string accelerationOf(std::int32_t point) {
+        TrackDetails details;
+        details.samples.resize(static_cast<std::size_t>(state.currentTrack->count()));
+        details.samples[static_cast<std::size_t>(point)].strongestG = 2.5;
+        state.currentTrack->setDetails(details);
+        chart.setMode(ChartMode::Acceleration);
+        std::string text = chart.PointText(point);
+        chart.setMode(ChartMode::Speed);
+        return text;
+    }
+
     fakes::FakeChart control;
     ProgramState state;
-    CurveChart chart{{control, texts, player, follow, state}};
+    CurveChart chart{
+        {.chart = control, .texts = texts, .player = player, .follow = follow, .state = state}};
 };
 
 TEST_F(CurveChartTest, begins_in_the_speed_mode) {
@@ -122,9 +137,46 @@ TEST_F(CurveChartTest, the_axes_are_named_with_their_units) {
         EXPECT_EQ(control.titles[ChartAxis::Bottom], "<13023> (s)");
     }
     chart.setMode(ChartMode::Acceleration);
+    EXPECT_EQ(control.titles[ChartAxis::Left], "<13022> (kn)") << "the speed curve is still shown";
+    chart.Draw();
     EXPECT_EQ(control.titles[ChartAxis::Left], "G");
     chart.setMode(ChartMode::Speed);
+    chart.Draw();
     EXPECT_EQ(control.legend[1], "");
+}
+
+TEST_F(CurveChartTest, texts_once_shown_stay_when_the_language_changes) {
+    addTrack(3);
+    chart.Draw();
+    const std::string strongest = accelerationOf(1);
+    texts.languageBase = 20000;
+    texts.texts["chart.strongest"] = "in the new language";
+    state.settings.setUnit(1002);
+    chart.Draw();
+    EXPECT_EQ(control.titles[ChartAxis::Left], "<13022> (mph)");
+    EXPECT_EQ(control.titles[ChartAxis::Bottom], "<13023> (s)");
+    EXPECT_EQ(accelerationOf(1), strongest);
+    // A window that is built anew gets the new texts.
+    chart.Load();
+    EXPECT_EQ(control.titles[ChartAxis::Left], "<23022> (mph)");
+    EXPECT_EQ(control.titles[ChartAxis::Bottom], "<23023> (s)");
+    EXPECT_NE(accelerationOf(1), strongest);
+}
+
+TEST_F(CurveChartTest, without_a_track_the_axes_are_those_of_a_track_that_stands) {
+    EXPECT_EQ(control.axes[ChartAxis::Left].maximum, 5.0);
+    addTrack(200);
+    chart.Draw();
+    state.currentTrack = nullptr;
+    chart.Draw();
+    EXPECT_EQ(control.axes[ChartAxis::Left].minimum, 0.0);
+    EXPECT_EQ(control.axes[ChartAxis::Left].maximum, 5.0);
+    EXPECT_EQ(control.axes[ChartAxis::Bottom].minimum, 0.0);
+    EXPECT_EQ(control.axes[ChartAxis::Bottom].maximum, 79.0);
+    chart.setMode(ChartMode::Acceleration);
+    EXPECT_EQ(control.titles[ChartAxis::Left], "G");
+    EXPECT_EQ(control.axes[ChartAxis::Left].minimum, -0.2);
+    EXPECT_EQ(control.axes[ChartAxis::Left].maximum, 0.2);
 }
 
 TEST_F(CurveChartTest, without_a_track_the_chart_is_emptied) {
@@ -147,6 +199,7 @@ TEST_F(CurveChartTest, clearing_empties_the_series_and_takes_the_cursor_away) {
     chart.Draw();
     chart.resetMarker();
     chart.Clear();
+    EXPECT_EQ(control.axes[ChartAxis::Left].maximum, 5.0);
     for (const auto& series : control.series)
         EXPECT_THAT(series, IsEmpty());
     EXPECT_EQ(control.cursor, std::nullopt);
