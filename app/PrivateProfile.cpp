@@ -87,7 +87,7 @@ bool PrivateProfile::write(const std::string& file, const std::string& section,
     const std::string changed = profile.text();
     if (changed == text)
         return true;
-    return trapErrors([&] { replaceFile(file, changed); }) == StepOutcome::Done;
+    return trapErrors(m_errors, [&] { replaceFile(file, changed); }) == StepOutcome::Done;
 }
 
 } // namespace velmorant

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/ErrorLog.h"
 #include "ports/ProfileFunctions.h"
 
 namespace velmorant {
@@ -10,12 +11,17 @@ namespace velmorant {
 /// stay. A folder that is missing is not made: the write fails.
 class PrivateProfile : public ProfileFunctions {
   public:
+    /// The log, where there is one, notes why a write failed.
+    explicit PrivateProfile(ErrorLog* errors = nullptr) : m_errors(errors) {}
     std::string read(const std::string& file, const std::string& section,
                      const std::optional<std::string>& key, const std::string& defaultValue,
                      std::size_t size) const override;
     bool write(const std::string& file, const std::string& section,
                const std::optional<std::string>& key,
                const std::optional<std::string>& value) override;
+
+  private:
+    ErrorLog* m_errors;
 };
 
 } // namespace velmorant

@@ -64,7 +64,7 @@ StartUpResult StartUp::run(const std::string& commandLine) {
         return StartUpResult::Failed;
     }
     if (!m_notKept.empty())
-        trapErrors([&] {
+        trapErrors(m_needs.errors, [&] {
             m_needs.messageBox.show(
                 m_needs.texts.addition("configuration.notKept") + '\n' + m_notKept,
                 m_needs.texts.byOffset(informationTitle), MessageStyle::Information);
@@ -114,6 +114,7 @@ std::string StartUp::createConfiguration(const std::string& path) {
         m_needs.files.createEmptyFile(path);
         return {};
     } catch (const StepError& error) {
+        noteError(m_needs.errors, error);
         return error.what();
     }
 }

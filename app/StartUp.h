@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/StartUpWindows.h"
+#include "common/ErrorLog.h"
 #include "common/SettingsState.h"
 #include "ports/BandContainer.h"
 #include "ports/FileSystem.h"
@@ -29,6 +30,7 @@ struct StartUpNeeds {
     StartUpWindows& windows;
     /// The language's code where the configuration has none and cannot be given one; "" for none.
     std::string languageForThisRun;
+    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
 };
 
 enum class StartUpResult {

@@ -71,7 +71,7 @@ void frmMain::Resize() {
     if (m_resizing)
         return;
     m_resizing = true;
-    trapErrors([&] {
+    trapErrors(m_needs.errors, [&] {
         m_needs.window.move(m_needs.splash.left(), m_needs.splash.top());
         m_needs.window.resize(frameWidth * m_needs.screen.twipsPerPixelX(),
                               frameHeight * m_needs.screen.twipsPerPixelY());
@@ -88,14 +88,15 @@ CloseDecision frmMain::CloseRequest() {
             return CloseDecision::Stay;
         m_needs.waits.letEventsRun();
         return CloseDecision::Close;
-    } catch (const StepError&) {
+    } catch (const StepError& error) {
+        noteError(m_needs.errors, error);
         return CloseDecision::Stay;
     }
 }
 
 void frmMain::SkinClick(const std::string& element) {
     const std::string name = lowerCase(element);
-    trapErrors([&] {
+    trapErrors(m_needs.errors, [&] {
         if (name == "open")
             m_needs.commands.openFiles();
         else if (name == "delete")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/FrameCommands.h"
+#include "common/ErrorLog.h"
 #include "common/SettingsState.h"
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
@@ -32,6 +33,7 @@ struct frmMainNeeds {
     MessageBox& messageBox;
     Waits& waits;
     FrameCommands& commands;
+    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
 };
 
 enum class CloseDecision { Close, Stay };

@@ -103,7 +103,8 @@ def start(program, folder):
             line = pipe.readline()
             now = time.monotonic() - begin
             for beginning, step in STEPS.items():
-                if line.startswith(beginning) and step not in seconds:
+                # Behind the time and the level.
+                if f" info {beginning}" in line and step not in seconds:
                     seconds[step] = now
         signal.alarm(0)
         time.sleep(1.5)

@@ -30,7 +30,7 @@ UpdateSchedule::UpdateSchedule(UpdateScheduleNeeds needs) : m_needs(std::move(ne
 }
 
 void UpdateSchedule::Start() {
-    trapErrors([this] { m_needs.timer.setEnabled(isDue()); });
+    trapErrors(m_needs.errors, [this] { m_needs.timer.setEnabled(isDue()); });
 }
 
 bool UpdateSchedule::isDue() const {

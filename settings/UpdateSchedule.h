@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/ErrorLog.h"
 #include "ports/Clock.h"
 #include "ports/HostPaths.h"
 #include "ports/ProfileFunctions.h"
@@ -18,6 +19,7 @@ struct UpdateScheduleNeeds {
     ProfileFunctions& profile;
     const HostPaths& paths;
     std::function<void()> open; ///< opens the update by itself (UpdateOpening::Automatic)
+    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
 };
 
 /// When the update opens by itself: some seconds after the start, at most once a day, and only when

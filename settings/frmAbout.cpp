@@ -36,7 +36,7 @@ void frmAbout::showFacts() {
 }
 
 void frmAbout::SkinClick(const std::string& element) {
-    trapErrors([&] {
+    trapErrors(m_needs.errors, [&] {
         if (equalsIgnoringCase(element, "close"))
             m_needs.window.close();
         else if (equalsIgnoringCase(element, "webstation"))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/ErrorLog.h"
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
 #include "ports/MessageBox.h"
@@ -32,6 +33,7 @@ struct frmAboutNeeds {
     MessageBox& messageBox;
     Shell& shell;
     ProgramFacts facts;
+    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
 };
 
 /// The about box.

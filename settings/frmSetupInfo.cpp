@@ -42,7 +42,7 @@ SkinLoad frmSetupInfo::applySkin() {
         return SkinLoad::Loaded;
     }
     // In the dialog's own language, which may be another one than the program's.
-    trapErrors([&] {
+    trapErrors(m_needs.errors, [&] {
         m_needs.messageBox.show(dialogText(missingFile), dialogText(warningTitle),
                                 MessageStyle::Stop);
     });
@@ -60,7 +60,7 @@ void frmSetupInfo::showSelection() {
 
 void frmSetupInfo::SkinClick(const std::string& element) {
     const std::string name = upperCase(element);
-    trapErrors([&] {
+    trapErrors(m_needs.errors, [&] {
         for (const Language& language : languages) {
             if (name == "LANG" + std::to_string(language.code()))
                 chooseLanguage(language.code());
@@ -98,7 +98,7 @@ frmSetupInfo::Applied frmSetupInfo::applyLanguage() {
     keep("mainv", m_pendingLanguage);
     m_needs.settings.setLanguage(m_pendingLanguage);
     MessageAnswer answer = MessageAnswer::No;
-    trapErrors([&] {
+    trapErrors(m_needs.errors, [&] {
         answer = m_needs.messageBox.show(m_needs.texts.byOffset(restartQuestion),
                                          m_needs.texts.byOffset(informationTitle),
                                          MessageStyle::Question);
@@ -111,14 +111,14 @@ frmSetupInfo::Applied frmSetupInfo::applyLanguage() {
 frmSetupInfo::Applied frmSetupInfo::restart() {
     // The new instance would start in the old language: the user is told before this one ends.
     tellWhatWasNotKept();
-    trapErrors([&] { m_needs.targets.saveRecordingList(); });
+    trapErrors(m_needs.errors, [&] { m_needs.targets.saveRecordingList(); });
     const int result = m_needs.shell.execute(
         "open", m_needs.paths.executable("Velmorant DVR Tools"), "", "", ShowWindow::Normal);
     if (result < leastSuccess) {
         // Nobody is going to read the list; a later start must not find it.
-        trapErrors([&] { m_needs.targets.removeSavedList(); });
+        trapErrors(m_needs.errors, [&] { m_needs.targets.removeSavedList(); });
         // Ending now would take the user's list away with nothing in its place.
-        trapErrors([&] {
+        trapErrors(m_needs.errors, [&] {
             m_needs.messageBox.show(m_needs.texts.addition("program.notStarted") + '\n' +
                                         m_needs.shell.lastErrorDescription(),
                                     m_needs.texts.byOffset(warningTitle), MessageStyle::Stop);
@@ -132,7 +132,7 @@ frmSetupInfo::Applied frmSetupInfo::restart() {
 void frmSetupInfo::applyUnit() {
     keep("Unit", m_pendingUnit);
     m_needs.settings.setUnit(m_pendingUnit);
-    trapErrors([&] { m_needs.targets.redrawChart(); });
+    trapErrors(m_needs.errors, [&] { m_needs.targets.redrawChart(); });
 }
 
 void frmSetupInfo::keep(const std::string& key, std::int32_t code) {
@@ -144,7 +144,7 @@ void frmSetupInfo::tellWhatWasNotKept() {
     if (m_kept)
         return;
     m_kept = true;
-    trapErrors([&] {
+    trapErrors(m_needs.errors, [&] {
         m_needs.messageBox.show(m_needs.texts.addition("configuration.notKept") + '\n' +
                                     m_needs.paths.globalConfigurationFile(),
                                 m_needs.texts.byOffset(informationTitle),

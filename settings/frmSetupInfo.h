@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/ErrorLog.h"
 #include "common/SettingsState.h"
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
@@ -28,6 +29,7 @@ struct frmSetupInfoNeeds {
     MessageBox& messageBox;
     Shell& shell;
     SetupTargets& targets;
+    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
 };
 
 /// The settings dialog: display language and speed unit.

@@ -41,7 +41,7 @@ void frmTip::Resize() {
     if (m_resizing)
         return;
     m_resizing = true;
-    trapErrors([&] { sizeAndCentre(m_needs.window, m_needs.screen, splashSize); });
+    trapErrors(m_needs.errors, [&] { sizeAndCentre(m_needs.window, m_needs.screen, splashSize); });
     m_resizing = false;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/ErrorLog.h"
 #include "common/SettingsState.h"
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
@@ -23,6 +24,7 @@ struct frmTipNeeds {
     const HostPaths& paths;
     const Texts& texts;
     MessageBox& messageBox;
+    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
 };
 
 /// The loading splash. It has the frame's size: the frame takes its place, and so stands in the

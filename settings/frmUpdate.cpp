@@ -78,7 +78,7 @@ void frmUpdate::Load(UpdateOpening opening) {
     m_signatureWanted = !m_needs.publicKey.empty();
     m_sumValue = 0;
     m_sumMaximum = 0;
-    trapErrors([this] {
+    trapErrors(m_needs.errors, [this] {
         m_serverBase = m_needs.texts.byId(1);
         m_needs.window.setCaption(m_needs.texts.addition("update.title"));
         m_needs.progress.showStatus(m_needs.texts.addition("update.checking"));
@@ -151,7 +151,9 @@ void frmUpdate::downloaded() {
 
 void frmUpdate::failed(const DownloadFailure& failure) {
     std::string text = failure.reason;
-    trapErrors([&] {
+    // An update that opened by itself ends without a word to the user.
+    noteError(m_needs.errors, StepError(failure.reason));
+    trapErrors(m_needs.errors, [&] {
         const std::string what = failure.fault == DownloadFault::NotConnected
                                      ? m_needs.texts.byOffset(notConnected)
                                      : m_needs.texts.addition("update.failed");
@@ -272,10 +274,10 @@ void frmUpdate::end(const std::string& text, Telling telling) {
     m_needs.tClose.setEnabled(false);
     m_download.cancel();
     // What was fetched whole before a later file failed.
-    trapErrors([this] { m_tree.publish(); });
+    trapErrors(m_needs.errors, [this] { m_tree.publish(); });
     m_tree.unlock();
     if (telling == Telling::OnRequest && m_opening == UpdateOpening::OnRequest)
-        trapErrors([&] {
+        trapErrors(m_needs.errors, [&] {
             m_needs.messageBox.show(text, m_needs.texts.byOffset(noticeTitle),
                                     MessageStyle::Information);
         });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/ErrorLog.h"
 #include "ports/HostPaths.h"
 #include "ports/HttpTransfer.h"
 #include "ports/MessageBox.h"
@@ -31,6 +32,7 @@ struct frmUpdateNeeds {
     const HostPaths& paths;
     std::string mainProgram; ///< the executable's name in the program folder
     std::string publicKey{}; ///< signs catalogues (checkSignature); empty: none needs a signature
+    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
 };
 
 enum class UpdateOpening {

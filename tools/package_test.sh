@@ -95,7 +95,7 @@ see_it_run() { # LANGUAGE PICTURE
     launch "$1" VELMORANT_JOURNAL="/home/$user/journal" >"$work/run.log" 2>&1 &
     local process=$!
     local tries=300
-    until grep -q '^painted frame' "$journal" 2>/dev/null && grep -q '^page velmorant:' "$journal"; do
+    until grep -q ' info painted frame' "$journal" 2>/dev/null && grep -q ' info page velmorant:' "$journal"; do
         tries=$((tries - 1))
         [ $tries -gt 0 ] && kill -0 $process 2>/dev/null || {
             cat "$work/run.log"

@@ -82,7 +82,8 @@ StartUpResult Application::start(const std::string& commandLine) {
                      .playerBands = m_playerBands,
                      .frameBands = m_frameBands,
                      .windows = *m_startingWindows,
-                     .languageForThisRun = m_environment("VELMORANT_LANGUAGE").value_or("")});
+                     .languageForThisRun = m_environment("VELMORANT_LANGUAGE").value_or(""),
+                     .errors = &m_host->journal});
     const StartUpResult result = startUp.run(commandLine);
     if (result == StartUpResult::Running)
         m_rooms.updateSchedule->Start();

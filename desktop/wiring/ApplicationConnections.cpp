@@ -23,7 +23,7 @@ void Application::connectPlayer() {
         m_rooms.child->PlayStateChange(state);
     }));
     const auto failed = [this](const std::string& path, const std::string& reason) {
-        m_host->journal.write("failed " + path + ": " + reason);
+        m_host->journal.write(JournalLevel::Warning, "failed " + path + ": " + reason);
         m_rooms.child->PlaybackFailed(path, reason);
     };
     player.onOpenFailed(gate.listener(failed));
@@ -133,7 +133,7 @@ void Application::connectMap() {
     }));
     browser.onLoadFailed(gate.listener([this](const std::string& address) {
         m_rooms.mediaCtrl->LoadFailed(address);
-        m_host->journal.write("no page " + address);
+        m_host->journal.write(JournalLevel::Warning, "no page " + address);
     }));
     browser.onPageLost(gate.listener([this] { m_rooms.mediaCtrl->PageLost(); }));
     browser.onLink(gate.listener([](const std::string& address) {

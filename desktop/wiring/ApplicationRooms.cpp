@@ -22,9 +22,16 @@ int zoneOffsetMinutes(std::int64_t utcSeconds) {
 void Application::buildSplash() {
     m_splash = std::make_unique<SplashWindow>(m_host->gate, m_host->screen);
     m_splashTimer = std::make_unique<QtTimer>(m_host->gate);
-    m_rooms.tip = std::make_unique<frmTip>(
-        frmTipNeeds{m_rooms.state.settings, m_splash->qtWindow(), m_splash->skin(), *m_splashTimer,
-                    m_host->screen, m_host->files, m_host->paths, m_texts, m_host->messageBox});
+    m_rooms.tip = std::make_unique<frmTip>(frmTipNeeds{.settings = m_rooms.state.settings,
+                                                       .window = m_splash->qtWindow(),
+                                                       .skin = m_splash->skin(),
+                                                       .timer = *m_splashTimer,
+                                                       .screen = m_host->screen,
+                                                       .files = m_host->files,
+                                                       .paths = m_host->paths,
+                                                       .texts = m_texts,
+                                                       .messageBox = m_host->messageBox,
+                                                       .errors = &m_host->journal});
     m_splash->qtWindow().onResize(m_host->gate.listener([this] { m_rooms.tip->Resize(); }));
 }
 
@@ -127,27 +134,66 @@ void Application::buildListRoom() {
 void Application::buildWindowRooms() {
     Bridges& bridges = *m_bridges;
     SettingsState& settings = m_rooms.state.settings;
-    m_rooms.main = std::make_unique<frmMain>(frmMainNeeds{
-        settings, m_panes->frame.qtWindow(), m_panes->frame.nativeWindow(), m_panes->frame.skin(),
-        m_splash->qtWindow(), m_host->files, m_host->paths, m_host->screen, m_texts,
-        m_host->messageBox, m_host->waits, bridges.commandsOfFrame});
-    m_rooms.setup = std::make_unique<frmSetupInfo>(frmSetupInfoNeeds{
-        settings, m_panes->setup.qtWindow(), m_panes->setup.skin(), m_host->screen, m_host->files,
-        m_host->paths, m_texts, m_host->messageBox, m_host->shell, bridges.settingsToProgram});
-    m_rooms.about = std::make_unique<frmAbout>(frmAboutNeeds{
-        m_panes->about.qtWindow(), m_panes->about.skin(), m_host->screen, m_host->files,
-        m_host->paths, m_texts, m_host->messageBox, m_host->shell, programFacts()});
+    m_rooms.main = std::make_unique<frmMain>(frmMainNeeds{.settings = settings,
+                                                          .window = m_panes->frame.qtWindow(),
+                                                          .native = m_panes->frame.nativeWindow(),
+                                                          .skin = m_panes->frame.skin(),
+                                                          .splash = m_splash->qtWindow(),
+                                                          .files = m_host->files,
+                                                          .paths = m_host->paths,
+                                                          .screen = m_host->screen,
+                                                          .texts = m_texts,
+                                                          .messageBox = m_host->messageBox,
+                                                          .waits = m_host->waits,
+                                                          .commands = bridges.commandsOfFrame,
+                                                          .errors = &m_host->journal});
+    m_rooms.setup =
+        std::make_unique<frmSetupInfo>(frmSetupInfoNeeds{.settings = settings,
+                                                         .window = m_panes->setup.qtWindow(),
+                                                         .skin = m_panes->setup.skin(),
+                                                         .screen = m_host->screen,
+                                                         .files = m_host->files,
+                                                         .paths = m_host->paths,
+                                                         .texts = m_texts,
+                                                         .messageBox = m_host->messageBox,
+                                                         .shell = m_host->shell,
+                                                         .targets = bridges.settingsToProgram,
+                                                         .errors = &m_host->journal});
+    m_rooms.about = std::make_unique<frmAbout>(frmAboutNeeds{.window = m_panes->about.qtWindow(),
+                                                             .skin = m_panes->about.skin(),
+                                                             .screen = m_host->screen,
+                                                             .files = m_host->files,
+                                                             .paths = m_host->paths,
+                                                             .texts = m_texts,
+                                                             .messageBox = m_host->messageBox,
+                                                             .shell = m_host->shell,
+                                                             .facts = programFacts(),
+                                                             .errors = &m_host->journal});
 }
 
 void Application::buildUpdateRoom() {
     Bridges& bridges = *m_bridges;
-    m_rooms.update = std::make_unique<frmUpdate>(
-        frmUpdateNeeds{m_panes->updateWindow, m_panes->update, bridges.transfer, bridges.tStartLoad,
-                       bridges.tAllLoad, bridges.tClose, m_texts, m_host->messageBox, m_host->shell,
-                       m_host->paths, mainProgramName, builtInUpdateKey()});
-    m_rooms.updateSchedule = std::make_unique<UpdateSchedule>(UpdateScheduleNeeds{
-        bridges.updateTimer, m_host->clock, m_texts, m_host->profile, m_host->paths,
-        [this] { m_rooms.update->Open(UpdateOpening::Automatic); }});
+    m_rooms.update = std::make_unique<frmUpdate>(frmUpdateNeeds{.window = m_panes->updateWindow,
+                                                                .progress = m_panes->update,
+                                                                .transfer = bridges.transfer,
+                                                                .tStartLoad = bridges.tStartLoad,
+                                                                .tAllLoad = bridges.tAllLoad,
+                                                                .tClose = bridges.tClose,
+                                                                .texts = m_texts,
+                                                                .messageBox = m_host->messageBox,
+                                                                .shell = m_host->shell,
+                                                                .paths = m_host->paths,
+                                                                .mainProgram = mainProgramName,
+                                                                .publicKey = builtInUpdateKey(),
+                                                                .errors = &m_host->journal});
+    m_rooms.updateSchedule = std::make_unique<UpdateSchedule>(
+        UpdateScheduleNeeds{.timer = bridges.updateTimer,
+                            .clock = m_host->clock,
+                            .texts = m_texts,
+                            .profile = m_host->profile,
+                            .paths = m_host->paths,
+                            .open = [this] { m_rooms.update->Open(UpdateOpening::Automatic); },
+                            .errors = &m_host->journal});
     m_panes->updateWindow.onCloseRequest(
         m_host->gate.listener([this] { m_rooms.update->Close(); }));
 }

@@ -37,22 +37,24 @@ FolderContent HostFolderReader::read(const std::string& folder) const {
 
 Host::Host(const EnvironmentLookup& environment, const std::string& programFolder,
            const Texts& texts)
-    : paths(environment, programFolder),
+    : journal(environment("VELMORANT_JOURNAL").value_or(""),
+              journalLevelNamed(environment("VELMORANT_JOURNAL_LEVEL").value_or(""))
+                  .value_or(JournalLevel::Info)),
+      profile(&journal),
+      paths(environment, programFolder),
       shellObject("velmorant-dvr-tools"),
       dialogs(gate, dialogMemory(paths),
               [&texts](const std::string& name) { return texts.addition(name); }),
-      messageBox(gate,
-                 [&texts](MessageAnswer answer) {
-                     switch (answer) {
-                     case MessageAnswer::Yes:
-                         return texts.addition("button.yes");
-                     case MessageAnswer::No:
-                         return texts.addition("button.no");
-                     case MessageAnswer::Ok:
-                         break;
-                     }
-                     return texts.addition("button.ok");
-                 }),
-      journal(environment("VELMORANT_JOURNAL").value_or("")) {}
+      messageBox(gate, [&texts](MessageAnswer answer) {
+          switch (answer) {
+          case MessageAnswer::Yes:
+              return texts.addition("button.yes");
+          case MessageAnswer::No:
+              return texts.addition("button.no");
+          case MessageAnswer::Ok:
+              break;
+          }
+          return texts.addition("button.ok");
+      }) {}
 
 } // namespace velmorant

@@ -34,6 +34,7 @@ struct Host {
     Host(const EnvironmentLookup& environment, const std::string& programFolder,
          const Texts& texts);
 
+    Journal journal;
     HandlerGate gate;
     QtWaits waits;
     QtClock clock;
@@ -50,7 +51,6 @@ struct Host {
     ThreadedTrackExport trackExport;
     ExpatDocument trackDocument;
     ExpatDocument handOverDocument;
-    Journal journal;
 };
 
 } // namespace velmorant

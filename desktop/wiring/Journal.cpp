@@ -1,20 +1,6 @@
 #include "desktop/wiring/Journal.h"
 
-#include <utility>
-
 namespace velmorant {
-
-Journal::Journal(const std::string& path) {
-    if (!path.empty())
-        m_file.open(path, std::ios::app);
-}
-
-void Journal::write(const std::string& line) {
-    if (!m_file.is_open())
-        return;
-    // Flushed at once: who reads along must not wait for a full buffer.
-    m_file << line << std::endl;
-}
 
 void JournalledBrowser::navigate(const std::string& address) {
     m_journal.write("navigate " + address);
@@ -28,7 +14,11 @@ void JournalledBrowser::execScript(const std::string& text, const std::string& l
 
 void JournalledBrowser::readWindowProperty(const std::string& name,
                                            std::function<void(const std::string&)> result) {
-    m_browser.readWindowProperty(name, std::move(result));
+    m_browser.readWindowProperty(
+        name, [&journal = m_journal, name, result](const std::string& value) {
+            journal.write(JournalLevel::Debug, "answer " + name + " = \"" + value + "\"");
+            result(value);
+        });
 }
 
 void JournalledBrowser::setWindowProperty(const std::string& name, const std::string& value) {

@@ -1,23 +1,11 @@
 #pragma once
 
+#include "app/Journal.h"
 #include "ports/WebBrowser.h"
 
-#include <fstream>
 #include <string>
 
 namespace velmorant {
-
-/// Writes down what the program does, a line each, for whoever looks into a problem or drives the
-/// program from outside. Without a file it writes nothing.
-class Journal {
-  public:
-    /// Appends to the file; an empty path, or one that cannot be written, keeps no journal.
-    explicit Journal(const std::string& path);
-    void write(const std::string& line);
-
-  private:
-    std::ofstream m_file;
-};
 
 /// The browser control with every script call written down.
 class JournalledBrowser : public WebBrowser {

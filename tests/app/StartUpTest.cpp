@@ -4,6 +4,7 @@
 #include "app/Shortcuts.h"
 #include "common/StepError.h"
 #include "tests/fakes/FakeBandContainer.h"
+#include "tests/fakes/FakeErrorLog.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/fakes/FakeHostPaths.h"
 #include "tests/fakes/FakeMessageBox.h"
@@ -70,7 +71,8 @@ class StartUpTest : public testing::Test {
                         .playerBands = playerBands,
                         .frameBands = frameBands,
                         .windows = windows,
-                        .languageForThisRun = languageForThisRun})
+                        .languageForThisRun = languageForThisRun,
+                        .errors = &errors})
             .run(commandLine);
     }
     void configure(const Keys& keys) { profile.contents[{configurationFile, "config"}] = keys; }
@@ -93,6 +95,7 @@ class StartUpTest : public testing::Test {
     fakes::FakeBandContainer frameBands;
     FakeStartUpWindows windows{log};
     std::string languageForThisRun;
+    fakes::FakeErrorLog errors;
 };
 
 TEST_F(StartUpTest, shows_the_windows_in_order) {
@@ -195,6 +198,7 @@ TEST_F(StartUpTest, starts_in_the_language_given_for_this_run_when_none_can_be_k
               (std::vector<ShownMessage>{{"設定現在已生效，但無法保存供下次啟動使用：\n" +
                                               configurationFile + ": permission denied",
                                           "系統提示資訊", MessageStyle::Information}}));
+    EXPECT_EQ(errors.noted, std::vector<std::string>{configurationFile + ": permission denied"});
 }
 
 TEST_F(StartUpTest, prefers_the_language_that_the_configuration_holds) {

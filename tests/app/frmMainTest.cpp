@@ -70,8 +70,18 @@ class frmMainTest : public testing::Test {
     fakes::FakeMessageBox messageBox;
     fakes::FakeWaits waits;
     FakeFrameCommands commands;
-    frmMain frame{{settings, window, native, skin, splash, files, paths, screen, texts, messageBox,
-                   waits, commands}};
+    frmMain frame{{.settings = settings,
+                   .window = window,
+                   .native = native,
+                   .skin = skin,
+                   .splash = splash,
+                   .files = files,
+                   .paths = paths,
+                   .screen = screen,
+                   .texts = texts,
+                   .messageBox = messageBox,
+                   .waits = waits,
+                   .commands = commands}};
 };
 
 TEST_F(frmMainTest, loads_the_skin_of_the_language) {

@@ -49,17 +49,17 @@ class UpdateRun : public testing::Test {
     void serveCatalogue(const std::string& text) { serve("update/remote.rar", text); }
 
     frmUpdateNeeds needs() {
-        return {window,
-                progress,
-                transfer,
-                startLoad,
-                allLoad,
-                close,
-                texts,
-                messageBox,
-                shell,
-                paths,
-                "Velmorant DVR Tools"};
+        return {.window = window,
+                .progress = progress,
+                .transfer = transfer,
+                .tStartLoad = startLoad,
+                .tAllLoad = allLoad,
+                .tClose = close,
+                .texts = texts,
+                .messageBox = messageBox,
+                .shell = shell,
+                .paths = paths,
+                .mainProgram = "Velmorant DVR Tools"};
     }
 
     /// Opens, and answers and ticks until nothing more happens.

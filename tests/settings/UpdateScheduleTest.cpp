@@ -19,7 +19,12 @@ class UpdateScheduleTest : public testing::Test {
 
     int opensAfterStart() {
         opened = 0;
-        UpdateSchedule schedule({timer, clock, texts, profile, paths, [this] { ++opened; }});
+        UpdateSchedule schedule({.timer = timer,
+                                 .clock = clock,
+                                 .texts = texts,
+                                 .profile = profile,
+                                 .paths = paths,
+                                 .open = [this] { ++opened; }});
         schedule.Start();
         timers.advance(60000);
         return opened;
@@ -35,7 +40,12 @@ class UpdateScheduleTest : public testing::Test {
 };
 
 TEST_F(UpdateScheduleTest, opens_some_seconds_after_the_start) {
-    UpdateSchedule schedule({timer, clock, texts, profile, paths, [this] { ++opened; }});
+    UpdateSchedule schedule({.timer = timer,
+                             .clock = clock,
+                             .texts = texts,
+                             .profile = profile,
+                             .paths = paths,
+                             .open = [this] { ++opened; }});
     schedule.Start();
     timers.advance(2000);
     EXPECT_EQ(opened, 0);

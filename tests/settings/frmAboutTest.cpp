@@ -32,15 +32,16 @@ class frmAboutTest : public testing::Test {
     fakes::FakeTexts texts;
     fakes::FakeMessageBox messageBox;
     fakes::FakeShell shell;
-    frmAbout box{{window,
-                  skin,
-                  screen,
-                  files,
-                  paths,
-                  texts,
-                  messageBox,
-                  shell,
-                  {"1.2.3", "GPL-3.0-or-later", "Qt 6\nlibmpv 2", "https://example.test/dvr"}}};
+    frmAbout box{
+        {.window = window,
+         .skin = skin,
+         .screen = screen,
+         .files = files,
+         .paths = paths,
+         .texts = texts,
+         .messageBox = messageBox,
+         .shell = shell,
+         .facts = {"1.2.3", "GPL-3.0-or-later", "Qt 6\nlibmpv 2", "https://example.test/dvr"}}};
 };
 
 TEST_F(frmAboutTest, opens_centred_with_the_same_skin_in_every_language) {

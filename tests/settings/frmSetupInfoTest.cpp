@@ -1,5 +1,7 @@
 #include "settings/frmSetupInfo.h"
 
+#include "common/StepError.h"
+#include "tests/fakes/FakeErrorLog.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/fakes/FakeHostPaths.h"
 #include "tests/fakes/FakeMessageBox.h"
@@ -27,12 +29,17 @@ class FakeSetupTargets : public SetupTargets {
         calls.push_back("write " + key + "=" + value);
         return writable;
     }
-    void saveRecordingList() override { calls.push_back("saveRecordingList"); }
+    void saveRecordingList() override {
+        calls.push_back("saveRecordingList");
+        if (!listWritable)
+            throw StepError("/program/flow.xml: No space left on device");
+    }
     void removeSavedList() override { calls.push_back("removeSavedList"); }
     void redrawChart() override { calls.push_back("redrawChart"); }
     void endProgram() override { calls.push_back("endProgram"); }
 
     bool writable = true;
+    bool listWritable = true;
     Calls calls;
 };
 
@@ -69,6 +76,7 @@ class frmSetupInfoTest : public testing::Test {
     fakes::FakeMessageBox messageBox;
     fakes::FakeShell shell;
     FakeSetupTargets targets;
+    fakes::FakeErrorLog errors;
     frmSetupInfo dialog{{.settings = settings,
                          .window = window,
                          .skin = skin,
@@ -78,7 +86,8 @@ class frmSetupInfoTest : public testing::Test {
                          .texts = texts,
                          .messageBox = messageBox,
                          .shell = shell,
-                         .targets = targets}};
+                         .targets = targets,
+                         .errors = &errors}};
 };
 
 TEST_F(frmSetupInfoTest, opens_centred_with_the_present_settings_selected) {
@@ -206,8 +215,7 @@ TEST_F(frmSetupInfoTest, stays_when_the_new_instance_cannot_be_started) {
     click({"LANG1002", "CMDCLOSE"});
     EXPECT_EQ(messageBox.shown.back(), (ShownMessage{"<program.notStarted>\nFile not found",
                                                      "<13011>", MessageStyle::Stop}));
-    EXPECT_EQ(targets.calls,
-              (Calls{"write mainv=1002", "saveRecordingList", "removeSavedList"}));
+    EXPECT_EQ(targets.calls, (Calls{"write mainv=1002", "saveRecordingList", "removeSavedList"}));
     EXPECT_EQ(window.closes, 1);
 }
 
@@ -232,6 +240,17 @@ TEST_F(frmSetupInfoTest, tells_before_the_restart_that_the_language_could_not_be
     click({"LANG1002", "CMDCLOSE"});
     EXPECT_EQ(messageBox.shown.size(), 2U);
     EXPECT_EQ(shell.calls.size(), 1U);
+}
+
+TEST_F(frmSetupInfoTest, notes_why_the_list_was_not_handed_over) {
+    targets.listWritable = false;
+    messageBox.answers = {MessageAnswer::Yes};
+    dialog.Load();
+    click({"LANG1002", "CMDCLOSE"});
+    EXPECT_EQ(targets.calls.back(), "endProgram");
+    EXPECT_EQ(errors.noted, Calls{"/program/flow.xml: No space left on device"});
+    ASSERT_EQ(errors.functions.size(), 1U);
+    EXPECT_NE(errors.functions[0].find("frmSetupInfo::restart"), std::string::npos);
 }
 
 TEST_F(frmSetupInfoTest, does_nothing_for_other_elements) {

@@ -36,7 +36,15 @@ class frmTipTest : public testing::Test {
     fakes::FakeHostPaths paths;
     fakes::FakeTexts texts;
     fakes::FakeMessageBox messageBox;
-    frmTip splash{{settings, window, skin, timer, screen, files, paths, texts, messageBox}};
+    frmTip splash{{.settings = settings,
+                   .window = window,
+                   .skin = skin,
+                   .timer = timer,
+                   .screen = screen,
+                   .files = files,
+                   .paths = paths,
+                   .texts = texts,
+                   .messageBox = messageBox}};
 };
 
 TEST_F(frmTipTest, loads_the_picture_of_the_language) {

@@ -50,8 +50,17 @@ class DesktopUpdate {
     QtTimer close{gate};
     fakes::FakeMessageBox messages;
     fakes::FakeShell shell;
-    frmUpdate update{{window, widget, transfer, startLoad, allLoad, close, texts, messages, shell,
-                      paths, "Velmorant DVR Tools"}};
+    frmUpdate update{{.window = window,
+                      .progress = widget,
+                      .transfer = transfer,
+                      .tStartLoad = startLoad,
+                      .tAllLoad = allLoad,
+                      .tClose = close,
+                      .texts = texts,
+                      .messageBox = messages,
+                      .shell = shell,
+                      .paths = paths,
+                      .mainProgram = "Velmorant DVR Tools"}};
 };
 
 } // namespace velmorant

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <source_location>
+#include <string_view>
+
+namespace velmorant {
+
+/// Where errors are noted that a handler passes over, so that they can be found afterwards. Whoever
+/// has none is handed null.
+class ErrorLog {
+  public:
+    virtual ~ErrorLog() = default;
+    /// `where` is the place that passed the error over. Throws nothing.
+    virtual void passedOver(std::string_view what, const std::source_location& where) = 0;
+};
+
+} // namespace velmorant
