@@ -1,5 +1,6 @@
 #include "app/ProfileText.h"
 
+#include "common/iniGrammar.h"
 #include "common/textRules.h"
 
 #include <algorithm>
@@ -8,37 +9,6 @@
 namespace velmorant {
 
 namespace {
-
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-constexpr std::string_view blanks = " \t";
-
-std::string_view trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-std::optional<std::string_view> sectionName(std::string_view line) {
-    line = trimmed(line);
-    const std::size_t end = line.find(']');
-    if (line.empty() || line.front() != '[' || end == std::string_view::npos)
-        return std::nullopt;
-    return trimmed(line.substr(1, end - 1));
-}
-
-std::optional<std::string_view> keyName(std::string_view line) {
-    const std::size_t end = line.find('=');
-    const std::string_view key = trimmed(line.substr(0, end));
-    if (end == std::string_view::npos || key.starts_with(';'))
-        return std::nullopt;
-    return key;
-}
-
-bool isQuoted(std::string_view value) {
-    return value.size() >= 2 && value.front() == value.back() &&
-           (value.front() == '"' || value.front() == '\'');
-}
 
 bool isControl(char letter) {
     const auto code = static_cast<unsigned char>(letter);
@@ -57,39 +27,32 @@ bool fitsOneLine(std::string_view text) {
 
 ProfileText::ProfileText(std::string_view text) {
     const bool onlyText = !hasControl(text);
-    if (text.starts_with(byteOrderMark)) {
-        m_byteOrderMark = byteOrderMark;
-        text.remove_prefix(byteOrderMark.size());
+    if (text.starts_with(iniByteOrderMark)) {
+        m_byteOrderMark = iniByteOrderMark;
+        text.remove_prefix(iniByteOrderMark.size());
     }
     while (!text.empty()) {
-        const std::size_t feed = text.find('\n');
-        std::string_view line = text.substr(0, feed);
-        std::string ending = feed == std::string_view::npos ? "" : "\n";
-        if (line.ends_with('\r')) {
-            line.remove_suffix(1);
-            ending.insert(0, "\r");
-        }
-        m_lines.push_back({std::string(line), ending});
-        text.remove_prefix(feed == std::string_view::npos ? text.size() : feed + 1);
+        const IniLine line = takeIniLine(text);
+        m_lines.push_back({std::string(line.content), std::string(line.ending)});
     }
     const auto first = std::find_if(m_lines.begin(), m_lines.end(), [](const Line& line) {
-        const std::string_view content = trimmed(line.content);
+        const std::string_view content = withoutBlanks(line.content);
         return !content.empty() && content.front() != ';' && content.front() != '#';
     });
-    m_isProfile = onlyText && (first == m_lines.end() || sectionName(first->content));
+    m_isProfile = onlyText && (first == m_lines.end() || iniSection(first->content));
 }
 
 std::optional<ProfileText::Range> ProfileText::find(std::string_view section) const {
     std::size_t header = 0;
     for (; header < m_lines.size(); ++header) {
-        const auto name = sectionName(m_lines[header].content);
-        if (name && equalsIgnoringCase(*name, trimmed(section)))
+        const auto name = iniSection(m_lines[header].content);
+        if (name && equalsIgnoringCase(*name, withoutBlanks(section)))
             break;
     }
     if (header == m_lines.size())
         return std::nullopt;
     std::size_t end = header + 1;
-    while (end < m_lines.size() && !sectionName(m_lines[end].content))
+    while (end < m_lines.size() && !iniSection(m_lines[end].content))
         ++end;
     return Range{header, end};
 }
@@ -99,8 +62,8 @@ std::optional<std::size_t> ProfileText::find(std::string_view section, std::stri
     if (!range)
         return std::nullopt;
     for (std::size_t i = range->header + 1; i < range->end; ++i) {
-        const auto name = keyName(m_lines[i].content);
-        if (name && equalsIgnoringCase(*name, trimmed(key)))
+        const auto present = iniKey(m_lines[i].content);
+        if (present && equalsIgnoringCase(present->name, withoutBlanks(key)))
             return i;
     }
     return std::nullopt;
@@ -111,26 +74,22 @@ std::optional<std::string> ProfileText::value(std::string_view section,
     const auto line = find(section, key);
     if (!line)
         return std::nullopt;
-    const std::string& content = m_lines[*line].content;
-    std::string_view value = std::string_view(content).substr(content.find('=') + 1);
-    if (isQuoted(value))
-        value = value.substr(1, value.size() - 2);
-    return std::string(value);
+    return std::string(iniKey(m_lines[*line].content)->value);
 }
 
 std::vector<std::string> ProfileText::keys(std::string_view section) const {
     std::vector<std::string> names;
     const auto range = find(section);
     for (std::size_t i = range ? range->header + 1 : 0; range && i < range->end; ++i) {
-        const auto name = keyName(m_lines[i].content);
-        if (name && !name->empty())
-            names.emplace_back(*name);
+        const auto present = iniKey(m_lines[i].content);
+        if (present && !present->name.empty())
+            names.emplace_back(present->name);
     }
     return names;
 }
 
 bool ProfileText::setValue(std::string_view section, std::string_view key, std::string_view value) {
-    const std::string_view name = trimmed(key);
+    const std::string_view name = withoutBlanks(key);
     if (!fitsOneLine(section) || section.find(']') != std::string_view::npos ||
         !fitsOneLine(value) || !fitsOneLine(key) || name.empty() ||
         name.find('=') != std::string_view::npos || name.front() == ';' || name.front() == '[')
@@ -144,10 +103,10 @@ bool ProfileText::setValue(std::string_view section, std::string_view key, std::
         return true;
     }
     if (!find(section))
-        insert(m_lines.size(), '[' + std::string(trimmed(section)) + ']');
+        insert(m_lines.size(), '[' + std::string(withoutBlanks(section)) + ']');
     const auto range = find(section);
     std::size_t place = range->end;
-    while (place > range->header + 1 && trimmed(m_lines[place - 1].content).empty())
+    while (place > range->header + 1 && withoutBlanks(m_lines[place - 1].content).empty())
         --place;
     insert(place, std::string(name) + '=' + written);
     return true;

@@ -9,12 +9,8 @@
 namespace velmorant {
 
 /// The text of an INI file, editable without losing what is not understood: other lines, comments,
-/// blank lines, line endings and order stay.
-///
-/// Grammar (see also ProfileFunctions): an optional byte order mark; lines ended by LF or CR LF,
-/// the last one perhaps by nothing; "[name]" after optional blanks opens a section, what follows
-/// the first "]" is ignored; "key=value" is a key, blanks around the key do not count, blanks
-/// around the value belong to it; a value between two equal quotes is what stands between them.
+/// blank lines, line endings and order stay. The grammar stands in
+/// common/iniGrammar.h.
 class ProfileText {
   public:
     explicit ProfileText(std::string_view text);
