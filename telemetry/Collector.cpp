@@ -225,6 +225,21 @@ void Collector::add(std::size_t second, const AccelerationMean& readings) {
     }
 }
 
+void Collector::comesAt(double seconds) {
+    constexpr double perSecond = 1000;
+    offset_ = seconds > 0 ? static_cast<std::uint64_t>(seconds * perSecond + 0.5) : 0;
+    if (!timesAt_) {
+        timesAt_ = [](std::span<const std::uint64_t> milliseconds) {
+            std::vector<double> times;
+            times.reserve(milliseconds.size());
+            for (const std::uint64_t time : milliseconds) {
+                times.push_back(static_cast<double>(time) / perSecond);
+            }
+            return times;
+        };
+    }
+}
+
 void Collector::addToLast(const Acceleration& acceleration) {
     if (!sequence_.empty()) {
         sequence_.back().acceleration.add(static_cast<float>(acceleration.x),

@@ -101,6 +101,8 @@ class Collector {
     void askContainer(TimesAt timesAt) { timesAt_ = std::move(timesAt); }
     // The readings added to the sequence from here on come from this place of the file.
     void comesFrom(std::uint64_t offset) { offset_ = offset; }
+    // The same where the container tells their time itself, in seconds.
+    void comesAt(double seconds);
 
     bool empty() const { return sequence_.empty() && bins_.empty() && probation_.empty(); }
     bool hasFixes() const { return fixes_ > 0; }

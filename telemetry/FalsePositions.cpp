@@ -160,20 +160,28 @@ class Chains {
 void markSpeedWithoutMovement(std::vector<Sample>& samples) {
     constexpr double driving = 5;  // km/h; below, a parked receiver's own noise
     constexpr double movedFor = 5; // metres; the coarsest layouts tell places 4 m apart
-    std::size_t runStart = 0;
+    std::size_t runStart = samples.size();
+    std::size_t before = samples.size(); // the trusted sample before
     double way = 0;
-    for (std::size_t i = 1; i < samples.size(); ++i) {
-        const bool goesOn = good(samples[i]) && good(samples[runStart]) &&
-                            samples[i - 1].rawSpeed >= driving && samples[i].rawSpeed >= driving &&
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        if (!good(samples[i])) {
+            continue;
+        }
+        const bool goesOn = runStart < samples.size() && samples[before].rawSpeed >= driving &&
+                            samples[i].rawSpeed >= driving &&
                             samePlace(samples[runStart], samples[i]);
         if (!goesOn) {
-            runStart = i;
+            runStart = before = i;
             way = 0;
             continue;
         }
-        way += samples[i].rawSpeed / 3.6;
+        way += samples[i].rawSpeed / 3.6 * static_cast<double>(i - before);
+        before = i;
         if (way > movedFor && i - runStart >= 2) {
-            samples[i].state = samples[runStart + 1].state = FixState::parkedDrift;
+            for (std::size_t frozen = runStart + 1; frozen <= i; ++frozen) {
+                samples[frozen].state =
+                    good(samples[frozen]) ? FixState::parkedDrift : samples[frozen].state;
+            }
         }
     }
 }

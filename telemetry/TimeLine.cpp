@@ -45,33 +45,79 @@ std::vector<double> containerLine(std::span<const ClockedReading> readings) {
     return line;
 }
 
-// Readings that count as one second each where the container tells nothing.
+bool timed(const ClockedReading& reading) {
+    return !reading.repeats && reading.clock != noTime;
+}
+
+// Readings that count as one second each where the container tells nothing. One that is written
+// again may stand beside the others or in the place of one.
 class Slots {
   public:
-    Slots(std::span<const ClockedReading> readings, std::size_t seconds) {
+    Slots(std::span<const ClockedReading> readings, std::size_t seconds)
+        : counts_(readings.size(), true) {
         std::size_t repeats = 0;
         for (const ClockedReading& reading : readings) {
             repeats += reading.repeats ? 1 : 0;
         }
         const std::size_t distinct = readings.size() - repeats;
-        // A reading is written again in addition to the others or in the place of one.
         const auto away = [&](std::size_t count) {
             return count > seconds ? count - seconds : seconds - count;
         };
-        countsRepeats_ = seconds > 0 && away(readings.size()) < away(distinct);
-        count_ = countsRepeats_ ? readings.size() : distinct;
+        const bool inPlace = seconds > 0 && away(readings.size()) < away(distinct);
+        for (std::size_t i = 0; i < readings.size(); ++i) {
+            counts_[i] = !readings[i].repeats || inPlace;
+        }
+        // As many readings as seconds leave nothing to ask.
+        if (repeats > 0 && readings.size() != seconds) {
+            askClock(readings);
+        }
+        count_ = static_cast<std::size_t>(std::count(counts_.begin(), counts_.end(), true));
+        // Behind the last reading of the clock nothing but the length tells.
+        for (std::size_t i = readings.size(); i-- > 0 && seconds > 0 && !timed(readings[i]);) {
+            if (readings[i].repeats && counts_[i] && count_ > seconds) {
+                counts_[i] = false;
+                --count_;
+            }
+        }
     }
-    bool counts(const ClockedReading& reading) const { return countsRepeats_ || !reading.repeats; }
+    bool counts(std::size_t i) const { return counts_[i]; }
     std::size_t count() const { return count_; }
 
   private:
-    bool countsRepeats_ = false;
+    // Between two readings of the clock as many count as seconds went by, where that is possible.
+    void askClock(std::span<const ClockedReading> readings) {
+        std::size_t from = readings.size();
+        for (std::size_t i = 0; i < readings.size(); ++i) {
+            if (!timed(readings[i])) {
+                continue;
+            }
+            if (from < readings.size() && i > from + 1) {
+                countBetween(readings, from, i);
+            }
+            from = i;
+        }
+    }
+    void countBetween(std::span<const ClockedReading> readings, std::size_t from, std::size_t to) {
+        std::int64_t wanted =
+            std::llround(static_cast<double>(readings[to].clock - readings[from].clock) / 1000) - 1;
+        std::int64_t repeats = 0;
+        for (std::size_t i = from + 1; i < to; ++i) {
+            repeats += readings[i].repeats ? 1 : 0;
+            wanted -= readings[i].repeats ? 0 : 1;
+        }
+        if (wanted < 0 || wanted > repeats) {
+            return;
+        }
+        for (std::size_t i = from + 1; i < to; ++i) {
+            if (readings[i].repeats) {
+                counts_[i] = wanted-- > 0;
+            }
+        }
+    }
+
+    std::vector<bool> counts_;
     std::size_t count_ = 0;
 };
-
-bool timed(const ClockedReading& reading) {
-    return !reading.repeats && reading.clock != noTime;
-}
 
 // More than one reading a second, by the clock and, where it is known, by the length.
 bool severalPerSecond(std::span<const ClockedReading> readings, const Slots& slots,
@@ -150,7 +196,7 @@ class Runs {
     std::vector<double> place() {
         std::size_t slot = 0;
         for (std::size_t i = 0; i < readings_.size(); ++i) {
-            const bool counts = slots_.counts(readings_[i]);
+            const bool counts = slots_.counts(i);
             if (!timed(readings_[i])) {
                 placeUntimed(i, counts);
             } else if (!run_.empty() && goesOn(i, slot)) {
@@ -176,7 +222,14 @@ class Runs {
         return static_cast<double>(readings_[i].clock - readings_[lastTimed_].clock) / 1000 -
                static_cast<double>(slot - lastSlot_);
     }
-    bool goesOn(std::size_t i, std::size_t slot) const { return std::abs(ahead(i, slot)) < 0.5; }
+    bool goesOn(std::size_t i, std::size_t slot) const {
+        if (container_.empty()) {
+            return std::abs(ahead(i, slot)) < 0.5;
+        }
+        const double clock =
+            static_cast<double>(readings_[i].clock - readings_[lastTimed_].clock) / 1000;
+        return std::abs(clock - (container_[i] - container_[lastTimed_])) <= unsteady;
+    }
 
     void openRun(std::size_t i, std::size_t slot) {
         const auto clock = static_cast<double>(wholeSeconds(readings_[i].clock));
@@ -213,7 +266,6 @@ class Runs {
             off.push_back(static_cast<double>(wholeSeconds(readings_[i].clock)) - start_ -
                           container_[i]);
         }
-        constexpr double unsteady = 0.75;
         const double median = medianOf(off);
         if (std::abs(median) > unsteady) {
             start_ += std::round(median);
@@ -233,6 +285,7 @@ class Runs {
     }
 
     static constexpr double noStart = -1e300;
+    static constexpr double unsteady = 0.75; // seconds by which a writer is early or late
 
     std::span<const ClockedReading> readings_;
     Slots slots_;
@@ -260,19 +313,16 @@ bool clockTellsAll(std::span<const ClockedReading> readings, std::size_t seconds
     const ClockedReading* last = nullptr;
     std::int64_t slot = 0;
     std::int64_t lastSlot = 0;
-    for (const ClockedReading& reading : readings) {
-        if (timed(reading)) {
+    for (std::size_t i = 0; i < readings.size(); ++i) {
+        if (timed(readings[i])) {
             if (last != nullptr &&
-                std::abs(reading.clock - last->clock - 1000 * (slot - lastSlot)) >= 500) {
+                std::abs(readings[i].clock - last->clock - 1000 * (slot - lastSlot)) >= 500) {
                 return false;
             }
-            last = &reading;
+            last = &readings[i];
             lastSlot = slot;
         }
-        if (reading.repeats && slots.count() == readings.size()) {
-            return false;
-        }
-        slot += reading.repeats ? 0 : 1;
+        slot += slots.counts(i) ? 1 : 0;
     }
     return true;
 }

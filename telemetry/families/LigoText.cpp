@@ -4,6 +4,7 @@
 
 #include "telemetry/Geometry.h"
 #include "telemetry/Nmea.h"
+#include "telemetry/PictureTimes.h"
 #include "telemetry/Scan.h"
 #include "telemetry/UtcTime.h"
 #include "telemetry/families/LigoCipher.h"
@@ -200,10 +201,14 @@ bool readBlocks(Recording& recording, Collector& collector) {
         if (box.type != code("gps ") || box.payloadSize < 8) {
             continue;
         }
+        collector.askContainer([&recording](std::span<const std::uint64_t> offsets) {
+            return pictureTimes(recording, offsets);
+        });
         const std::uint64_t claimed = recording.input.peek(box.payload, 8).u32be(4);
         const std::uint64_t count = std::min(claimed, (box.payloadSize - 8) / 8);
         for (std::uint64_t i = 0; i < count && !recording.input.stopped(); ++i) {
             const std::uint64_t offset = recording.input.peek(box.payload + 8 + 8 * i, 8).u32be(0);
+            collector.comesFrom(offset);
             found = readPart(recording.input, offset, 0x200, collector) || found;
             if (!found) {
                 return false; // the first block speaks for all

@@ -86,6 +86,7 @@ void readRow(Input& input, const SampleLocation& where, Bytes sample, Collector&
     Collector behind;
     if (sample.text(0x38, 64).find("LIGOGPSINFO") != std::string_view::npos &&
         readLigoText(input, sample.from(0x38), behind) && !behind.empty()) {
+        collector.comesAt(where.time);
         readLigoText(input, sample.from(0x38), collector);
         return;
     }

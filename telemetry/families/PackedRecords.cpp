@@ -79,6 +79,7 @@ void readSsmdSample(Input& input, const SampleLocation& where, Bytes sample, Col
         fix.mediaTime = where.time;
         collector.add(fix);
     } else if (sample.text(0, 4) == "SKIP" || sample.text(0, 64).find("LIGOGPSINFO") != SIZE_MAX) {
+        collector.comesAt(where.time);
         readLigoText(input, sample, collector);
     }
 }

@@ -175,7 +175,7 @@ class Demultiplexer {
         Unit& unit = units_[pid];
         if (starts) {
             finish(unit);
-            unit.time = milliseconds_;
+            unit.time = time_;
         }
         if (unit.bytes.size() + payload.size() <= longestUnit) {
             unit.bytes.insert(unit.bytes.end(), payload.span().begin(), payload.span().end());
@@ -192,7 +192,7 @@ class Demultiplexer {
   private:
     struct Unit {
         std::vector<std::uint8_t> bytes;
-        std::uint64_t time = 0; // of the picture when it began, in milliseconds from the first
+        double time = 0; // of the picture when it began, in seconds from the first
     };
 
     void keepTime(double time) {
@@ -201,7 +201,7 @@ class Demultiplexer {
         }
         first_ = known(first_) ? first_ : time;
         if (time >= first_) {
-            milliseconds_ = static_cast<std::uint64_t>(std::llround((time - first_) * 1000));
+            time_ = time - first_;
         }
     }
 
@@ -219,7 +219,7 @@ class Demultiplexer {
 
     void finish(Unit& unit) {
         const Bytes bytes = withoutStreamHeader(std::span<const std::uint8_t>(unit.bytes));
-        collector_.comesFrom(unit.time);
+        collector_.comesAt(unit.time);
         if (marked(bytes)) {
             readHeld();
             held_ = {std::vector<std::uint8_t>(bytes.span().begin(), bytes.span().end()),
@@ -247,7 +247,7 @@ class Demultiplexer {
             readHeld();
             return false;
         }
-        collector_.comesFrom(held_.time);
+        collector_.comesAt(held_.time);
         readPlainLigo(both, collector_);
         held_.bytes.clear();
         return true;
@@ -255,7 +255,7 @@ class Demultiplexer {
 
     void readHeld() {
         if (!held_.bytes.empty()) {
-            collector_.comesFrom(held_.time);
+            collector_.comesAt(held_.time);
             readLigoText(input_, std::span<const std::uint8_t>(held_.bytes), collector_);
             held_.bytes.clear();
         }
@@ -267,7 +267,7 @@ class Demultiplexer {
     Unit held_;
     bool inText_ = false;
     double first_ = unknown;
-    std::uint64_t milliseconds_ = 0;
+    double time_ = 0;
 };
 
 } // namespace
@@ -285,14 +285,6 @@ bool readTransportStream(Recording& recording, Collector& collector) {
     constexpr std::size_t packetsAtOnce = 2048;
     std::vector<std::uint8_t> buffer(framing.stride * packetsAtOnce);
     Demultiplexer demultiplexer(input, collector);
-    collector.askContainer([](std::span<const std::uint64_t> milliseconds) {
-        std::vector<double> times;
-        times.reserve(milliseconds.size());
-        for (const std::uint64_t time : milliseconds) {
-            times.push_back(static_cast<double>(time) / 1000);
-        }
-        return times;
-    });
     for (std::uint64_t at = 0; at < input.size() && !input.stopped(); at += buffer.size()) {
         input.progress(at);
         input.source().announce(at + buffer.size(), buffer.size());

@@ -75,8 +75,23 @@ TEST(TimeLine, leaves_a_second_free_in_whose_place_another_is_written_again) {
         readings[i].clock = readings[i - 1].clock;
         readings[i].repeats = true;
     }
-    EXPECT_FALSE(clockTellsAll(readings, 60));
+    EXPECT_TRUE(clockTellsAll(readings, 60));
     expectLine(readings, 60, counted(0, 60));
+}
+
+TEST(TimeLine, tells_readings_written_again_in_addition_from_those_in_a_place_of_another) {
+    Readings readings = steady(60);
+    readings[30].clock = readings[29].clock;
+    readings[30].repeats = true;
+    ClockedReading again = readings[10];
+    again.repeats = true;
+    readings.insert(readings.begin() + 11, again);
+    const auto line = timeLine(readings, 60);
+    EXPECT_EQ(line[0], 0);
+    EXPECT_EQ(line[12], 11);
+    EXPECT_EQ(line[31], 30);
+    EXPECT_EQ(line[32], 31);
+    EXPECT_EQ(line.back(), 59);
 }
 
 TEST(TimeLine, follows_the_clock_over_lost_readings) {
