@@ -83,6 +83,9 @@ class Recorder {
         }
         for (std::size_t i = from; i <= to; ++i) {
             written.own[i] = false;
+            if (countsOnly_) { // nothing tells two without a fix from one written again
+                seconds[i].written = std::min(seconds[i].written, 1);
+            }
             if (!freezes) {
                 seconds[i].fix = false;
                 continue;
