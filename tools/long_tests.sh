@@ -5,14 +5,15 @@
 #                            that is read slowly (default 100)
 #   VELMORANT_KILLS          how often it is killed (default 30)
 #   VELMORANT_CLICKS         how many places of routes are clicked (default 200)
+#   VELMORANT_DRIVES         how many random drives every layout records (default 500)
 #   VELMORANT_FUZZ_SECONDS   how long each fuzzer runs (default 120)
 #   VELMORANT_MUTANTS        how many places of the logic are broken (default 200)
 #   VELMORANT_MUTATION_SEED  which places (default 1)
-#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz mutation package
+#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz mutation drives package
 #                                 keyboard clean
 set -u
 cd "$(dirname "$0")/.." || exit 1
-tests=${*:-road clicks kills starts update fuzz mutation package keyboard clean}
+tests=${*:-road clicks kills starts update fuzz mutation drives package keyboard clean}
 starts=${VELMORANT_STARTS:-100}
 kills=${VELMORANT_KILLS:-30}
 fuzz_seconds=${VELMORANT_FUZZ_SECONDS:-120}
@@ -84,6 +85,13 @@ for test in $tests; do
         ;;
     update)
         update
+        ;;
+    drives)
+        VELMORANT_DRIVES=${VELMORANT_DRIVES:-500} build/default/tests/telemetry/test_telemetry \
+            --gtest_filter='RandomDrives.*' >"$work/drives.log" 2>&1
+        code=$?
+        grep -E ' valid seconds lost|Failure| m off ' "$work/drives.log" | head -n 20
+        result "random drives in every layout" $code
         ;;
     fuzz)
         tools/short_fuzz.sh "$fuzz_seconds"
