@@ -64,16 +64,14 @@ double disagreement(const std::vector<Sample>& samples, std::size_t from, std::s
 
 // What a sample adds to its chain: a step as far as the speed says counts in full, a place that
 // stands still hardly, since a receiver without reception repeats its last one for hours.
-double weightOf(const std::vector<Sample>& samples, const Chain& chain, std::size_t to) {
+double weightOf(const std::vector<Sample>& samples, std::size_t from, std::size_t to) {
     constexpr double standing = 0.05;
-    if (samePlace(samples[chain.last], samples[to])) {
+    if (samePlace(samples[from], samples[to])) {
         return standing;
     }
-    const double perSecond =
-        between(samples[chain.last], samples[to]) / static_cast<double>(to - chain.last);
+    const double perSecond = between(samples[from], samples[to]) / static_cast<double>(to - from);
     constexpr double tolerance = 4; // metres per second
-    return disagreement(samples, chain.last, to) <= std::max(tolerance, perSecond / 2) ? 1
-                                                                                       : standing;
+    return disagreement(samples, from, to) <= std::max(tolerance, perSecond / 2) ? 1 : standing;
 }
 
 class Chains {
@@ -105,6 +103,7 @@ class Chains {
         if (chains_.size() < 2) {
             return;
         }
+        weigh();
         const auto heaviest =
             std::max_element(chains_.begin(), chains_.end(), [](const Chain& a, const Chain& b) {
                 return a.weight < b.weight || (a.weight == b.weight && a.length < b.length);
@@ -142,8 +141,22 @@ class Chains {
         return best;
     }
 
+    // Asked only where there is a choice, as in few recordings.
+    void weigh() {
+        std::vector<std::size_t> last(chains_.size(), samples_.size());
+        for (std::size_t i = 0; i < samples_.size(); ++i) {
+            const std::size_t chain = chainOf_[i];
+            if (!good(samples_[i]) || chain >= chains_.size()) {
+                continue;
+            }
+            if (last[chain] < samples_.size()) {
+                chains_[chain].weight += weightOf(samples_, last[chain], i);
+            }
+            last[chain] = i;
+        }
+    }
+
     void join(Chain& chain, std::size_t i) const {
-        chain.weight += weightOf(samples_, chain, i);
         if (!samePlace(samples_[chain.last], samples_[i])) {
             chain.arrived = i;
         }
