@@ -337,7 +337,10 @@ std::vector<double> timeLine(std::span<const ClockedReading> readings, std::size
     }
     std::vector<double> line = Runs(readings, seconds).place();
     if (seconds > 0 && !line.empty()) {
-        const double last = std::floor(*std::max_element(line.begin(), line.end()) + 1e-6);
+        double last = 0; // of a reading written again the container tells half a second too much
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            last = readings[i].repeats ? last : std::max(last, std::floor(line[i] + 1e-6));
+        }
         const double tail = last - static_cast<double>(seconds - 1);
         for (double& place : line) {
             place -= std::max(0.0, tail);
