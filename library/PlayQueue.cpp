@@ -50,18 +50,16 @@ RowStart PlayQueue::PlayEntry(int index) {
 
 void PlayQueue::start(int index, std::shared_ptr<clsDot> track) {
     RecordingList& list = m_needs.list;
-    RecordingListPlayer& player = m_needs.player;
     m_needs.state.currentTrack = std::move(track);
     // A step that fails does not keep the others from being done.
     trapErrors([&] { m_needs.waits.sleep(pauseBeforeOpening); });
-    trapErrors([&] { m_needs.chart.refreshForCurrentTrack(); });
-    trapErrors([&] { player.openRecording(list.row(index).path); });
-    trapErrors([&] { player.play(); });
-    trapErrors([&] { player.enablePlayTimer(); });
-    trapErrors([&] { player.applyRate(); });
+    trapErrors([&] { m_needs.drawChart(); });
+    trapErrors([&] { m_needs.playRecording(list.row(index).path); });
     list.setPlayingIndex(index);
-    trapErrors([&] { list.set(index, &RecordingEntry::notice, ""); });
-    trapErrors([&] { m_needs.refreshListMarks(index); });
+    // It plays, so it was neither damaged nor gone for good.
+    list.set(index, &RecordingEntry::notice, "");
+    list.set(index, &RecordingEntry::file, FileState::Present);
+    list.highlight(index);
     trapErrors([&] { m_needs.status.show(""); });
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "library/RecordingListChart.h"
-#include "library/RecordingListPlayer.h"
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
 #include "ports/StatusLine.h"
@@ -27,9 +25,8 @@ struct PlayQueueNeeds {
     StatusLine& status;
     Waits& waits;
     Timer& tContinue;
-    RecordingListPlayer& player;
-    RecordingListChart& chart;
-    std::function<void(int)> refreshListMarks; ///< frmMP4List::RefreshListMarks
+    std::function<void()> drawChart; ///< of the track that has become the current one
+    std::function<void(const std::string& path)> playRecording; ///< frmChild::playRecording
 };
 
 /// The marked rows as a queue: starts a row, and finds the row that follows when one ends.

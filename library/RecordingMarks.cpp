@@ -1,7 +1,7 @@
 #include "library/RecordingMarks.h"
 
 #include "common/trapErrors.h"
-#include "library/RecordingRemoval.h"
+#include "recordings/RowView.h"
 
 #include <cstdint>
 #include <string>
@@ -42,7 +42,7 @@ void RecordingMarks::toggle(int index) {
         // The extraction of one recording works on the selected row.
         if (list.selected() != index)
             list.select(index);
-        m_needs.extraction.extractSelected();
+        m_needs.tracks.extractSelected();
     } else if (list.row(index).map == MapState::Hidden) {
         (void)drawRows({index});
     }
@@ -71,8 +71,8 @@ void RecordingMarks::unmark(int index) {
     const bool mayBeDrawn = list.marked(index) || list.row(index).map == MapState::Shown;
     list.setMark(index, MarkState::NotMarked);
     list.set(index, &RecordingEntry::map, MapState::Hidden);
-    if (mayBeDrawn && m_needs.map.pageLoaded())
-        trapErrors([&] { m_needs.map.runScript(clearTrackScript(list.row(index).serial)); });
+    if (mayBeDrawn && m_needs.page.ready())
+        trapErrors([&] { m_needs.page.clearHistroy(RowView::mapNumber(list.row(index).serial)); });
 }
 
 void RecordingMarks::markRows(const std::function<bool(int)>& condition, OtherRows others) {
@@ -97,7 +97,7 @@ void RecordingMarks::markRows(const std::function<bool(int)>& condition, OtherRo
     }
     // Who cancels the drawing wants no reading behind it.
     if (drawRows(hidden) && tracksMissing)
-        m_needs.extraction.extractMarked();
+        m_needs.tracks.extractMarked();
 }
 
 /// False when the user cancelled it: the rows that were not drawn stay hidden.
@@ -113,7 +113,7 @@ bool RecordingMarks::drawRows(const std::vector<int>& rows) {
     }
     if (serials.empty())
         return true;
-    const std::size_t drawn = m_needs.extraction.drawTracks(serials);
+    const std::size_t drawn = m_needs.tracks.drawTracks(serials);
     const RecordingList::Batch batch(list);
     for (std::size_t i = drawn; i < rows.size(); ++i)
         list.set(rows[i], &RecordingEntry::map, MapState::Hidden);

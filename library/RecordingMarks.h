@@ -1,8 +1,8 @@
 #pragma once
 
-#include "library/RecordingListExtraction.h"
-#include "library/RecordingListMap.h"
-#include "library/RecordingListPlayer.h"
+#include "library/TrackCommands.h"
+#include "ports/MapPage.h"
+#include "ports/MediaPlayer.h"
 #include "ports/MessageBox.h"
 #include "ports/Texts.h"
 #include "recordings/ProgramState.h"
@@ -19,9 +19,9 @@ struct RecordingMarksNeeds {
     ProgramState& state;
     const Texts& texts;
     MessageBox& messageBox;
-    RecordingListMap& map;
-    RecordingListPlayer& player;
-    RecordingListExtraction& extraction;
+    MapPage& page;
+    const PlayerControls& player;
+    TrackCommands tracks;
 };
 
 /// Marks and unmarks rows, and with them draws tracks on the map, has missing ones extracted and

@@ -8,13 +8,9 @@
 
 namespace velmorant {
 
-std::string clearTrackScript(std::int32_t serial) {
-    return "clearHistroy('" + RowView::mapNumber(serial) + "')";
-}
-
 RecordingRemoval::RecordingRemoval(RecordingList& list, ProgramState& state, PlayQueue& queue,
-                                   RecordingListMap& map)
-    : m_list(list), m_state(state), m_queue(queue), m_map(map) {}
+                                   MapPage& page)
+    : m_list(list), m_state(state), m_queue(queue), m_page(page) {}
 
 int RecordingRemoval::removeIf(const std::function<bool(const RecordingEntry&)>& condition) {
     const int count = m_list.count();
@@ -47,10 +43,10 @@ int RecordingRemoval::removeIf(const std::function<bool(const RecordingEntry&)>&
 }
 
 void RecordingRemoval::removeAll() {
-    const bool pageLoaded = m_map.pageLoaded();
+    const bool pageLoaded = m_page.ready();
     for (int index = m_list.count(); pageLoaded && index >= 1; --index) {
         if (m_list.marked(index))
-            trapErrors([&] { m_map.runScript(clearTrackScript(m_list.row(index).serial)); });
+            trapErrors([&] { m_page.clearHistroy(RowView::mapNumber(m_list.row(index).serial)); });
     }
     m_list.remove(1, m_list.count());
     m_list.setPlayingIndex(0);
@@ -61,8 +57,8 @@ void RecordingRemoval::removeAll() {
 
 void RecordingRemoval::forget(const RecordingEntry& entry) {
     const bool drawn = entry.marked() || entry.map == MapState::Shown;
-    if (drawn && m_map.pageLoaded())
-        trapErrors([&] { m_map.runScript(clearTrackScript(entry.serial)); });
+    if (drawn && m_page.ready())
+        trapErrors([&] { m_page.clearHistroy(RowView::mapNumber(entry.serial)); });
     m_state.loadedTracks.remove(entry.serial);
 }
 

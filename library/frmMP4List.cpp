@@ -45,12 +45,24 @@ frmMP4List::frmMP4List(const frmMP4ListNeeds& needs)
     : m_needs(needs),
       m_view(needs.texts, needs.screen),
       m_maker(m_view, needs.paths),
-      m_queue({needs.list, needs.state, needs.files, needs.paths, needs.texts, needs.status,
-               needs.waits, needs.tContinue, needs.player, needs.chart,
-               [this](int index) { RefreshListMarks(index); }}),
-      m_marks({needs.list, needs.state, needs.texts, needs.messageBox, needs.map, needs.player,
-               needs.extraction}),
-      m_removal(needs.list, needs.state, m_queue, needs.map),
+      m_queue({.list = needs.list,
+               .state = needs.state,
+               .files = needs.files,
+               .paths = needs.paths,
+               .texts = needs.texts,
+               .status = needs.status,
+               .waits = needs.waits,
+               .tContinue = needs.tContinue,
+               .drawChart = needs.drawChart,
+               .playRecording = needs.playRecording}),
+      m_marks({.list = needs.list,
+               .state = needs.state,
+               .texts = needs.texts,
+               .messageBox = needs.messageBox,
+               .page = needs.page,
+               .player = needs.player,
+               .tracks = needs.tracks}),
+      m_removal(needs.list, needs.state, m_queue, needs.page),
       m_file(needs.document, needs.files, needs.paths),
       m_search(needs.folders, needs.files, needs.paths),
       m_count(needs.list, needs.skin, needs.texts) {}
@@ -104,7 +116,7 @@ void frmMP4List::LoadRecordingList() {
 }
 
 bool frmMP4List::mayAdd() {
-    if (m_needs.map.pageLoaded())
+    if (m_needs.page.ready())
         return true;
     MessageAnswer answer = MessageAnswer::Yes;
     trapErrors([&] {
@@ -226,7 +238,7 @@ void frmMP4List::PlaySelected() {
         if (index > 0 && m_needs.list.marked(index))
             static_cast<void>(m_queue.PlayEntry(index)); // the queue says what keeps it
     });
-    trapErrors([&] { m_needs.map.refreshMyList(); });
+    trapErrors([&] { m_needs.refreshMyList(); });
 }
 
 void frmMP4List::ToggleSelected() {
@@ -282,7 +294,7 @@ void frmMP4List::DeleteAll() {
             return;
         }
         if (m_needs.list.count() == 0) {
-            m_needs.chart.clear();
+            m_needs.clearChart();
             return;
         }
         const MessageAnswer answer = m_needs.messageBox.show(
@@ -291,7 +303,7 @@ void frmMP4List::DeleteAll() {
         if (answer == MessageAnswer::Yes) {
             m_removal.removeAll();
             if (m_needs.player.playState() == PlayState::Stopped)
-                trapErrors([&] { m_needs.chart.clear(); });
+                trapErrors([&] { m_needs.clearChart(); });
         }
         RedrawListBackground();
     });

@@ -5,19 +5,18 @@
 #include "library/PlayQueue.h"
 #include "library/RecordingCount.h"
 #include "library/RecordingEntryMaker.h"
-#include "library/RecordingListChart.h"
-#include "library/RecordingListExtraction.h"
 #include "library/RecordingListFile.h"
-#include "library/RecordingListMap.h"
-#include "library/RecordingListPlayer.h"
 #include "library/RecordingMarks.h"
 #include "library/RecordingRemoval.h"
 #include "library/RecordingSearch.h"
+#include "library/TrackCommands.h"
 #include "ports/BandContainer.h"
 #include "ports/FileDialogs.h"
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
 #include "ports/ListControl.h"
+#include "ports/MapPage.h"
+#include "ports/MediaPlayer.h"
 #include "ports/MessageBox.h"
 #include "ports/Screen.h"
 #include "ports/Skin.h"
@@ -31,6 +30,7 @@
 #include "recordings/RecordingList.h"
 #include "recordings/RowView.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,10 +59,13 @@ struct frmMP4ListNeeds {
     XmlDocument& document; ///< for the hand-over file
     AddingProgress& adding;
     // the other windows
-    RecordingListMap& map;
-    RecordingListPlayer& player;
-    RecordingListChart& chart;
-    RecordingListExtraction& extraction;
+    MapPage& page;
+    const PlayerControls& player;
+    std::function<void()> refreshMyList; ///< the map pane's skin element "mylist"
+    std::function<void()> drawChart;     ///< of the current track
+    std::function<void()> clearChart;    ///< empties the speed and the G curves
+    std::function<void(const std::string& path)> playRecording;
+    TrackCommands tracks;
 };
 
 /// The recording list window: adds, marks, plays and removes rows. Row indexes are 1-based.

@@ -112,22 +112,13 @@ void CurveChart::Click(std::int32_t point) {
         return;
     track->lPlayLocal(point + 1);
     trapErrors([&] { m_needs.player.seek(track->lSecond()); });
-    trapErrors([&] { m_needs.follow.showCurrentDot(); });
+    trapErrors([&] { m_needs.follow.ShowDot(PositionFollow::dotText(*track)); });
     trapErrors([&] {
         m_needs.chart.clearSeries(markerSeries);
         m_needs.chart.addXY(markerSeries, track->lPlayLocal() - 1, markerHeight, "", red);
-        moveMarkerToCurrentDot();
+        m_needs.follow.moveMarker();
         m_needs.chart.redraw();
     });
-}
-
-void CurveChart::resetMarker() {
-    m_needs.chart.setCursor(0.0);
-}
-
-void CurveChart::moveMarkerToCurrentDot() {
-    if (m_needs.state.currentTrack != nullptr)
-        m_needs.chart.setCursor(m_needs.state.currentTrack->lPlayLocal() - 1.0);
 }
 
 std::string CurveChart::PointText(std::int32_t point) const {

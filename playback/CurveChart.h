@@ -1,6 +1,6 @@
 #pragma once
 
-#include "playback/PositionFollowing.h"
+#include "playback/PositionFollow.h"
 #include "playback/frmChild.h"
 #include "ports/Chart.h"
 #include "ports/Texts.h"
@@ -18,7 +18,7 @@ struct CurveChartNeeds {
     Chart& chart; ///< TCLine
     Texts& texts;
     frmChild& player;
-    PositionFollowing& follow;
+    PositionFollow& follow;
     ProgramState& state;
 };
 
@@ -44,9 +44,6 @@ class CurveChart {
     /// A click: `point` is the 0-based point of the curve under the mouse, -1 for none. Seeks to
     /// its second, moves the car and marks it.
     void Click(std::int32_t point);
-
-    void resetMarker();            ///< to the start of the recording
-    void moveMarkerToCurrentDot(); ///< of the current track
 
     /// Time and values of a point for the pointer: "" for none. In the G mode also the strongest
     /// reading of the second, which the mean in the curve hides.

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace velmorant {
 
@@ -24,7 +25,7 @@ std::int16_t wholeSeconds(std::optional<double> seconds) {
     return toInt16(std::clamp<double>(*seconds, Limits::min(), Limits::max()));
 }
 
-frmChild::frmChild(const ChildNeeds& needs) : m_needs(needs) {
+frmChild::frmChild(ChildNeeds needs) : m_needs(std::move(needs)) {
     m_needs.tPlayTime.setInterval(sampleInterval);
     m_needs.tPlayTime.onTick([this] { tick(); });
 }
@@ -75,7 +76,7 @@ void frmChild::PlayStateChange(PlayState state) {
     if (onPlayStateChanged)
         trapErrors([&] { onPlayStateChanged(state); });
     if (state == PlayState::MediaEnded)
-        trapErrors([this] { m_needs.list.mediaEnded(); });
+        trapErrors([this] { m_needs.mediaEnded(); });
 }
 
 void frmChild::PlaybackFailed(const std::string& path, const std::string& reason) {
@@ -84,7 +85,7 @@ void frmChild::PlaybackFailed(const std::string& path, const std::string& reason
         if (path != m_needs.player.url())
             return;
         showBackground();
-        m_needs.list.playbackFailed(reason);
+        m_needs.playbackFailed(reason);
     });
 }
 
@@ -94,6 +95,13 @@ void frmChild::PictureClicked() {
 
 void frmChild::PictureMousePressed() {
     trapErrors([this] { m_needs.view.setUiMode("None"); });
+}
+
+void frmChild::playRecording(const std::string& path) {
+    trapErrors([&] { openRecording(path); });
+    trapErrors([this] { m_needs.player.play(); });
+    trapErrors([this] { enablePlayTimer(); });
+    trapErrors([this] { applyRate(); });
 }
 
 void frmChild::openRecording(const std::string& path) {

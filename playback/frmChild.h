@@ -1,7 +1,6 @@
 #pragma once
 
-#include "playback/PlaybackList.h"
-#include "playback/PositionFollowing.h"
+#include "playback/PositionFollow.h"
 #include "ports/BandContainer.h"
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
@@ -34,15 +33,17 @@ struct ChildNeeds {
     HostPaths& paths;
     MessageBox& messages;
     Texts& texts;
-    PositionFollowing& follow;
-    PlaybackList& list;
+    PositionFollow& follow;
+    std::function<void()> mediaEnded; ///< of the play queue: the next marked row follows
+    /// Of the play queue: the playing row cannot be played, for this reason.
+    std::function<void(const std::string& reason)> playbackFailed;
 };
 
 /// The player window: samples the player and pushes its state to the control bar and the map, keeps
 /// the last position and the rate, and goes on to the next recording at the end of one.
 class frmChild {
   public:
-    explicit frmChild(const ChildNeeds& needs);
+    explicit frmChild(ChildNeeds needs);
 
     void Load();
     void Resize();                                ///< of the window
@@ -54,6 +55,9 @@ class frmChild {
     void PictureClicked();      ///< leaves full screen
     void PictureMousePressed(); ///< keeps the player's own controls away
 
+    /// Opens a recording and plays it at the rate kept here, with its position followed. A step
+    /// that fails does not keep the others from being done.
+    void playRecording(const std::string& path);
     void openRecording(const std::string& path); ///< and shows the picture; plays nothing yet
     void enablePlayTimer();
     /// Returns to the idle window: background picture, timer off.

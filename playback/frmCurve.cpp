@@ -6,11 +6,12 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 namespace velmorant {
 
-frmCurve::frmCurve(const CurveNeeds& needs)
-    : m_needs(needs), m_fast(needs.tFast, needs.controls, needs.player) {
+frmCurve::frmCurve(CurveNeeds needs)
+    : m_needs(std::move(needs)), m_fast(m_needs.tFast, m_needs.controls, m_needs.player) {
     m_fast.onChanged = [this] { showStates(); };
 }
 
@@ -129,7 +130,7 @@ void frmCurve::showNotice(int offset) {
 bool frmCurve::startFirst(int from, int to, int step) {
     m_resumeInPlace = false;
     for (int row = from; step > 0 ? row <= to : row >= to; row += step)
-        if (m_needs.list.isMarked(row) && m_needs.list.startRow(row) != RowStart::FileMissing)
+        if (m_needs.list.marked(row) && m_needs.startRow(row) != RowStart::FileMissing)
             return true;
     return false;
 }

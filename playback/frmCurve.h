@@ -2,9 +2,8 @@
 
 #include "playback/CurveChart.h"
 #include "playback/FastForward.h"
-#include "playback/PlaybackList.h"
 #include "playback/PlaybackRate.h"
-#include "playback/PositionFollowing.h"
+#include "playback/PositionFollow.h"
 #include "playback/StillPicture.h"
 #include "playback/frmChild.h"
 #include "ports/FileSystem.h"
@@ -17,6 +16,8 @@
 #include "ports/Window.h"
 #include "ports/loadSkin.h"
 #include "recordings/ProgramState.h"
+#include "recordings/RecordingList.h"
+#include "recordings/RowStart.h"
 
 #include <functional>
 #include <string>
@@ -39,9 +40,10 @@ struct CurveNeeds {
     frmChild& player;
     CurveChart& chart;
     StillPicture& still;
-    PositionFollowing& follow;
-    PlaybackList& list;
+    PositionFollow& follow;
+    const RecordingList& list;
     ProgramState& state;
+    std::function<RowStart(int row)> startRow; ///< as the play queue starts a row
     /// Pauses the player and shows the next or the previous picture.
     std::function<void(StepDirection)> stepFrame;
     std::function<void()> saveFrame; ///< the decoded picture at its full size
@@ -51,7 +53,7 @@ struct CurveNeeds {
 /// wheel do to the player.
 class frmCurve {
   public:
-    explicit frmCurve(const CurveNeeds& needs);
+    explicit frmCurve(CurveNeeds needs);
 
     /// Without its skin the box has been shown and the window was closed.
     SkinLoad Load();
@@ -71,8 +73,6 @@ class frmCurve {
     void StepFrame(StepDirection direction);
     void ChangeVolume(int by); ///< a change upwards ends muting
     void ChooseRate(int step); ///< 1..5, from the slowest to the fastest
-
-    bool fastRunning() const { return m_fast.running(); }
 
   private:
     void toggleSpeaker();

@@ -46,7 +46,7 @@ PickedPlace PickedPlace::read(std::string_view varLocal) {
             toInt32(toDouble(parts[1]) * unitsPerDegree)};
 }
 
-frmMediaCtrl::frmMediaCtrl(const MediaCtrlNeeds& needs) : m_needs(needs) {
+frmMediaCtrl::frmMediaCtrl(MediaCtrlNeeds needs) : m_needs(std::move(needs)) {
     m_needs.tGetMapLocal.setInterval(pollInterval);
     m_needs.tGetMapLocal.onTick([this] { poll(); });
     m_needs.tMapAnswer.setInterval(serverPatience);
@@ -63,9 +63,7 @@ void frmMediaCtrl::Load() {
 }
 
 void frmMediaCtrl::navigate() {
-    const std::string base = m_builtIn            ? m_needs.builtInBase
-                             : m_needs.serverBase ? *m_needs.serverBase
-                                                  : m_needs.texts.byId(1);
+    const std::string base = m_builtIn ? m_needs.builtInBase : m_needs.texts.byId(1);
     m_address = base + "DeskMap.asp?LangID=1028";
     m_needs.tMapAnswer.setEnabled(base != m_needs.builtInBase);
     m_needs.htmlView.navigate(m_address);
@@ -103,10 +101,13 @@ void frmMediaCtrl::DocumentComplete(const std::string& address) {
 }
 
 void frmMediaCtrl::drawRoutesAgain() {
-    // Drawing lets events run, which may change the table.
+    // Drawing lets events run, which may change list and table.
     std::vector<std::pair<std::int32_t, std::shared_ptr<clsDot>>> routes;
-    for (const LoadedTracks::Entry& entry : m_needs.state.loadedTracks)
-        routes.emplace_back(entry.serial, entry.track);
+    for (const LoadedTracks::Entry& entry : m_needs.state.loadedTracks) {
+        const int row = m_needs.list.indexOf(entry.serial);
+        if (row > 0 && m_needs.list.row(row).map == MapState::Shown)
+            routes.emplace_back(entry.serial, entry.track);
+    }
     for (const auto& [number, track] : routes) {
         // Streaming moves the track's cursor; what plays or is paused stays where it is.
         const std::int32_t cursor = track->lPlayLocal();
@@ -193,15 +194,20 @@ void frmMediaCtrl::pick(const PickedPlace& place) {
     }
     if (track == nullptr)
         return;
-    const std::string path = m_needs.target.path(track->lSerial());
-    if (path.empty())
+    const int row = track->lSerial();
+    if (row < 1 || row > m_needs.list.count())
         return;
-    const bool open = path == m_needs.target.openRecording() && m_needs.state.currentTrack;
-    if (!open && m_needs.target.startRow(track->lSerial()) == PickedRecording::NotOpened)
+    if (!isOpen(m_needs.list.row(row).path) && m_needs.startRow(row) != RowStart::Started)
         return;
     track->lPlayLocal(index);
-    m_needs.target.seek(track->lSecond());
-    m_needs.target.enablePositionTimer();
+    m_needs.seek(track->lSecond());
+}
+
+/// A stopped player still knows its file; a click then starts the recording anew.
+bool frmMediaCtrl::isOpen(const std::string& path) const {
+    const PlayState state = m_needs.player.playState();
+    return (state == PlayState::Paused || state == PlayState::Playing) &&
+           path == m_needs.player.url() && m_needs.state.currentTrack != nullptr;
 }
 
 } // namespace velmorant

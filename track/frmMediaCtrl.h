@@ -2,17 +2,18 @@
 
 #include "ports/HostPaths.h"
 #include "ports/MapPage.h"
+#include "ports/MediaPlayer.h"
 #include "ports/Skin.h"
 #include "ports/StatusLine.h"
 #include "ports/Texts.h"
 #include "ports/Timer.h"
 #include "ports/WebBrowser.h"
 #include "recordings/ProgramState.h"
-#include "track/MapClickTarget.h"
+#include "recordings/RecordingList.h"
+#include "recordings/RowStart.h"
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -27,15 +28,17 @@ struct MediaCtrlNeeds {
     Skin& controlSkin;    ///< ctl.MP4, with the band "mylist"
     HostPaths& paths;
     Texts& texts;
-    MapClickTarget& target;
     StatusLine& status;
     ProgramState& state;
+    const RecordingList& list;
+    const PlayerControls& player;
     /// Base address of the page that the program holds itself: shown when the server has none.
     std::string builtInBase;
     /// Streams a loaded recording's route to the page once more.
     std::function<void(std::int32_t recordingNumber)> drawAgain;
-    /// The map server's base address, ending in "/"; without it the one of the text table.
-    std::optional<std::string> serverBase;
+    std::function<RowStart(int row)> startRow; ///< as the play queue starts a row
+    /// Moves the play position of the open recording and has it followed.
+    std::function<void(double seconds)> seek;
 };
 
 /// A place that the page left in its variable `varLocal`.
@@ -56,7 +59,7 @@ struct PickedPlace {
 /// polls it for a click on a route.
 class frmMediaCtrl : public MapPage {
   public:
-    explicit frmMediaCtrl(const MediaCtrlNeeds& needs);
+    explicit frmMediaCtrl(MediaCtrlNeeds needs);
 
     void Load();
     /// The browser has completed a document; frames within the page have addresses of their own.
@@ -64,8 +67,9 @@ class frmMediaCtrl : public MapPage {
     /// A page cannot be had from the server: says so and shows the built-in one. When that cannot
     /// be had either, says so and leaves it.
     void LoadFailed(const std::string& address);
-    /// The page's process has ended: loads the page anew and then draws the loaded routes again.
-    /// One that ends again and again before it has answered is left, and the status line says so.
+    /// The page's process has ended: loads the page anew and then draws the routes of the rows
+    /// that show theirs again. One that ends again and again before it has answered is left, and
+    /// the status line says so.
     void PageLost();
     void RefreshMyList(); ///< draws the skin element "mylist" anew
 
@@ -86,6 +90,7 @@ class frmMediaCtrl : public MapPage {
     void poll();
     void varLocalRead(std::string_view value);
     void pick(const PickedPlace& place);
+    bool isOpen(const std::string& path) const;
 
     MediaCtrlNeeds m_needs;
     std::string m_tag = "0";

@@ -6,7 +6,6 @@
 #include "desktop/wiring/ListMenu.h"
 #include "desktop/wiring/MapData.h"
 #include "desktop/wiring/Panes.h"
-#include "desktop/wiring/PlaybackBridges.h"
 #include "desktop/wiring/Rooms.h"
 #include "desktop/wiring/StartingWindows.h"
 #include "desktop/wiring/TitleMenu.h"

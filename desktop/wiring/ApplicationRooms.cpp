@@ -38,10 +38,25 @@ void Application::buildSplash() {
 void Application::buildTrackRooms() {
     Bridges& bridges = *m_bridges;
     m_rooms.mediaCtrl = std::make_unique<frmMediaCtrl>(MediaCtrlNeeds{
-        *m_browser, bridges.tGetMapLocal, bridges.tMapAnswer, *m_panes->map.skin, *m_panes->map.bar,
-        m_host->paths, m_texts, bridges.mapToPlayer, m_panes->list.status, m_rooms.state,
-        std::string(mapScheme) + "://" + mapHost + "/",
-        [this](std::int32_t number) { m_rooms.sendData->SendLoadedTrack(number); }, std::nullopt});
+        .htmlView = *m_browser,
+        .tGetMapLocal = bridges.tGetMapLocal,
+        .tMapAnswer = bridges.tMapAnswer,
+        .backgroundSkin = *m_panes->map.skin,
+        .controlSkin = *m_panes->map.bar,
+        .paths = m_host->paths,
+        .texts = m_texts,
+        .status = m_panes->list.status,
+        .state = m_rooms.state,
+        .list = *m_rooms.rows,
+        .player = m_panes->picture.player,
+        .builtInBase = std::string(mapScheme) + "://" + mapHost + "/",
+        .drawAgain = [this](std::int32_t number) { m_rooms.sendData->SendLoadedTrack(number); },
+        .startRow = [this](int row) { return m_rooms.list->PlayEntry(row); },
+        .seek =
+            [this](double seconds) {
+                m_rooms.child->seek(seconds);
+                m_rooms.child->enablePlayTimer();
+            }});
     m_rooms.sendData = std::make_unique<frmSendData>(
         SendDataNeeds{.tStart = bridges.tStart,
                       .window = m_panes->extraction,
@@ -66,68 +81,125 @@ void Application::buildTrackRooms() {
                                                              .messages = m_host->messageBox,
                                                              .texts = m_texts,
                                                              .status = m_panes->list.status});
-    m_rooms.follow = std::make_unique<PositionFollow>(
-        PositionFollowNeeds{m_panes->picture.player, *m_panes->control.skin, bridges.followToChart,
-                            *m_rooms.mediaCtrl, m_rooms.state});
 }
 
 void Application::buildPlaybackRooms() {
     Bridges& bridges = *m_bridges;
     PicturePane& picture = m_panes->picture;
-    m_rooms.child = std::make_unique<frmChild>(
-        ChildNeeds{picture.player, picture.player, picture.view, picture.hidden, picture.hidden,
-                   bridges.tPlayTime, *m_panes->control.skin, m_panes->frame.bands(),
-                   m_host->screen, m_host->files, m_host->paths, m_host->messageBox, m_texts,
-                   bridges.playbackToFollow, bridges.playbackToList});
-    m_rooms.chart = std::make_unique<CurveChart>(CurveChartNeeds{
-        m_panes->control.chart, m_texts, *m_rooms.child, bridges.playbackToFollow, m_rooms.state});
-    m_rooms.still = std::make_unique<StillPicture>(
-        StillPictureNeeds{m_host->screen, m_host->capture, m_host->dialogs, m_host->clock,
-                          m_host->messageBox, m_texts, *m_rooms.child});
-    m_rooms.curve = std::make_unique<frmCurve>(
-        CurveNeeds{picture.player, picture.player, *m_panes->control.skin, bridges.tFast,
-                   m_host->files, m_host->paths, m_host->messageBox, m_texts,
-                   m_panes->control.window, *m_rooms.child, *m_rooms.chart, *m_rooms.still,
-                   bridges.playbackToFollow, bridges.playbackToList, m_rooms.state,
-                   [this](StepDirection direction) {
-                       m_panes->picture.player.stepFrame(
-                           direction == StepDirection::Back ? FrameStep::Back : FrameStep::Forward);
-                   },
-                   [this] { m_rooms.frameSaver->Save(); }});
-    m_rooms.frameSaver = std::make_unique<FrameSaver>(
-        FrameSaverNeeds{bridges.frameWriter, m_host->dialogs, m_host->messageBox, m_texts,
-                        m_host->paths, picture.player, *m_rooms.child, m_rooms.state});
-    m_rooms.moment = std::make_unique<MomentCard>(MomentCardNeeds{
-        picture.player, *m_rooms.child, m_panes->frame.skin(), *m_panes->control.skin,
-        m_host->paths, m_texts, m_rooms.state, zoneOffsetMinutes});
+    m_rooms.follow =
+        std::make_unique<PositionFollow>(PositionFollowNeeds{.player = picture.player,
+                                                             .controlBar = *m_panes->control.skin,
+                                                             .chart = m_panes->control.chart,
+                                                             .page = *m_rooms.mediaCtrl,
+                                                             .state = m_rooms.state});
+    m_rooms.child = std::make_unique<frmChild>(ChildNeeds{
+        .player = picture.player,
+        .settings = picture.player,
+        .view = picture.view,
+        .hiddenPlayer = picture.hidden,
+        .hiddenSettings = picture.hidden,
+        .tPlayTime = bridges.tPlayTime,
+        .controlBar = *m_panes->control.skin,
+        .bands = m_panes->frame.bands(),
+        .screen = m_host->screen,
+        .files = m_host->files,
+        .paths = m_host->paths,
+        .messages = m_host->messageBox,
+        .texts = m_texts,
+        .follow = *m_rooms.follow,
+        .mediaEnded = [this] { m_rooms.list->queue().MediaEnded(); },
+        .playbackFailed =
+            [this](const std::string& reason) { m_rooms.list->queue().PlaybackFailed(reason); }});
+    m_rooms.chart = std::make_unique<CurveChart>(CurveChartNeeds{.chart = m_panes->control.chart,
+                                                                 .texts = m_texts,
+                                                                 .player = *m_rooms.child,
+                                                                 .follow = *m_rooms.follow,
+                                                                 .state = m_rooms.state});
+    m_rooms.still = std::make_unique<StillPicture>(StillPictureNeeds{.screen = m_host->screen,
+                                                                     .capture = m_host->capture,
+                                                                     .dialogs = m_host->dialogs,
+                                                                     .clock = m_host->clock,
+                                                                     .messages = m_host->messageBox,
+                                                                     .texts = m_texts,
+                                                                     .player = *m_rooms.child});
+    m_rooms.curve = std::make_unique<frmCurve>(CurveNeeds{
+        .controls = picture.player,
+        .settings = picture.player,
+        .skin = *m_panes->control.skin,
+        .tFast = bridges.tFast,
+        .files = m_host->files,
+        .paths = m_host->paths,
+        .messages = m_host->messageBox,
+        .texts = m_texts,
+        .window = m_panes->control.window,
+        .player = *m_rooms.child,
+        .chart = *m_rooms.chart,
+        .still = *m_rooms.still,
+        .follow = *m_rooms.follow,
+        .list = *m_rooms.rows,
+        .state = m_rooms.state,
+        .startRow = [this](int row) { return m_rooms.list->PlayEntry(row); },
+        .stepFrame =
+            [this](StepDirection direction) {
+                m_panes->picture.player.stepFrame(
+                    direction == StepDirection::Back ? FrameStep::Back : FrameStep::Forward);
+            },
+        .saveFrame = [this] { m_rooms.frameSaver->Save(); }});
+    m_rooms.frameSaver =
+        std::make_unique<FrameSaver>(FrameSaverNeeds{.writer = bridges.frameWriter,
+                                                     .dialogs = m_host->dialogs,
+                                                     .messages = m_host->messageBox,
+                                                     .texts = m_texts,
+                                                     .paths = m_host->paths,
+                                                     .controls = picture.player,
+                                                     .player = *m_rooms.child,
+                                                     .state = m_rooms.state});
+    m_rooms.moment =
+        std::make_unique<MomentCard>(MomentCardNeeds{.controls = picture.player,
+                                                     .player = *m_rooms.child,
+                                                     .frame = m_panes->frame.skin(),
+                                                     .controlBar = *m_panes->control.skin,
+                                                     .paths = m_host->paths,
+                                                     .texts = m_texts,
+                                                     .state = m_rooms.state,
+                                                     .zoneOffset = zoneOffsetMinutes});
     m_rooms.clicks = std::make_unique<PictureClicks>(*m_rooms.child, picture.view);
 }
 
 void Application::buildListRoom() {
     Bridges& bridges = *m_bridges;
     ListPane& pane = m_panes->list;
-    m_rooms.list = std::make_unique<frmMP4List>(frmMP4ListNeeds{m_rooms.state,
-                                                                *m_rooms.rows,
-                                                                *pane.view,
-                                                                *pane.view,
-                                                                pane.bands,
-                                                                *pane.skin,
-                                                                bridges.tContinue,
-                                                                pane.status,
-                                                                m_host->dialogs,
-                                                                m_host->messageBox,
-                                                                m_host->files,
-                                                                m_host->folders,
-                                                                m_host->paths,
-                                                                m_host->screen,
-                                                                m_texts,
-                                                                m_host->waits,
-                                                                m_host->handOverDocument,
-                                                                pane.progress,
-                                                                bridges.listToMap,
-                                                                bridges.listToPlayer,
-                                                                bridges.listToChart,
-                                                                bridges.listToExtraction});
+    m_rooms.list = std::make_unique<frmMP4List>(frmMP4ListNeeds{
+        .state = m_rooms.state,
+        .list = *m_rooms.rows,
+        .control = *pane.view,
+        .background = *pane.view,
+        .bands = pane.bands,
+        .skin = *pane.skin,
+        .tContinue = bridges.tContinue,
+        .status = pane.status,
+        .dialogs = m_host->dialogs,
+        .messageBox = m_host->messageBox,
+        .files = m_host->files,
+        .folders = m_host->folders,
+        .paths = m_host->paths,
+        .screen = m_host->screen,
+        .texts = m_texts,
+        .waits = m_host->waits,
+        .document = m_host->handOverDocument,
+        .adding = pane.progress,
+        .page = *m_rooms.mediaCtrl,
+        .player = m_panes->picture.player,
+        .refreshMyList = [this] { m_rooms.mediaCtrl->RefreshMyList(); },
+        .drawChart = [this] { m_rooms.chart->Draw(); },
+        .clearChart = [this] { m_rooms.curve->ResetDisplay(); },
+        .playRecording = [this](const std::string& path) { m_rooms.child->playRecording(path); },
+        .tracks = {.extractSelected = [this] { m_rooms.sendData->ShowModal("One"); },
+                   .extractMarked = [this] { m_rooms.sendData->ShowModal("All"); },
+                   .drawTracks =
+                       [this](const std::vector<std::int32_t>& serials) {
+                           return m_rooms.sendData->SendLoadedTracks(serials);
+                       }}});
     pane.view->setSource(&bridges.listRows);
 }
 

@@ -10,15 +10,7 @@ namespace velmorant {
 /// the rooms that use them.
 struct Application::Bridges {
     Bridges(Rooms& rooms, Panes& panes, Host& host, std::function<void()> endProgram)
-        : listToMap(rooms),
-          listToExtraction(rooms),
-          listToPlayer(rooms, panes.picture.player),
-          listToChart(rooms),
-          listRows(rooms),
-          playbackToList(rooms),
-          playbackToFollow(rooms),
-          followToChart(rooms),
-          mapToPlayer(rooms, panes.picture.player),
+        : listRows(rooms),
           commandsOfFrame(rooms, panes, endProgram),
           settingsToProgram(rooms, host, endProgram),
           frameWriter(panes.picture.player),
@@ -34,15 +26,7 @@ struct Application::Bridges {
           updateTimer(host.gate),
           transfer(host.gate.delivery()) {}
 
-    ListToMap listToMap;
-    ListToExtraction listToExtraction;
-    ListToPlayer listToPlayer;
-    ListToChart listToChart;
     ListRows listRows;
-    PlaybackToList playbackToList;
-    PlaybackToFollow playbackToFollow;
-    FollowToChart followToChart;
-    MapToPlayer mapToPlayer;
     CommandsOfFrame commandsOfFrame;
     SettingsToProgram settingsToProgram;
     ExifFrameWriter frameWriter;

@@ -82,7 +82,7 @@ TEST_F(AddingRecordings, asks_the_dialog_for_recordings) {
 }
 
 TEST_F(AddingRecordings, asks_before_adding_while_the_map_is_not_loaded) {
-    map.loaded = false;
+    page.isReady = false;
     messageBox.answers = {MessageAnswer::No, MessageAnswer::Yes};
     window.AddRecordings();
     EXPECT_TRUE(dialogs.openRequests.empty());
@@ -127,7 +127,7 @@ TEST_F(AddingRecordings, adds_folders_with_their_dated_sub_folders_in_order) {
 }
 
 TEST_F(AddingRecordings, asks_once_before_adding_a_whole_card_without_the_map) {
-    map.loaded = false;
+    page.isReady = false;
     files.folders.insert("/card");
     folders.folders["/card"] = {{"a.MP4", "b.MP4"}, {}};
     messageBox.answers = {MessageAnswer::No, MessageAnswer::Yes};
@@ -139,7 +139,7 @@ TEST_F(AddingRecordings, asks_once_before_adding_a_whole_card_without_the_map) {
 }
 
 TEST_F(AddingRecordings, asks_nothing_when_nothing_is_to_be_added) {
-    map.loaded = false;
+    page.isReady = false;
     files.folders.insert("/card");
     window.AddPaths({"/card", "/a.txt"});
     EXPECT_TRUE(messageBox.shown.empty());

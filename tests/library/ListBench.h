@@ -7,6 +7,8 @@
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/fakes/FakeHostPaths.h"
 #include "tests/fakes/FakeListControl.h"
+#include "tests/fakes/FakeMapPage.h"
+#include "tests/fakes/FakeMediaPlayer.h"
 #include "tests/fakes/FakeMessageBox.h"
 #include "tests/fakes/FakeScreen.h"
 #include "tests/fakes/FakeSkin.h"
@@ -26,68 +28,30 @@
 
 namespace velmorant {
 
-class FakeListMap : public RecordingListMap {
-  public:
-    bool pageLoaded() const override { return loaded; }
-    void runScript(const std::string& text) override { scripts.push_back(text); }
-    void refreshMyList() override { ++refreshes; }
-
-    bool loaded = true;
-    std::vector<std::string> scripts;
-    int refreshes = 0;
-};
-
-class FakeListPlayer : public RecordingListPlayer {
-  public:
-    explicit FakeListPlayer(std::vector<std::string>& log) : m_log(log) {}
-    PlayState playState() const override { return state; }
-    void openRecording(const std::string& path) override {
-        m_log.push_back("open " + path);
-        if (openFails)
-            throw StepError("cannot be opened");
+/// Records what extraction was asked for.
+struct FakeExtraction {
+    TrackCommands commands() {
+        return {.extractSelected = [this] { call("One"); },
+                .extractMarked = [this] { call("All"); },
+                .drawTracks =
+                    [this](const std::vector<std::int32_t>& serials) { return draw(serials); }};
     }
-    void play() override { m_log.push_back("play"); }
-    void enablePlayTimer() override { m_log.push_back("enablePlayTimer"); }
-    void applyRate() override { m_log.push_back("applyRate"); }
-
-    PlayState state = PlayState::Stopped;
-    bool openFails = false;
-
-  private:
-    std::vector<std::string>& m_log;
-};
-
-class FakeListChart : public RecordingListChart {
-  public:
-    explicit FakeListChart(std::vector<std::string>& log) : m_log(log) {}
-    void refreshForCurrentTrack() override { m_log.push_back("refreshChart"); }
-    void clear() override { m_log.push_back("clearChart"); }
-
-  private:
-    std::vector<std::string>& m_log;
-};
-
-class FakeListExtraction : public RecordingListExtraction {
-  public:
-    void extractSelected() override { call("One"); }
-    void extractMarked() override { call("All"); }
-    std::size_t drawTracks(const std::vector<std::int32_t>& serials) override {
-        std::size_t drawn = 0;
-        for (; drawn < std::min(serials.size(), mostDrawn); ++drawn)
-            call("draw " + std::to_string(serials[drawn]));
-        return drawn;
-    }
-    std::size_t mostDrawn = 1000; ///< fewer: the user cancels the drawing behind so many
-
-    std::vector<std::string> calls;
-    std::function<void()> whenCalled;
-
-  private:
     void call(const std::string& text) {
         calls.push_back(text);
         if (whenCalled)
             whenCalled();
     }
+    std::size_t draw(const std::vector<std::int32_t>& serials) {
+        std::size_t drawn = 0;
+        for (; drawn < std::min(serials.size(), mostDrawn); ++drawn)
+            call("draw " + std::to_string(serials[drawn]));
+        return drawn;
+    }
+
+    std::size_t mostDrawn = 1000; ///< fewer: the user cancels the drawing behind so many
+
+    std::vector<std::string> calls;
+    std::function<void()> whenCalled;
 };
 
 class FakeFolders : public FolderReader {
@@ -113,6 +77,7 @@ class FakeAdding : public AddingProgress {
 struct ListBench {
     ListBench() {
         list.addListener(control);
+        player.state = PlayState::Stopped;
         state.settings.setLanguage(1001);
         files.files["/program/skin/media/ls1.MP4"] = "";
         files.folders = {"/", "/program"};
@@ -175,7 +140,7 @@ struct ListBench {
         return values;
     }
 
-    std::vector<std::string> log; ///< of player, chart and waits
+    std::vector<std::string> log; ///< what was played and drawn, and the waits
     ProgramState state;
     fakes::FakeListControl control;
     RecordingList list;
@@ -195,14 +160,45 @@ struct ListBench {
     fakes::FakeWaits waits;
     fakes::FakeXmlDocument document;
     FakeAdding adding;
-    FakeListMap map;
-    FakeListPlayer player{log};
-    FakeListChart chart{log};
-    FakeListExtraction extraction;
-    frmMP4List window{{state,     list,   control, background, bands,    skin,
-                       tContinue, status, dialogs, messageBox, files,    folders,
-                       paths,     screen, texts,   waits,      document, adding,
-                       map,       player, chart,   extraction}};
+    fakes::FakeMapPage page;
+    fakes::FakePlayerControls player;
+    int listBandRefreshes = 0;
+    bool playingFails = false;
+    FakeExtraction extraction;
+    frmMP4List window{needs(document)};
+
+    frmMP4ListNeeds needs(XmlDocument& handOver) {
+        return {.state = state,
+                .list = list,
+                .control = control,
+                .background = background,
+                .bands = bands,
+                .skin = skin,
+                .tContinue = tContinue,
+                .status = status,
+                .dialogs = dialogs,
+                .messageBox = messageBox,
+                .files = files,
+                .folders = folders,
+                .paths = paths,
+                .screen = screen,
+                .texts = texts,
+                .waits = waits,
+                .document = handOver,
+                .adding = adding,
+                .page = page,
+                .player = player,
+                .refreshMyList = [this] { ++listBandRefreshes; },
+                .drawChart = [this] { log.push_back("drawChart"); },
+                .clearChart = [this] { log.push_back("clearChart"); },
+                .playRecording = [this](const std::string& path) { playRecording(path); },
+                .tracks = extraction.commands()};
+    }
+    void playRecording(const std::string& path) {
+        log.push_back("play " + path);
+        if (playingFails)
+            throw StepError("cannot be opened");
+    }
 };
 
 } // namespace velmorant

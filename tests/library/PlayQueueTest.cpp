@@ -18,8 +18,7 @@ TEST_F(PlayQueueTest, starts_a_row_step_by_step) {
     const auto track = extract(2);
     EXPECT_EQ(window.PlayEntry(2), RowStart::Started);
     EXPECT_EQ(state.currentTrack, track);
-    EXPECT_EQ(log, (Texts{"sleep 100", "refreshChart", "open /card/20121009/100002.MP4", "play",
-                          "enablePlayTimer", "applyRate"}));
+    EXPECT_EQ(log, (Texts{"sleep 100", "drawChart", "play /card/20121009/100002.MP4"}));
     EXPECT_EQ(list.playingIndex(), 2);
     EXPECT_EQ(RowView::weight(list, 2), RowWeight::Bold);
     EXPECT_EQ(RowView::colour(list, 2), 65535);
@@ -83,9 +82,9 @@ TEST_F(PlayQueueTest, finds_no_row_outside_the_list) {
 TEST_F(PlayQueueTest, resumes_after_a_step_that_fails) {
     addRows(1);
     extract(1);
-    player.openFails = true;
+    playingFails = true;
     EXPECT_EQ(window.PlayEntry(1), RowStart::Started);
-    EXPECT_EQ(log.back(), "applyRate");
+    EXPECT_EQ(log.back(), "play /card/20121009/100001.MP4");
     EXPECT_EQ(list.playingIndex(), 1);
 }
 
@@ -149,7 +148,7 @@ TEST_F(PlayQueueTest, plays_a_single_marked_row_again_and_again) {
         log.clear();
         window.queue().MediaEnded();
         timers.advance(100);
-        EXPECT_EQ(log.size(), 6U);
+        EXPECT_EQ(log.size(), 3U);
     }
 }
 
@@ -179,6 +178,33 @@ TEST_F(PlayQueueTest, clears_the_reason_when_the_recording_plays_after_all) {
     list.set(1, &RecordingEntry::notice, "cut off");
     (void)window.PlayEntry(1);
     EXPECT_EQ(list.row(1).notice, "");
+}
+
+TEST_F(PlayQueueTest, clears_the_flag_of_a_missing_file_that_came_back) {
+    addRows(1);
+    extract(1);
+    const auto file = files.files.extract("/card/20121009/100001.MP4");
+    EXPECT_EQ(window.PlayEntry(1), RowStart::FileMissing);
+    ASSERT_EQ(text(1, SubItem::FileMissing), "1");
+    files.files["/card/20121009/100001.MP4"] = "";
+    EXPECT_EQ(window.PlayEntry(1), RowStart::Started);
+    EXPECT_EQ(text(1, SubItem::FileMissing), "0");
+    window.RemoveMissing();
+    EXPECT_EQ(list.count(), 1);
+}
+
+TEST_F(PlayQueueTest, keeps_the_shown_count_true_when_it_unmarks_a_row) {
+    addRows(2);
+    mark({1, 2});
+    extract(1);
+    extract(2);
+    EXPECT_EQ(skin.texts["place.count"], "2 recordings, 2 marked");
+    (void)window.PlayEntry(1);
+    window.queue().PlaybackFailed("cut off");
+    EXPECT_EQ(skin.texts["place.count"], "2 recordings, 1 marked");
+    files.files.erase("/card/20121009/100002.MP4");
+    (void)window.PlayEntry(2);
+    EXPECT_EQ(skin.texts["place.count"], "2 recordings, 0 marked");
 }
 
 TEST_F(PlayQueueTest, passes_over_a_failure_when_nothing_plays) {

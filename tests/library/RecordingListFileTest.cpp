@@ -31,10 +31,7 @@ class RecordingListFileTest : public testing::Test, protected ListBench {
         load();
     }
     void load() {
-        frmMP4List next({state,     list,   control, background, bands,        skin,
-                         tContinue, status, dialogs, messageBox, files,        folders,
-                         paths,     screen, texts,   waits,      realDocument, adding,
-                         map,       player, chart,   extraction});
+        frmMP4List next(needs(realDocument));
         next.Load();
     }
 

@@ -50,7 +50,7 @@ TEST_F(RecordingMarksTest, removes_the_track_of_an_unmarked_row_from_the_map) {
     EXPECT_EQ(list.row(7).mark, MarkState::NotMarked);
     EXPECT_EQ(text(7, SubItem::ShownOnMap), "0");
     EXPECT_EQ(text(7, SubItem::TrackExtracted), "1");
-    EXPECT_EQ(map.scripts, Texts{"clearHistroy('007')"});
+    EXPECT_EQ(page.cleared, Texts{"007"});
 }
 
 TEST_F(RecordingMarksTest, refuses_to_unmark_the_playing_row) {
@@ -137,7 +137,7 @@ TEST_F(RecordingMarksTest, does_nothing_on_an_empty_list) {
     for (const char* name : {"ALL", "NORMAL", "LOCK", "NONE", "else"})
         window.MarkCommand(name);
     EXPECT_TRUE(extraction.calls.empty());
-    EXPECT_TRUE(map.scripts.empty());
+    EXPECT_TRUE(page.cleared.empty());
 }
 
 TEST_F(RecordingMarksTest, marks_one_kind_and_unmarks_the_other) {
@@ -149,14 +149,14 @@ TEST_F(RecordingMarksTest, marks_one_kind_and_unmarks_the_other) {
     window.MarkCommand("Normal");
     EXPECT_EQ(marked(), (Rows{1, 3}));
     EXPECT_EQ(extraction.calls, (Texts{"draw 1", "All"}));
-    EXPECT_EQ(map.scripts, (Texts{"clearHistroy('002')", "clearHistroy('004')"}));
+    EXPECT_EQ(page.cleared, (Texts{"002", "004"}));
     EXPECT_EQ(text(2, SubItem::ShownOnMap), "0");
     extraction.calls.clear();
-    map.scripts.clear();
+    page.cleared.clear();
     window.MarkCommand("LOCK");
     EXPECT_EQ(marked(), (Rows{2, 4}));
     EXPECT_EQ(extraction.calls, (Texts{"draw 2", "All"}));
-    EXPECT_EQ(map.scripts, (Texts{"clearHistroy('001')", "clearHistroy('003')"}));
+    EXPECT_EQ(page.cleared, (Texts{"001", "003"}));
 }
 
 TEST_F(RecordingMarksTest, leaves_the_row_of_the_current_track_marked) {
@@ -168,7 +168,7 @@ TEST_F(RecordingMarksTest, leaves_the_row_of_the_current_track_marked) {
     EXPECT_EQ(marked(), Rows{2});
     EXPECT_EQ(text(2, SubItem::ShownOnMap), "1");
     EXPECT_EQ(text(3, SubItem::ShownOnMap), "0");
-    EXPECT_EQ(map.scripts, (Texts{"clearHistroy('001')", "clearHistroy('003')"}));
+    EXPECT_EQ(page.cleared, (Texts{"001", "003"}));
     EXPECT_TRUE(extraction.calls.empty());
 }
 

@@ -89,7 +89,7 @@ TEST_F(frmMP4ListTest, plays_the_selected_row_by_a_double_click_when_it_is_marke
     mark({2});
     window.PlaySelected();
     EXPECT_EQ(list.playingIndex(), 2);
-    EXPECT_EQ(map.refreshes, 3);
+    EXPECT_EQ(listBandRefreshes, 3);
 }
 
 TEST_F(frmMP4ListTest, recolours_rows_by_kind_and_playing_row) {
@@ -125,12 +125,12 @@ TEST_F(frmMP4ListTest, deletes_all_rows_after_a_question) {
     messageBox.answers = {MessageAnswer::No, MessageAnswer::Yes};
     window.DeleteAll();
     EXPECT_EQ(list.count(), 3);
-    EXPECT_TRUE(map.scripts.empty());
+    EXPECT_TRUE(page.cleared.empty());
     EXPECT_TRUE(log.empty());
     window.DeleteAll();
     EXPECT_EQ(messageBox.shown[1], (ShownMessage{"<13004>", "<13003>", MessageStyle::Question}));
     EXPECT_EQ(list.count(), 0);
-    EXPECT_EQ(map.scripts, (Texts{"clearHistroy('003')", "clearHistroy('001')"}));
+    EXPECT_EQ(page.cleared, (Texts{"003", "001"}));
     EXPECT_EQ(state.loadedTracks.size(), 0U);
     EXPECT_EQ(state.currentTrack, nullptr);
     EXPECT_EQ(list.playingIndex(), 0);
@@ -174,12 +174,12 @@ TEST_F(frmMP4ListTest, only_clears_the_chart_when_an_empty_list_is_deleted) {
 TEST_F(frmMP4ListTest, runs_no_page_script_while_the_page_is_not_loaded) {
     addRows(2);
     mark({1, 2});
-    map.loaded = false;
+    page.isReady = false;
     window.MarkCommand("NONE");
     mark({1, 2});
     messageBox.answers = {MessageAnswer::Yes};
     window.DeleteAll();
-    EXPECT_TRUE(map.scripts.empty());
+    EXPECT_TRUE(page.cleared.empty());
     EXPECT_EQ(list.count(), 0);
 }
 
@@ -195,7 +195,7 @@ TEST_F(frmMP4ListTest, removes_the_selected_row_without_a_question) {
     EXPECT_EQ(list.selected(), 2);
     EXPECT_EQ(list.playingIndex(), 2);
     EXPECT_EQ(last->lSerial(), 2);
-    EXPECT_EQ(map.scripts, Texts{"clearHistroy('002')"});
+    EXPECT_EQ(page.cleared, Texts{"002"});
     EXPECT_FALSE(state.loadedTracks.contains(2));
     EXPECT_EQ(files.files.count("/card/20121009/100002.MP4"), 1U);
     EXPECT_EQ(background.height, 2 * 255);
@@ -241,7 +241,7 @@ TEST_F(frmMP4ListTest, removes_flagged_rows_and_keeps_what_names_the_others) {
     EXPECT_EQ(window.queue().requestedIndex(), 2);
     EXPECT_TRUE(tContinue.enabled());
     EXPECT_FALSE(state.loadedTracks.contains(3));
-    EXPECT_EQ(map.scripts, Texts{"clearHistroy('003')"});
+    EXPECT_EQ(page.cleared, Texts{"003"});
 }
 
 TEST_F(frmMP4ListTest, drops_what_named_a_removed_row) {
@@ -307,7 +307,7 @@ TEST_F(frmMP4ListTest, handles_20000_rows_by_ranges) {
     window.RefreshListMarks(7);
     window.MarkCommand("NONE");
     EXPECT_EQ(control.calls, (Texts{"changed 1 20000", "changed 7 1", "changed 1 20000"}));
-    EXPECT_EQ(map.scripts.size(), 20000U);
+    EXPECT_EQ(page.cleared.size(), 20000U);
 }
 
 } // namespace

@@ -1,6 +1,5 @@
 #include "playback/CurveChart.h"
 
-#include "tests/fakes/FakeChart.h"
 #include "tests/playback/PlayerFixture.h"
 
 #include <gmock/gmock.h>
@@ -42,8 +41,6 @@ class CurveChartTest : public PlayerFixture {
         return text;
     }
 
-    fakes::FakeChart control;
-    ProgramState state;
     CurveChart chart{
         {.chart = control, .texts = texts, .player = player, .follow = follow, .state = state}};
 };
@@ -195,9 +192,8 @@ TEST_F(CurveChartTest, drawing_leaves_the_cursor_of_the_track) {
 }
 
 TEST_F(CurveChartTest, clearing_empties_the_series_and_takes_the_cursor_away) {
-    addTrack(9);
+    addTrack(9)->lPlayLocal(4);
     chart.Draw();
-    chart.resetMarker();
     chart.Clear();
     EXPECT_EQ(control.axes[ChartAxis::Left].maximum, 5.0);
     for (const auto& series : control.series)
@@ -212,7 +208,7 @@ TEST_F(CurveChartTest, a_click_seeks_moves_the_car_once_and_marks_the_second) {
     EXPECT_EQ(track->lPlayLocal(), 5);
     EXPECT_THAT(controls.seeks, ElementsAre(8.0)) << "the dot's second";
     EXPECT_EQ(player.tag(), "8");
-    EXPECT_EQ(follow.currentDots, 1);
+    EXPECT_THAT(page.cars, ElementsAre("121.5|25|5|90"));
     EXPECT_THAT(control.series[3], ElementsAre(ChartPoint{4, 200, "", 255}));
     EXPECT_EQ(control.series[1].size(), 9u);
     chart.Click(6);
@@ -236,7 +232,7 @@ TEST_F(CurveChartTest, a_click_that_hits_no_point_changes_nothing) {
         chart.Click(point);
     EXPECT_EQ(track->lPlayLocal(), 3);
     EXPECT_THAT(controls.seeks, IsEmpty());
-    EXPECT_EQ(follow.currentDots, 0);
+    EXPECT_THAT(page.cars, IsEmpty());
     EXPECT_THAT(control.series[3], IsEmpty());
 }
 
@@ -248,10 +244,8 @@ TEST_F(CurveChartTest, a_click_before_a_track_is_loaded_does_nothing) {
 TEST_F(CurveChartTest, the_cursor_follows_the_current_dot) {
     const auto track = addTrack(9);
     track->lPlayLocal(7);
-    chart.moveMarkerToCurrentDot();
+    follow.moveMarker();
     EXPECT_EQ(control.cursor, 6.0);
-    chart.resetMarker();
-    EXPECT_EQ(control.cursor, 0.0);
     EXPECT_EQ(control.redraws, 0) << "the cursor has a layer of its own";
 }
 

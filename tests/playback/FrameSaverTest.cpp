@@ -41,7 +41,6 @@ class FrameSaverTest : public PlayerFixture {
 
     FakeFrameWriter writer;
     fakes::FakeFileDialogs dialogs;
-    ProgramState state;
     FrameSaver saver{{writer, dialogs, messages, texts, paths, controls, player, state}};
 };
 

@@ -20,7 +20,6 @@ class MomentCardTest : public PlayerFixture {
     }
 
     fakes::FakeSkin frame;
-    ProgramState state;
     int offset = 480;
     MomentCard card{{controls, player, frame, skin, paths, texts, state,
                      [this](std::int64_t) { return offset; }}};

@@ -64,17 +64,17 @@ TEST_F(frmChildTest, resizing_gives_the_map_pane_248_pixels_and_the_player_the_w
 
 TEST_F(frmChildTest, the_end_of_the_media_goes_on_with_the_list) {
     player.PlayStateChange(PlayState::MediaEnded);
-    EXPECT_EQ(list.ends, 1);
+    EXPECT_EQ(ends, 1);
     for (const PlayState other :
          {PlayState::Undefined, PlayState::Stopped, PlayState::Paused, PlayState::Playing})
         player.PlayStateChange(other);
-    EXPECT_EQ(list.ends, 1);
+    EXPECT_EQ(ends, 1);
 }
 
 TEST_F(frmChildTest, playing_and_pausing_refresh_the_photo_button) {
-    for (const PlayState state : {PlayState::Playing, PlayState::Paused}) {
+    for (const PlayState playState : {PlayState::Playing, PlayState::Paused}) {
         skin.calls.clear();
-        player.PlayStateChange(state);
+        player.PlayStateChange(playState);
         EXPECT_THAT(skin.calls, ElementsAre("setOn photo 0", "setOn photo 1"));
     }
     skin.calls.clear();
@@ -93,49 +93,56 @@ TEST_F(frmChildTest, the_mouse_leaves_full_screen_and_keeps_the_players_own_cont
 
 TEST_F(frmChildTest, a_tick_publishes_position_and_duration_then_the_position_alone) {
     open(PlayState::Playing, 30.2, 119.6);
-    std::vector<std::string> log;
-    follow.log = &log;
+    loadTrack(60);
     player.setRateTag(1.5);
     player.enablePlayTimer();
     timers.advance(799);
-    EXPECT_THAT(log, IsEmpty());
+    EXPECT_THAT(page.cars, IsEmpty());
     timers.advance(1);
-    EXPECT_THAT(log, ElementsAre("follow 30|120", "follow 30|1"));
+    EXPECT_THAT(page.cars, ElementsAre("121.5|25|30|90", "121.5|25|30|90"));
+    EXPECT_EQ(follow.publishedDuration(), 120) << "the second call leaves it";
+    EXPECT_EQ(skin.values["playprogress"], 25);
     EXPECT_EQ(player.tag(), "30");
     EXPECT_THAT(settings.rates, ElementsAre(1.5));
 }
 
 TEST_F(frmChildTest, the_timer_ticks_every_800_milliseconds_while_paused_too) {
     open(PlayState::Paused, 3, 10);
+    loadTrack(10);
     player.enablePlayTimer();
     timers.advance(2400);
-    EXPECT_EQ(follow.positions.size(), 6u);
+    EXPECT_EQ(page.cars.size(), 6u);
 }
 
 TEST_F(frmChildTest, other_states_only_sample_the_position) {
-    for (const PlayState state :
+    for (const PlayState playState :
          {PlayState::Undefined, PlayState::Stopped, PlayState::MediaEnded}) {
-        open(state, 7, 10);
+        loadTrack(10);
+        open(playState, 7, 10);
         tPlayTime.fire();
         EXPECT_EQ(player.tag(), "7");
-        EXPECT_THAT(follow.positions, IsEmpty());
+        EXPECT_THAT(page.cars, IsEmpty());
         EXPECT_THAT(settings.rates, IsEmpty());
     }
 }
 
 TEST_F(frmChildTest, without_a_recording_nothing_is_published) {
+    loadTrack(10);
     controls.state = PlayState::Paused;
     tPlayTime.fire();
-    EXPECT_THAT(follow.positions, IsEmpty());
+    EXPECT_THAT(page.cars, IsEmpty());
 }
 
 TEST_F(frmChildTest, an_unknown_position_or_duration_reads_as_0) {
     open(PlayState::Playing, 0, 0);
     controls.position.reset();
     controls.length.reset();
+    loadTrack(10);
     tPlayTime.fire();
     EXPECT_EQ(player.tag(), "0");
-    EXPECT_THAT(follow.positions, ElementsAre("0|0", "0|1"));
+    EXPECT_EQ(page.cars.size(), 2u);
+    EXPECT_EQ(page.cars.front(), "121.5|25|1|90");
+    EXPECT_EQ(follow.publishedDuration(), 0);
 }
 
 TEST_F(frmChildTest, whole_seconds_are_rounded_to_nearest_and_halves_to_even) {
@@ -176,11 +183,20 @@ TEST_F(frmChildTest, opening_shows_the_picture_and_forgets_the_position_of_the_o
     EXPECT_NE(controls.state, PlayState::Playing) << "opening plays nothing yet";
 }
 
+TEST_F(frmChildTest, playing_a_recording_opens_it_plays_follows_and_keeps_the_rate) {
+    player.setRateTag(1.5);
+    player.playRecording("/card/2.MP4");
+    EXPECT_THAT(controls.calls, ElementsAre("url /card/2.MP4", "play"));
+    EXPECT_TRUE(view.shown);
+    EXPECT_TRUE(tPlayTime.enabled());
+    EXPECT_THAT(settings.rates, ElementsAre(1.5));
+}
+
 TEST_F(frmChildTest, a_recording_that_cannot_be_played_hides_the_picture_and_is_handed_on) {
     open(PlayState::Playing, 0, 0);
     player.enablePlayTimer();
     player.PlaybackFailed("/card/1.MP4", "no video");
-    EXPECT_THAT(list.failures, ElementsAre("no video"));
+    EXPECT_THAT(failures, ElementsAre("no video"));
     EXPECT_FALSE(view.shown);
     EXPECT_FALSE(tPlayTime.enabled());
     EXPECT_THAT(messages.shown, IsEmpty()) << "a box would stall the queue";
@@ -189,14 +205,14 @@ TEST_F(frmChildTest, a_recording_that_cannot_be_played_hides_the_picture_and_is_
 TEST_F(frmChildTest, a_late_failure_of_another_recording_is_ignored) {
     open(PlayState::Playing, 0, 0);
     player.PlaybackFailed("/card/other.MP4", "no video");
-    EXPECT_THAT(list.failures, IsEmpty());
+    EXPECT_THAT(failures, IsEmpty());
     EXPECT_TRUE(view.shown);
 }
 
 TEST_F(frmChildTest, listeners_hear_of_states_and_ticks) {
     std::vector<PlayState> states;
     int ticks = 0;
-    player.onPlayStateChanged = [&](PlayState state) { states.push_back(state); };
+    player.onPlayStateChanged = [&](PlayState next) { states.push_back(next); };
     player.onTicked = [&] { ++ticks; };
     player.PlayStateChange(PlayState::Playing);
     player.PlayStateChange(PlayState::MediaEnded);

@@ -2,13 +2,16 @@
 #include "playback/frmCurve.h"
 
 #include "common/textRules.h"
-#include "tests/fakes/FakeChart.h"
 #include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeFileDialogs.h"
 #include "tests/fakes/FakeWindow.h"
 #include "tests/playback/PlayerFixture.h"
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
+#include <map>
+#include <vector>
 
 namespace velmorant {
 namespace {
@@ -23,13 +26,30 @@ class frmCurveTest : public PlayerFixture {
         state.settings.setLanguage(1001);
         state.settings.setUnit(1001);
         player.onPlayStateChanged = [this](PlayState next) { bar.PlayStateChanged(next); };
-        list.rows = 5;
+        list.append(std::vector<RecordingEntry>(5));
     }
     void click(const char* name) { bar.ButtonClicked(name); }
     void slide(const char* name, double value) {
         skin.values[lowerCase(name)] = value;
         bar.SliderChanged(name);
     }
+    void mark(const std::vector<int>& rows) {
+        for (int row = 1; row <= list.count(); ++row)
+            list.setMark(row, std::count(rows.begin(), rows.end(), row) > 0 ? MarkState::Marked
+                                                                            : MarkState::NotMarked);
+    }
+    /// As the play queue does it.
+    RowStart startRow(int row) {
+        starts.push_back(row);
+        const auto outcome = outcomes.find(row);
+        const RowStart result = outcome == outcomes.end() ? RowStart::Started : outcome->second;
+        if (result == RowStart::FileMissing)
+            list.setMark(row, MarkState::NotMarked);
+        if (result == RowStart::Started)
+            list.setPlayingIndex(row);
+        return result;
+    }
+    void publishDuration(int seconds) { follow.UpdateControlBand("0|" + std::to_string(seconds)); }
     void addTrack() {
         state.currentTrack = std::make_shared<clsDot>();
         state.currentTrack->SetDot("", "", 5, 0, "0", "0", 0, 0, 0, 0, 0);
@@ -37,19 +57,40 @@ class frmCurveTest : public PlayerFixture {
 
     fakes::FakeTimer tFast{timers};
     fakes::FakeWindow window;
-    fakes::FakeChart control;
     fakes::FakeScreenCapture capture;
     fakes::FakeFileDialogs dialogs;
     fakes::FakeClock clock;
-    ProgramState state;
+    std::map<int, RowStart> outcomes;
+    std::vector<int> starts;
     std::vector<StepDirection> frames;
     int savedFrames = 0;
-    CurveChart chart{{control, texts, player, follow, state}};
-    StillPicture still{{screen, capture, dialogs, clock, messages, texts, player}};
-    frmCurve bar{{controls, settings, skin, tFast, files, paths, messages, texts, window, player,
-                  chart, still, follow, list, state,
-                  [this](StepDirection direction) { frames.push_back(direction); },
-                  [this] { ++savedFrames; }}};
+    CurveChart chart{
+        {.chart = control, .texts = texts, .player = player, .follow = follow, .state = state}};
+    StillPicture still{{.screen = screen,
+                        .capture = capture,
+                        .dialogs = dialogs,
+                        .clock = clock,
+                        .messages = messages,
+                        .texts = texts,
+                        .player = player}};
+    frmCurve bar{{.controls = controls,
+                  .settings = settings,
+                  .skin = skin,
+                  .tFast = tFast,
+                  .files = files,
+                  .paths = paths,
+                  .messages = messages,
+                  .texts = texts,
+                  .window = window,
+                  .player = player,
+                  .chart = chart,
+                  .still = still,
+                  .follow = follow,
+                  .list = list,
+                  .state = state,
+                  .startRow = [this](int row) { return startRow(row); },
+                  .stepFrame = [this](StepDirection direction) { frames.push_back(direction); },
+                  .saveFrame = [this] { ++savedFrames; }}};
 };
 
 TEST_F(frmCurveTest, loading_reads_the_skin_of_the_language) {
@@ -85,11 +126,11 @@ TEST_F(frmCurveTest, speaker_toggles_mute_and_the_volume_slider_shows_0_meanwhil
 }
 
 TEST_F(frmCurveTest, play_with_an_empty_list_says_that_nothing_was_selected) {
-    list.rows = 0;
+    list.remove(1, list.count());
     click("CMDPLAY");
     EXPECT_THAT(messages.shown,
                 ElementsAre(fakes::ShownMessage{"<13001>", "<13000>", MessageStyle::Information}));
-    EXPECT_THAT(list.starts, IsEmpty());
+    EXPECT_THAT(starts, IsEmpty());
 }
 
 TEST_F(frmCurveTest, play_with_no_marked_row_asks_for_one) {
@@ -99,18 +140,18 @@ TEST_F(frmCurveTest, play_with_no_marked_row_asks_for_one) {
 }
 
 TEST_F(frmCurveTest, play_starts_the_first_marked_row) {
-    list.marked = {3, 5};
+    mark({3, 5});
     for (const PlayState idle : {PlayState::Undefined, PlayState::Stopped}) {
         controls.state = idle;
-        list.starts.clear();
+        starts.clear();
         click("cmdplay");
-        EXPECT_THAT(list.starts, ElementsAre(3));
+        EXPECT_THAT(starts, ElementsAre(3));
     }
     EXPECT_THAT(messages.shown, IsEmpty());
 }
 
 TEST_F(frmCurveTest, play_stays_with_a_recording_that_still_opens) {
-    list.marked = {1, 3};
+    mark({1, 3});
     for (const char* way : {"button", "key"}) {
         player.openRecording("/card/3.MP4");
         controls.play();
@@ -125,7 +166,7 @@ TEST_F(frmCurveTest, play_stays_with_a_recording_that_still_opens) {
             bar.TogglePlay();
             EXPECT_EQ(controls.state, PlayState::OpeningToPlay);
         }
-        EXPECT_THAT(list.starts, IsEmpty()) << way;
+        EXPECT_THAT(starts, IsEmpty()) << way;
         EXPECT_THAT(controls.seeks, IsEmpty()) << way;
         controls.finishOpening(60);
         EXPECT_EQ(controls.state, PlayState::Playing) << way;
@@ -134,45 +175,45 @@ TEST_F(frmCurveTest, play_stays_with_a_recording_that_still_opens) {
 }
 
 TEST_F(frmCurveTest, play_after_a_stop_of_a_recording_that_still_opens_is_as_after_any_stop) {
-    list.marked = {1, 3};
+    mark({1, 3});
     player.openRecording("/card/3.MP4");
     controls.play();
     click("STOP");
     click("CMDPLAY");
-    EXPECT_THAT(list.starts, ElementsAre(1));
+    EXPECT_THAT(starts, ElementsAre(1));
 }
 
 TEST_F(frmCurveTest, play_passes_over_rows_whose_file_is_missing) {
-    list.marked = {2, 3, 5};
-    list.outcomes = {{2, RowStart::FileMissing}, {3, RowStart::FileMissing}};
+    mark({2, 3, 5});
+    outcomes = {{2, RowStart::FileMissing}, {3, RowStart::FileMissing}};
     click("CMDPLAY");
-    EXPECT_THAT(list.starts, ElementsAre(2, 3, 5));
+    EXPECT_THAT(starts, ElementsAre(2, 3, 5));
     EXPECT_THAT(messages.shown, IsEmpty());
 }
 
 TEST_F(frmCurveTest, play_ends_as_with_nothing_marked_when_every_file_is_missing) {
-    list.marked = {2, 3};
-    list.outcomes = {{2, RowStart::FileMissing}, {3, RowStart::FileMissing}};
+    mark({2, 3});
+    outcomes = {{2, RowStart::FileMissing}, {3, RowStart::FileMissing}};
     click("CMDPLAY");
     EXPECT_THAT(messages.shown,
                 ElementsAre(fakes::ShownMessage{"<13002>", "<13000>", MessageStyle::Information}));
 }
 
 TEST_F(frmCurveTest, a_row_without_a_track_is_not_started_and_shows_no_box) {
-    list.marked = {2, 3};
-    list.outcomes = {{2, RowStart::NoTrack}};
+    mark({2, 3});
+    outcomes = {{2, RowStart::NoTrack}};
     click("CMDPLAY");
-    EXPECT_THAT(list.starts, ElementsAre(2));
+    EXPECT_THAT(starts, ElementsAre(2));
     EXPECT_THAT(messages.shown, IsEmpty());
 }
 
 TEST_F(frmCurveTest, play_while_playing_does_nothing) {
-    list.marked = {1};
+    mark({1});
     open(PlayState::Playing, 10, 100);
     controls.calls.clear();
     click("CMDPLAY");
     EXPECT_THAT(controls.calls, IsEmpty());
-    EXPECT_THAT(list.starts, IsEmpty());
+    EXPECT_THAT(starts, IsEmpty());
 }
 
 TEST_F(frmCurveTest, play_while_fast_returns_to_normal_play) {
@@ -194,13 +235,13 @@ TEST_F(frmCurveTest, play_while_paused_resumes_at_the_position_kept_in_the_tag) 
     click("CMDPLAY");
     EXPECT_THAT(controls.calls, ElementsAre("seek 12.000000", "play"));
     EXPECT_THAT(settings.rates, ElementsAre(0.5));
-    EXPECT_THAT(list.starts, IsEmpty());
+    EXPECT_THAT(starts, IsEmpty());
 }
 
 TEST_F(frmCurveTest, a_resume_after_a_paused_seek_goes_to_the_second_sought) {
     open(PlayState::Paused, 12, 100);
     tPlayTime.fire();
-    follow.duration = 100;
+    publishDuration(100);
     slide("PLAYPROGRESS", 60);
     click("CMDPLAY");
     EXPECT_THAT(controls.seeks, ElementsAre(60.0, 60.0));
@@ -223,7 +264,7 @@ TEST_F(frmCurveTest, stop_returns_everything_to_idle) {
     skin.values["playprogress"] = 10;
     click("STOP");
     EXPECT_EQ(controls.state, PlayState::Stopped);
-    EXPECT_THAT(follow.dots, ElementsAre("0|0|0|0|0|0"));
+    EXPECT_THAT(page.cars, ElementsAre("0|0|0|0"));
     for (const auto& series : control.series)
         EXPECT_THAT(series, IsEmpty());
     EXPECT_EQ(skin.values["playprogress"], 0);
@@ -245,12 +286,12 @@ TEST_F(frmCurveTest, head_and_end_start_the_marked_neighbour_whose_file_exists) 
         {"END", 5, {}},      {"end", 0, {1}},  {"head", 3, {2}},
     };
     for (const Neighbour& row : rows) {
-        list.playing = row.playing;
-        list.starts.clear();
-        list.marked = {1, 2, 4, 5};
-        list.outcomes = {{4, RowStart::FileMissing}};
+        list.setPlayingIndex(row.playing);
+        starts.clear();
+        mark({1, 2, 4, 5});
+        outcomes = {{4, RowStart::FileMissing}};
         click(row.command);
-        EXPECT_EQ(list.starts, row.starts) << row.command << " from " << row.playing;
+        EXPECT_EQ(starts, row.starts) << row.command << " from " << row.playing;
     }
     EXPECT_THAT(messages.shown, IsEmpty());
 }
@@ -318,7 +359,7 @@ TEST_F(frmCurveTest, fast_stops_whenever_the_player_leaves_the_playing_state) {
 }
 
 TEST_F(frmCurveTest, the_progress_slider_seeks_its_share_of_the_published_duration) {
-    follow.duration = 120;
+    publishDuration(120);
     for (const PlayState active : {PlayState::Playing, PlayState::Paused}) {
         open(active, 10, 119.7);
         controls.seeks.clear();
@@ -329,11 +370,10 @@ TEST_F(frmCurveTest, the_progress_slider_seeks_its_share_of_the_published_durati
 }
 
 TEST_F(frmCurveTest, the_progress_slider_does_nothing_while_stopped_or_before_a_duration) {
-    follow.duration = 120;
-    open(PlayState::Stopped, 10, 120);
-    slide("PLAYPROGRESS", 25);
-    follow.duration = 0;
     open(PlayState::Playing, 10, 120);
+    slide("PLAYPROGRESS", 25);
+    publishDuration(120);
+    open(PlayState::Stopped, 10, 120);
     slide("PLAYPROGRESS", 25);
     EXPECT_THAT(controls.seeks, IsEmpty());
 }
@@ -423,9 +463,9 @@ TEST_F(frmCurveTest, the_buttons_show_the_state_of_the_player) {
 }
 
 TEST_F(frmCurveTest, one_key_plays_and_pauses) {
-    list.marked = {2};
+    mark({2});
     bar.TogglePlay();
-    EXPECT_THAT(list.starts, ElementsAre(2));
+    EXPECT_THAT(starts, ElementsAre(2));
     open(PlayState::Playing, 10, 100);
     bar.TogglePlay();
     EXPECT_EQ(controls.state, PlayState::Paused);

@@ -4,6 +4,7 @@
 #include "common/StepError.h"
 #include "common/textRules.h"
 #include "tests/fakes/FakeHostPaths.h"
+#include "tests/fakes/FakeMediaPlayer.h"
 #include "tests/fakes/FakeSkin.h"
 #include "tests/fakes/FakeStatusLine.h"
 #include "tests/fakes/FakeTexts.h"
@@ -13,7 +14,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <map>
 #include <vector>
 
 namespace velmorant {
@@ -22,28 +22,6 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-
-class FakeMapClickTarget : public MapClickTarget {
-  public:
-    std::string path(int row) const override {
-        const auto found = paths.find(row);
-        return found == paths.end() ? std::string() : found->second;
-    }
-    std::string openRecording() const override { return open; }
-    PickedRecording startRow(int row) override {
-        calls.push_back("start " + std::to_string(row));
-        return start;
-    }
-    void seek(double seconds) override {
-        calls.push_back("seek " + std::to_string(static_cast<int>(seconds)));
-    }
-    void enablePositionTimer() override { calls.emplace_back("timer"); }
-
-    std::map<int, std::string> paths;
-    std::string open;
-    PickedRecording start = PickedRecording::OpenedNow;
-    std::vector<std::string> calls;
-};
 
 const std::string address = "http://maps.example/DeskMap.asp?LangID=1028";
 const std::string builtIn = "built-in:/DeskMap.asp?LangID=1028";
@@ -69,8 +47,17 @@ class frmMediaCtrlTest : public ::testing::Test {
                           0, 0, 0, 0, 0);
         track->lSerial(row);
         state.loadedTracks.add(toInt32(serial), track);
-        target.paths[row] = "/card/" + serial + ".MP4";
+        RecordingEntry entry;
+        entry.serial = toInt32(serial);
+        entry.path = "/card/" + serial + ".MP4";
+        entry.map = MapState::Shown;
+        list.append({entry});
+        EXPECT_EQ(list.count(), row);
         return track;
+    }
+    void openInPlayer(const std::string& path) {
+        player.setUrl(path);
+        player.state = PlayState::Playing;
     }
     void click(const std::string& value) {
         browser.properties["varLocal"] = value;
@@ -85,22 +72,43 @@ class frmMediaCtrlTest : public ::testing::Test {
     fakes::FakeSkin control;
     fakes::FakeHostPaths paths;
     fakes::FakeTexts texts;
-    FakeMapClickTarget target;
+    RecordingList list;
+    fakes::FakePlayerControls player;
+    RowStart start = RowStart::Started;
+    std::vector<std::string> calls; ///< what a click did
     fakes::FakeStatusLine status;
     std::vector<std::int32_t> drawn;
     ProgramState state;
     frmMediaCtrl pane{needs()};
 
     MediaCtrlNeeds needs() {
-        return {browser, tGetMapLocal, tMapAnswer,   background,
-                control, paths,        texts,        target,
-                status,  state,        "built-in:/", [this](std::int32_t number) { draw(number); },
-                {}};
+        return {.htmlView = browser,
+                .tGetMapLocal = tGetMapLocal,
+                .tMapAnswer = tMapAnswer,
+                .backgroundSkin = background,
+                .controlSkin = control,
+                .paths = paths,
+                .texts = texts,
+                .status = status,
+                .state = state,
+                .list = list,
+                .player = player,
+                .builtInBase = "built-in:/",
+                .drawAgain = [this](std::int32_t number) { drawAgain(number); },
+                .startRow =
+                    [this](int row) {
+                        calls.push_back("start " + std::to_string(row));
+                        return start;
+                    },
+                .seek =
+                    [this](double seconds) {
+                        calls.push_back("seek " + std::to_string(static_cast<int>(seconds)));
+                    }};
     }
-    /// As the real one does, it leaves the track's cursor behind the dot that was drawn last.
-    void draw(std::int32_t number) {
+    /// As extraction does it: the track's cursor is at its last dot then.
+    void drawAgain(std::int32_t number) {
         drawn.push_back(number);
-        const std::shared_ptr<clsDot> track = state.loadedTracks.find(number);
+        const auto track = state.loadedTracks.find(number);
         track->lPlayLocal(track->count());
     }
 };
@@ -120,15 +128,6 @@ TEST_F(frmMediaCtrlTest, the_address_does_not_follow_the_language) {
     state.settings.setLanguage(1002);
     pane.Load();
     EXPECT_THAT(browser.navigations, ElementsAre(address));
-}
-
-TEST_F(frmMediaCtrlTest, a_server_base_of_the_host_wins_over_the_text_table) {
-    MediaCtrlNeeds elsewhere = needs();
-    elsewhere.serverBase = "https://other.example/map/";
-    frmMediaCtrl other(elsewhere);
-    other.Load();
-    EXPECT_THAT(browser.navigations,
-                ElementsAre("https://other.example/map/DeskMap.asp?LangID=1028"));
 }
 
 TEST_F(frmMediaCtrlTest, the_completed_page_makes_the_map_ready) {
@@ -181,6 +180,18 @@ TEST_F(frmMediaCtrlTest, a_page_loaded_anew_gets_the_loaded_routes_again_and_onc
     EXPECT_THAT(drawn, ElementsAre(7, 12));
     pane.DocumentComplete(address);
     EXPECT_THAT(drawn, ElementsAre(7, 12));
+}
+
+TEST_F(frmMediaCtrlTest, a_page_loaded_anew_gets_the_routes_that_are_shown_alone) {
+    load();
+    addTrack("7", 1, 10, 3);
+    addTrack("12", 2, 20, 3);
+    addTrack("13", 3, 30, 3);
+    list.set(1, &RecordingEntry::map, MapState::Hidden);
+    list.remove(3, 1);
+    pane.PageLost();
+    pane.DocumentComplete(address);
+    EXPECT_THAT(drawn, ElementsAre(12));
 }
 
 TEST_F(frmMediaCtrlTest, drawing_the_routes_again_leaves_the_place_that_plays) {
@@ -307,29 +318,29 @@ TEST_F(frmMediaCtrlTest, two_characters_or_less_are_ignored_and_not_cleared) {
         EXPECT_EQ(browser.properties["varLocal"], value);
     }
     EXPECT_EQ(browser.propertyWrites, 0);
-    EXPECT_THAT(target.calls, IsEmpty());
+    EXPECT_THAT(calls, IsEmpty());
 }
 
 TEST_F(frmMediaCtrlTest, a_click_on_the_playing_route_moves_the_cursor_and_seeks) {
     load();
     const auto track = addTrack("1", 1, 0, 5);
-    target.open = "/card/1.MP4";
+    openInPlayer("/card/1.MP4");
     state.currentTrack = track;
     click("x2.5,2.5");
     EXPECT_EQ(browser.properties["varLocal"], "");
     EXPECT_EQ(track->lPlayLocal(), 3);
-    EXPECT_THAT(target.calls, ElementsAre("seek 20", "timer"));
+    EXPECT_THAT(calls, ElementsAre("seek 20"));
     timers.advance(400);
-    EXPECT_EQ(target.calls.size(), 2u) << "one click seeks once";
+    EXPECT_EQ(calls.size(), 1u) << "one click seeks once";
 }
 
 TEST_F(frmMediaCtrlTest, a_click_on_another_route_starts_its_recording_first) {
     load();
     state.currentTrack = addTrack("1", 1, 0, 5);
     const auto track = addTrack("2", 2, 50, 5);
-    target.open = "/card/1.MP4";
+    openInPlayer("/card/1.MP4");
     click("x51.5,51.5");
-    EXPECT_THAT(target.calls, ElementsAre("start 2", "seek 10", "timer"));
+    EXPECT_THAT(calls, ElementsAre("start 2", "seek 10"));
     EXPECT_EQ(track->lPlayLocal(), 2);
 }
 
@@ -337,15 +348,24 @@ TEST_F(frmMediaCtrlTest, a_click_on_a_route_while_nothing_is_open_starts_its_rec
     load();
     state.currentTrack = addTrack("1", 1, 0, 5);
     click("x1.5,1.5");
-    EXPECT_THAT(target.calls, ElementsAre("start 1", "seek 10", "timer"));
+    EXPECT_THAT(calls, ElementsAre("start 1", "seek 10"));
+}
+
+TEST_F(frmMediaCtrlTest, a_click_on_the_route_of_a_stopped_recording_starts_it_anew) {
+    load();
+    state.currentTrack = addTrack("1", 1, 0, 5);
+    openInPlayer("/card/1.MP4");
+    player.state = PlayState::Stopped;
+    click("x1.5,1.5");
+    EXPECT_THAT(calls, ElementsAre("start 1", "seek 10"));
 }
 
 TEST_F(frmMediaCtrlTest, a_recording_that_does_not_start_is_not_sought_in) {
     load();
     const auto track = addTrack("1", 1, 0, 5);
-    target.start = PickedRecording::NotOpened;
+    start = RowStart::NoTrack;
     click("x1.5,1.5");
-    EXPECT_THAT(target.calls, ElementsAre("start 1"));
+    EXPECT_THAT(calls, ElementsAre("start 1"));
     EXPECT_EQ(track->lPlayLocal(), 0);
 }
 
@@ -354,7 +374,7 @@ TEST_F(frmMediaCtrlTest, a_click_beside_every_route_changes_nothing) {
     const auto track = addTrack("1", 1, 0, 5);
     click("x80,80");
     EXPECT_EQ(browser.properties["varLocal"], "") << "it is taken from the page";
-    EXPECT_THAT(target.calls, IsEmpty());
+    EXPECT_THAT(calls, IsEmpty());
     EXPECT_EQ(track->lPlayLocal(), 0);
 }
 
@@ -363,15 +383,15 @@ TEST_F(frmMediaCtrlTest, of_two_routes_at_a_place_the_first_of_the_table_is_pick
     addTrack("9", 1, 0, 5);
     addTrack("2", 2, 0, 5);
     click("x1.5,1.5");
-    EXPECT_THAT(target.calls, ElementsAre("start 1", "seek 10", "timer"));
+    EXPECT_THAT(calls, ElementsAre("start 1", "seek 10"));
 }
 
 TEST_F(frmMediaCtrlTest, a_track_whose_row_is_gone_is_not_followed) {
     load();
     addTrack("1", 1, 0, 5);
-    target.paths.clear();
+    list.remove(1, list.count());
     click("x1.5,1.5");
-    EXPECT_THAT(target.calls, IsEmpty());
+    EXPECT_THAT(calls, IsEmpty());
 }
 
 TEST_F(frmMediaCtrlTest, texts_that_are_no_place_end_the_tick_silently) {
@@ -381,9 +401,9 @@ TEST_F(frmMediaCtrlTest, texts_that_are_no_place_end_the_tick_silently) {
         click(value);
         EXPECT_EQ(browser.properties["varLocal"], "") << value;
     }
-    EXPECT_THAT(target.calls, IsEmpty());
+    EXPECT_THAT(calls, IsEmpty());
     click("x1.5,1.5");
-    EXPECT_EQ(target.calls.size(), 3u) << "the polling goes on";
+    EXPECT_EQ(calls.size(), 2u) << "the polling goes on";
 }
 
 TEST_F(frmMediaCtrlTest, the_leading_character_may_be_any) {
@@ -402,7 +422,7 @@ TEST_F(frmMediaCtrlTest, a_page_that_owes_an_answer_is_not_asked_again) {
     timers.advance(1000);
     EXPECT_EQ(browser.reads, 1);
     browser.deliver();
-    EXPECT_EQ(target.calls.size(), 3u);
+    EXPECT_EQ(calls.size(), 2u);
     timers.advance(200);
     EXPECT_EQ(browser.reads, 2);
 }
@@ -415,7 +435,7 @@ TEST_F(frmMediaCtrlTest, a_question_that_got_lost_is_asked_again_and_its_late_an
     timers.advance(200 * 26);
     EXPECT_EQ(browser.reads, 2);
     browser.deliver();
-    EXPECT_EQ(target.calls.size(), 3u) << "one click counts once";
+    EXPECT_EQ(calls.size(), 2u) << "one click counts once";
 }
 
 TEST_F(frmMediaCtrlTest, the_list_band_is_drawn_anew) {

@@ -4,6 +4,7 @@
 #include "common/textRules.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/fakes/FakeHostPaths.h"
+#include "tests/fakes/FakeMapPage.h"
 #include "tests/fakes/FakeMessageBox.h"
 #include "tests/fakes/FakeProgressWindow.h"
 #include "tests/fakes/FakeShell.h"
@@ -31,22 +32,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
 using ::testing::StartsWith;
-
-class FakeMapPage : public MapPage {
-  public:
-    bool ready() const override { return isReady; }
-    void getContentHis(const std::string& text) override {
-        routes.push_back(text);
-        if (log != nullptr)
-            log->push_back("route");
-    }
-    void MoveCar(const std::string&) override {}
-    void clearHistroy(const std::string&) override {}
-
-    bool isReady = true;
-    std::vector<std::string> routes;
-    std::vector<std::string>* log = nullptr;
-};
 
 const std::string trackFile = "/cache/VelmorantDVRtempFile/output.kml";
 
@@ -100,7 +85,7 @@ class frmSendDataTest : public ::testing::Test {
     fakes::FakeStatusLine status;
     RecordingList list;
     int removals = 0;
-    FakeMapPage page;
+    fakes::FakeMapPage page;
     ProgramState state;
     std::map<std::string, fakes::XmlContent> written; ///< by recording: what the extractor writes
     frmSendData send{{.tStart = tStart,

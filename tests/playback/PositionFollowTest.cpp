@@ -1,5 +1,7 @@
-#include "track/PositionFollow.h"
+#include "playback/PositionFollow.h"
 
+#include "tests/fakes/FakeChart.h"
+#include "tests/fakes/FakeMapPage.h"
 #include "tests/fakes/FakeMediaPlayer.h"
 #include "tests/fakes/FakeSkin.h"
 
@@ -13,25 +15,6 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-
-class FakeChartMarker : public ChartMarker {
-  public:
-    void resetMarker() override { calls.emplace_back("reset"); }
-    void moveMarkerToCurrentDot() override { calls.emplace_back("move"); }
-
-    std::vector<std::string> calls;
-};
-
-class CarOnlyPage : public MapPage {
-  public:
-    bool ready() const override { return isReady; }
-    void getContentHis(const std::string&) override {}
-    void MoveCar(const std::string& place) override { cars.push_back(place); }
-    void clearHistroy(const std::string&) override {}
-
-    bool isReady = true;
-    std::vector<std::string> cars;
-};
 
 class PositionFollowTest : public ::testing::Test {
   protected:
@@ -50,10 +33,11 @@ class PositionFollowTest : public ::testing::Test {
 
     fakes::FakePlayerSettings player;
     fakes::FakeSkin bar;
-    FakeChartMarker chart;
-    CarOnlyPage page;
+    fakes::FakeChart chart;
+    fakes::FakeMapPage page;
     ProgramState state;
-    PositionFollow follow{{player, bar, chart, page, state}};
+    PositionFollow follow{
+        {.player = player, .controlBar = bar, .chart = chart, .page = page, .state = state}};
 };
 
 TEST_F(PositionFollowTest, a_tick_shows_volume_and_speaker) {
@@ -105,7 +89,7 @@ TEST_F(PositionFollowTest, position_0_goes_to_the_first_dot_and_resets_the_marke
     state.currentTrack->lPlayLocal(7);
     follow.UpdateControlBand("0|120");
     EXPECT_EQ(state.currentTrack->lPlayLocal(), 1);
-    EXPECT_THAT(chart.calls, ElementsAre("reset"));
+    EXPECT_EQ(chart.cursor, 0.0);
     EXPECT_THAT(page.cars, ElementsAre("121.0|25|1|90"));
 }
 
@@ -113,7 +97,7 @@ TEST_F(PositionFollowTest, a_position_moves_cursor_marker_and_car) {
     fill(10);
     follow.UpdateControlBand("4|120");
     EXPECT_EQ(state.currentTrack->lPlayLocal(), 4);
-    EXPECT_THAT(chart.calls, ElementsAre("move"));
+    EXPECT_EQ(chart.cursor, 3.0);
     EXPECT_THAT(page.cars, ElementsAre("121.3|25|4|90"));
     EXPECT_EQ(digits(), "003");
 }
@@ -137,13 +121,13 @@ TEST_F(PositionFollowTest, a_cursor_that_found_no_dot_yet_goes_to_the_first) {
     fill(10);
     follow.UpdateControlBand("50|120");
     EXPECT_EQ(state.currentTrack->lPlayLocal(), 1);
-    EXPECT_THAT(chart.calls, ElementsAre("move"));
+    EXPECT_EQ(chart.cursor, 0.0);
 }
 
 TEST_F(PositionFollowTest, without_a_current_track_the_band_is_still_refreshed) {
     follow.UpdateControlBand("30|120");
     EXPECT_EQ(bar.values["playprogress"], 25);
-    EXPECT_THAT(chart.calls, IsEmpty());
+    EXPECT_EQ(chart.cursorMoves, 0);
     EXPECT_THAT(page.cars, IsEmpty());
 }
 
@@ -190,16 +174,6 @@ TEST_F(PositionFollowTest, the_dot_text_of_a_track_holds_its_current_dot) {
     track.SetDot("2012/9/7 08:05:09", "01:05", 60, 65, "121.5", "25.04", 0, 90, 0, 0, 0);
     track.lPlayLocal(1);
     EXPECT_EQ(PositionFollow::dotText(track), "60|121.5|25.04|2012/9/7 08:05:09|1|90");
-}
-
-TEST_F(PositionFollowTest, the_current_dot_can_be_shown_on_its_own) {
-    follow.showCurrentDot();
-    EXPECT_THAT(page.cars, IsEmpty());
-    fill(10);
-    state.currentTrack->lPlayLocal(3);
-    follow.showCurrentDot();
-    EXPECT_THAT(page.cars, ElementsAre("121.2|25|3|90"));
-    EXPECT_EQ(digits(), "002");
 }
 
 TEST_F(PositionFollowTest, texts_with_an_error_end_silently) {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "ports/Chart.h"
 #include "ports/MapPage.h"
 #include "ports/MediaPlayer.h"
 #include "ports/Skin.h"
 #include "recordings/ProgramState.h"
-#include "track/ChartMarker.h"
 
 #include <cstdint>
 #include <string>
@@ -15,7 +15,7 @@ namespace velmorant {
 struct PositionFollowNeeds {
     PlayerSettings& player;
     Skin& controlBar;
-    ChartMarker& chart;
+    Chart& chart;
     MapPage& page;
     ProgramState& state;
 };
@@ -35,8 +35,8 @@ class PositionFollow {
     /// ends it silently.
     void ShowDot(const std::string& dotText);
 
-    /// ShowDot() for the current dot of the current track; nothing without a track.
-    void showCurrentDot();
+    /// The chart's marker goes to the current dot of the current track; stays without a track.
+    void moveMarker();
 
     /// The dot text of a track's current dot.
     static std::string dotText(const clsDot& track);

@@ -1,4 +1,4 @@
-#include "track/PositionFollow.h"
+#include "playback/PositionFollow.h"
 
 #include "common/StepError.h"
 #include "common/textRules.h"
@@ -46,15 +46,13 @@ void PositionFollow::updateProgress(const std::string& position, const std::stri
 
 void PositionFollow::moveCursor(std::int16_t second) {
     clsDot& track = *m_needs.state.currentTrack;
-    if (second == 0) {
+    if (second == 0)
         track.lPlayLocal(1);
-        m_needs.chart.resetMarker();
-        return;
-    }
-    track.ForcePlayLocal(second);
+    else
+        track.ForcePlayLocal(second);
     if (track.lPlayLocal() == 0)
         track.lPlayLocal(1);
-    m_needs.chart.moveMarkerToCurrentDot();
+    moveMarker();
 }
 
 std::string PositionFollow::dotText(const clsDot& track) {
@@ -62,9 +60,9 @@ std::string PositionFollow::dotText(const clsDot& track) {
            std::to_string(track.lPlayLocal()) + "|" + std::to_string(track.iAngelValue());
 }
 
-void PositionFollow::showCurrentDot() {
+void PositionFollow::moveMarker() {
     if (m_needs.state.currentTrack != nullptr)
-        ShowDot(dotText(*m_needs.state.currentTrack));
+        m_needs.chart.setCursor(m_needs.state.currentTrack->lPlayLocal() - 1.0);
 }
 
 void PositionFollow::ShowDot(const std::string& text) {
