@@ -219,7 +219,8 @@ Result<Telemetry> withoutTelemetry(const Recording& recording) {
     Collector none;
     Telemetry telemetry = finish(recording, none);
     telemetry.family = "none";
-    telemetry.notices.push_back(input.error({}, 0, whatIsMissing(recording)));
+    telemetry.notices.push_back(
+        input.error({}, 0, whatIsMissing(recording), ReasonCode::noTelemetry));
     return telemetry;
 }
 

@@ -29,6 +29,10 @@ std::string_view name(ReasonCode code) {
         return "unfinished";
     case ReasonCode::noTelemetry:
         return "no-telemetry";
+    case ReasonCode::frontTrack:
+        return "front-track";
+    case ReasonCode::besideTrack:
+        return "beside-track";
     case ReasonCode::timeUp:
         return "time-up";
     case ReasonCode::missing:

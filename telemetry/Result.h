@@ -24,6 +24,8 @@ enum class ReasonCode {
     cutOff,        // the file's end is missing; the amount: seconds of the recording, 0 unknown
     unfinished,    // the movie header was never written
     noTelemetry,   // of a kind that is known
+    frontTrack,    // nothing is wrong: the track is that of the front recording
+    besideTrack,   // nothing is wrong: the track is from a file that the recorder did not write
     timeUp,        // the reading took longer than it may
     missing,       // there is no such file
     forbidden,     // the file may not be read
@@ -31,6 +33,11 @@ enum class ReasonCode {
     diskFull,      // what was to be written has no room
     notWritten     // it could not be written for another reason
 };
+
+// Whether the reason tells of something wrong, and not only where a track comes from.
+constexpr bool isFault(ReasonCode code) {
+    return code != ReasonCode::frontTrack && code != ReasonCode::besideTrack;
+}
 
 // "cut-off" and the like.
 std::string_view name(ReasonCode code);

@@ -7,13 +7,15 @@
 #   VELMORANT_CLICKS         how many places of routes are clicked (default 200)
 #   VELMORANT_DRIVES         how many random drives every layout records (default 500)
 #   VELMORANT_FUZZ_SECONDS   how long each fuzzer runs (default 120)
+#   VELMORANT_HOSTILE        how many damaged recordings are read (default 20000)
+#   VELMORANT_HOSTILE_SEED   which damage (default 1)
 #   VELMORANT_MUTANTS        how many places of the logic are broken (default 200)
 #   VELMORANT_MUTATION_SEED  which places (default 1)
-#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz mutation drives package
-#                                 keyboard clean
+#   tools/long_tests.sh NAME...   only these: road clicks kills starts update fuzz hostile mutation
+#                                 drives package keyboard clean
 set -u
 cd "$(dirname "$0")/.." || exit 1
-tests=${*:-road clicks kills starts update fuzz mutation drives package keyboard clean}
+tests=${*:-road clicks kills starts update fuzz hostile mutation drives package keyboard clean}
 starts=${VELMORANT_STARTS:-100}
 kills=${VELMORANT_KILLS:-30}
 fuzz_seconds=${VELMORANT_FUZZ_SECONDS:-120}
@@ -96,6 +98,11 @@ for test in $tests; do
     fuzz)
         tools/short_fuzz.sh "$fuzz_seconds"
         result "fuzzers" $?
+        ;;
+    hostile)
+        build/default/tools/hostile_bytes build/default/program/movsupport/Parse "$work/hostile" \
+            "${VELMORANT_HOSTILE:-20000}" "${VELMORANT_HOSTILE_SEED:-1}"
+        result "damaged recordings" $?
         ;;
     mutation)
         tools/mutation.py --count "${VELMORANT_MUTANTS:-200}" --seed "${VELMORANT_MUTATION_SEED:-1}"

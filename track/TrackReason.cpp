@@ -26,6 +26,8 @@ constexpr std::array words = {
     Words{"cut-off", "reason.cutOff"},
     Words{"unfinished", "reason.unfinished"},
     Words{"no-telemetry", "reason.noTelemetry"},
+    Words{"front-track", "reason.frontTrack"},
+    Words{"beside-track", "reason.besideTrack"},
     Words{"time-up", "reason.timeUp"},
     Words{"missing", "reason.missing"},
     Words{"forbidden", "reason.forbidden"},

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <atomic>
 #include <filesystem>
+#include <functional>
 #include <thread>
 
+#include "extractor/command/CardCheck.h"
 #include "extractor/command/DvrTrackOptions.h"
+#include "extractor/command/Explanation.h"
 #include "extractor/command/OrderedReading.h"
 #include "extractor/command/RecordingList.h"
 #include "extractor/command/TripWriter.h"
@@ -135,37 +138,99 @@ int exportAll(Run& run) {
     return code;
 }
 
+int outputFailed(Run& run, const std::string& problem) {
+    run.errors << "dvr-track: " << (run.options.output.empty() ? "the output" : run.options.output)
+               << ": cannot be written: " << problem << '\n';
+    return noAccess;
+}
+
+// Reads all and has each written as it comes; `write` returns the exit code of its recording.
+int writeEach(Run& run, OutputFile& output,
+              const std::function<int(const std::string& path, const Result<Telemetry>&)>& write) {
+    int code = done;
+    readInOrder(
+        run.recordings, jobsOf(run.options),
+        [&](const std::string& path) { return readOne(path, run); },
+        [&](std::size_t index, const Result<Telemetry>& outcome) {
+            run.progress.clear();
+            code = std::max(code, write(run.recordings[index], outcome));
+            run.progress.done(index + 1);
+            run.over = !output.good();
+            return run.over ? Reading::ends : Reading::goesOn;
+        });
+    run.progress.clear();
+    return code;
+}
+
 int listAll(Run& run) {
     OutputFile output(run.unfinished, run.out);
-    auto problem = output.open(run.options.output);
+    if (const auto problem = output.open(run.options.output)) {
+        return outputFailed(run, *problem);
+    }
+    RecordingTable table(run.options.json ? RecordingTable::Style::json
+                                          : RecordingTable::Style::text,
+                         output.stream());
+    table.begin();
+    const int code =
+        writeEach(run, output, [&](const std::string& path, const Result<Telemetry>& outcome) {
+            table.add(rowOf(path, outcome));
+            return codeOf(outcome);
+        });
+    table.end();
+    const auto problem = output.close();
+    return problem ? outputFailed(run, *problem) : code;
+}
+
+int checkAll(Run& run) {
+    OutputFile output(run.unfinished, run.out);
+    if (const auto problem = output.open(run.options.output)) {
+        return outputFailed(run, *problem);
+    }
+    writeCheckHeading(output.stream());
+    const int code =
+        writeEach(run, output, [&](const std::string& path, const Result<Telemetry>& outcome) {
+            writeCheck(path, outcome, output.stream());
+            const Health health = check(outcome).health;
+            return health == Health::good ? done : health == Health::wanting ? unusable : noAccess;
+        });
+    const auto problem = output.close();
+    return problem ? outputFailed(run, *problem) : code;
+}
+
+int explainAll(Run& run) {
+    OutputFile output(run.unfinished, run.out);
+    if (const auto problem = output.open(run.options.output)) {
+        return outputFailed(run, *problem);
+    }
+    std::ostream& out = output.stream();
     int code = done;
-    if (!problem) {
-        RecordingTable table(run.options.json ? RecordingTable::Style::json
-                                              : RecordingTable::Style::text,
-                             output.stream());
-        table.begin();
-        readInOrder(
-            run.recordings, jobsOf(run.options),
-            [&](const std::string& path) { return readOne(path, run); },
-            [&](std::size_t index, const Result<Telemetry>& outcome) {
-                code = std::max(code, codeOf(outcome));
-                run.progress.clear();
-                table.add(rowOf(run.recordings[index], outcome));
-                run.progress.done(index + 1);
-                run.over = !output.good();
-                return run.over ? Reading::ends : Reading::goesOn;
-            });
-        run.progress.clear();
-        table.end();
-        problem = output.close();
+    const char* between = run.options.json ? "[\n" : "";
+    for (std::size_t i = 0; i < run.recordings.size() && output.good(); ++i) {
+        const Explanation explanation = explain(run.recordings[i]);
+        code = std::max(code, codeOf(explanation.outcome));
+        out << between;
+        between = run.options.json ? ",\n" : "\n";
+        if (run.options.json) {
+            writeExplanationAsJson(explanation, out);
+        } else {
+            writeExplanation(explanation, out);
+        }
     }
-    if (problem) {
-        run.errors << "dvr-track: "
-                   << (run.options.output.empty() ? "the output" : run.options.output)
-                   << ": cannot be written: " << *problem << '\n';
-        return noAccess;
+    out << (run.options.json ? "\n]\n" : "");
+    const auto problem = output.close();
+    return problem ? outputFailed(run, *problem) : code;
+}
+
+int carryOut(Run& run) {
+    switch (run.options.task) {
+    case DvrTrackOptions::Task::explain:
+        return explainAll(run);
+    case DvrTrackOptions::Task::check:
+        return checkAll(run);
+    case DvrTrackOptions::Task::track:
+        break;
     }
-    return code;
+    return run.options.format ? exportAll(run) : listAll(run);
 }
 
 // What is wrong with the wanted output before anything is read.
@@ -231,8 +296,7 @@ int runDvrTrack(const std::vector<std::string>& arguments, std::ostream& out, st
             .errors = errors,
             .unfinished = unfinished,
             .progress = progress};
-    const int own = options.format ? exportAll(run) : listAll(run);
-    return std::max(code, own);
+    return std::max(code, carryOut(run));
 }
 
 } // namespace velmorant::telemetry

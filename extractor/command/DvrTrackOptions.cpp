@@ -19,7 +19,12 @@ const char dvrTrackHelp[] =
     "      --join[=SECONDS] join recordings that follow one another within SECONDS (default 10)\n"
     "                       to trips, each camera's for itself\n"
     "      --raw            every position as recorded, believable or not\n"
-    "      --json           the list as JSON\n"
+    "      --explain        say in plain words what each recording's track was read from, which\n"
+    "                       clock its times are from, and what is trusted and what not\n"
+    "      --check          one line per recording, folders with all that is in them: seconds,\n"
+    "                       fixes, clock, gaps, damage; exit code 1 where one leaves to be "
+    "desired\n"
+    "      --json           the list or the explanations as JSON\n"
     "  -j, --jobs N         recordings read at once (default: one per processor)\n"
     "      --no-progress    no progress bar\n"
     "      --help           this text\n"
@@ -60,6 +65,11 @@ class ArgumentReader {
         if (options_.json && options_.format) {
             return WrongUse{"--json lists the recordings; it does not go with --format"};
         }
+        const bool check = options_.task == DvrTrackOptions::Task::check;
+        if (options_.task != DvrTrackOptions::Task::track &&
+            (options_.format || (check && options_.json))) {
+            return WrongUse{"--explain and --check write no track; --check writes no JSON"};
+        }
         return options_;
     }
 
@@ -97,6 +107,11 @@ class ArgumentReader {
             return false;
         }
         if (name == "-r" || name == "--recursive") {
+            options_.recursion = Recursion::on;
+        } else if (name == "--explain") {
+            options_.task = DvrTrackOptions::Task::explain;
+        } else if (name == "--check") {
+            options_.task = DvrTrackOptions::Task::check;
             options_.recursion = Recursion::on;
         } else if (name == "--raw") {
             options_.positions = Positions::raw;

@@ -17,8 +17,9 @@ struct DvrTrackOptions {
     std::vector<std::string> paths;
     Recursion recursion = Recursion::off;
     std::optional<ExportFormat> format; // none: the table of the files
-    bool json = false;                  // the table as JSON
-    std::string output;                 // file or folder; empty: the standard output
+    bool json = false;                  // the table or the explanation as JSON
+    enum class Task { track, explain, check } task = Task::track; // track: list or export
+    std::string output; // file or folder; empty: the standard output
     Positions positions = Positions::trusted;
     std::optional<int> joinWithin; // seconds between two recordings of one trip
     int jobs = 0;                  // 0: one per processor

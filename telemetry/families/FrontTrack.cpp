@@ -112,7 +112,8 @@ bool readFrontTrack(Recording& recording, Collector& collector) {
                                "the recording holds no track of its own; this is the track of the "
                                "front recording " +
                                    path + " (" + front.value().family + "), which " +
-                                   startText(*behind)));
+                                   startText(*behind),
+                               ReasonCode::frontTrack));
         return true;
     }
     return false;

@@ -171,7 +171,8 @@ class TrackFile {
                                  "the recording holds no track of its own; this one is from " +
                                      file.name() + ", " + how + ": points for " +
                                      std::to_string(std::min(taken.seconds, seconds)) + " of " +
-                                     std::to_string(seconds) + " seconds"));
+                                     std::to_string(seconds) + " seconds",
+                                 ReasonCode::besideTrack));
         return true;
     }
 
