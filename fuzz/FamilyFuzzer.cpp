@@ -1,6 +1,6 @@
 // One family of formats alone: --family=N chooses it by its number in the table, from 0;
 // --families prints how many there are. Files beside the recording hold the same bytes as the
-// recording.
+// recording: a text in one of its boxes is what they are read for.
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
@@ -19,7 +19,9 @@ class SameBytes final : public Siblings {
     }
     std::vector<std::unique_ptr<ByteSource>> cardTables() override {
         std::vector<std::unique_ptr<ByteSource>> tables;
-        tables.push_back(std::make_unique<MemorySource>("GPSData1.txt", bytes_));
+        std::vector<std::uint8_t> rows = {'$', 'V', '0', '2', '\n'};
+        rows.insert(rows.end(), bytes_.begin(), bytes_.end());
+        tables.push_back(std::make_unique<MemorySource>("GPSData1.txt", std::move(rows)));
         return tables;
     }
 

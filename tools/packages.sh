@@ -14,7 +14,7 @@ run="libqt6webenginewidgets6 libqt6webenginecore6-bin libqt6webengine6-data libq
 test="libgtest-dev libgmock-dev libbenchmark-dev clang clang-format clang-tidy libclang-rt-14-dev
     dpkg-dev fakeroot libimage-exiftool-perl desktop-file-utils git curl jq python3 nginx-light
     chromium chromium-driver librsvg2-bin openbox at-spi2-core openssl dbus python3-gi
-    gir1.2-atspi-2.0"
+    gir1.2-atspi-2.0 libxml2-utils"
 long="mmdebstrap lintian"
 
 case "${1:-run}" in

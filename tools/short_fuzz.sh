@@ -57,6 +57,8 @@ for build in build/default build/sanitizers build/benchmarks; do
     done
     break
 done
+# Recordings whose boxes hold the texts of files beside them.
+cp tests/data/fuzz_corpus/*.mp4 "$VELMORANT_FUZZ_WORK/recordings"
 echo "  starting from $(find "$VELMORANT_FUZZ_WORK/recordings" -type f | wc -l) recordings"
 
 names=("$@")
