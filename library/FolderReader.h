@@ -7,8 +7,10 @@ namespace velmorant {
 
 /// The names, without path, of what a folder holds, in any order.
 struct FolderContent {
-    std::vector<std::string> files;
-    std::vector<std::string> folders;
+    std::vector<std::string> files = {};
+    std::vector<std::string> folders = {};
+    std::vector<std::string> linksToFolders =
+        {}; ///< links that lead to a folder, which may be anywhere
 };
 
 class FolderReader {

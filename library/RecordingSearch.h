@@ -22,8 +22,9 @@ class RecordingSearch {
     RecordingSearch(const FolderReader& folders, const FileSystem& files, const HostPaths& paths);
 
     /// MP4 files of the paths, in the order given; a folder stands for its own files, then those of
-    /// its sub-folders, each in the order of their names. Hidden names, folders that cannot be read
-    /// and folders nested more than 16 deep are passed over.
+    /// its sub-folders, each in the order of their names. Hidden names, folders that cannot be
+    /// read, folders nested more than 16 deep and links to folders, which may lead round in a
+    /// circle, are passed over.
     std::vector<FolderSelection> find(const std::vector<std::string>& paths) const;
 
   private:

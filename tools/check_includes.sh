@@ -8,7 +8,7 @@ whole=${1:-yes}
 cd "${1:-$(dirname "$0")/..}"
 
 # room: the rooms whose headers it may include. "qt" stands for Qt, libmpv and QCustomPlot, "os" for
-# the system's own file interface, "openssl" for its libcrypto; the standard library is open to all.
+# the system's own file interface, "openssl" for its libcrypto, "json" for the JSON library; the standard library is open to all.
 # What tests, measures and drives the rooms may include any.
 rules='
 common: common os
@@ -16,7 +16,7 @@ ports: ports
 telemetry: telemetry os
 extractor: extractor telemetry common os
 recordings: recordings ports common
-track: track recordings ports common
+track: track recordings ports common json
 library: library recordings ports common
 playback: playback recordings ports common
 app: app ports common resources os
@@ -53,6 +53,8 @@ includes_of() {
                 kind = "qt"
             } else if (line ~ /^<expat/) {
                 kind = "expat"
+            } else if (line ~ /^<nlohmann\/json/) {
+                kind = "json"
             } else if (line ~ /^<openssl\//) {
                 kind = "openssl"
             } else if (line ~ /^<(c?[a-z_0-9]+)>/) {

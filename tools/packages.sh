@@ -7,7 +7,7 @@ set -eu
 
 build="g++ cmake ninja-build pkg-config ccache ca-certificates
     qt6-base-dev qt6-webengine-dev qt6-svg-dev libqcustomplot-dev libmpv-dev libexpat1-dev
-    libexiv2-dev libgl-dev libssl-dev libcurl4-openssl-dev"
+    nlohmann-json3-dev libexiv2-dev libgl-dev libssl-dev libcurl4-openssl-dev"
 run="libqt6webenginewidgets6 libqt6webenginecore6-bin libqt6webengine6-data libqt6svg6
     libqt6printsupport6 qt6-qpa-plugins qt6-translations-l10n libgl1-mesa-dri
     fonts-dejavu-core fonts-wqy-microhei ffmpeg xvfb xauth xdotool x11-utils imagemagick procps"

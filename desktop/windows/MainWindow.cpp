@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QMouseEvent>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -94,7 +95,7 @@ void MainWindow::host(Pane pane, QWidget& widget) {
     widget.raise();
 }
 
-void MainWindow::onKey(std::vector<int> keys, GatedListener<KeyPress> listener) {
+void MainWindow::onKey(std::vector<std::string> keys, GatedListener<KeyPress> listener) {
     keys_ = std::move(keys);
     key_ = std::move(listener);
 }
@@ -122,11 +123,12 @@ void MainWindow::enlarge(QWidget* widget) {
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {
+    const std::string name = QKeySequence(event->key()).toString().toStdString();
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
         openContextMenu();
     else if (!(event->modifiers() & otherModifiers) &&
-             std::find(keys_.begin(), keys_.end(), event->key()) != keys_.end())
-        key_({event->key(), event->modifiers().testFlag(Qt::ShiftModifier)});
+             std::find(keys_.begin(), keys_.end(), name) != keys_.end())
+        key_({name, event->modifiers().testFlag(Qt::ShiftModifier)});
     else
         event->ignore();
 }

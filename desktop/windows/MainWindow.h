@@ -6,16 +6,13 @@
 #include "desktop/windows/FrameDrag.h"
 #include "desktop/windows/QtBandContainer.h"
 #include "desktop/windows/QtWindow.h"
+#include "ports/KeyPress.h"
 #include <QWidget>
 #include <map>
+#include <string>
 #include <vector>
 
 namespace velmorant {
-
-struct KeyPress {
-    int key = 0; ///< Qt::Key
-    bool shift = false;
-};
 
 /// The frame: 1024 x 708 pixels without a frame of the desktop's, its title area and commands drawn
 /// by the skin, the panes hosted in the skin's places. On a smaller screen it scrolls.
@@ -43,8 +40,9 @@ class MainWindow : public QWidget {
 
     /// Clicks on elements of the skin other than "minimise" and "close", which the frame serves.
     void onCommand(GatedListener<std::string> listener) { command_ = std::move(listener); }
-    /// These keys, alone or with Shift, where the focused pane has no use for them.
-    void onKey(std::vector<int> keys, GatedListener<KeyPress> listener);
+    /// These keys, by the names of KeyPress, alone or with Shift, where the focused pane has no use
+    /// for them.
+    void onKey(std::vector<std::string> keys, GatedListener<KeyPress> listener);
     void onDrop(DropTarget::Listener listener) { drop_->onDrop(std::move(listener)); }
     /// Beside all panes: by mouse, menu key or Shift+F10; the place in pixels of the frame.
     void onContextMenu(GatedListener<QPoint> listener) { contextMenu_ = std::move(listener); }
@@ -76,7 +74,7 @@ class MainWindow : public QWidget {
     QRect enlargedPlace_;
     DropTarget* drop_; ///< a child of this window
     GatedListener<std::string> command_;
-    std::vector<int> keys_;
+    std::vector<std::string> keys_;
     GatedListener<KeyPress> key_;
     GatedListener<QPoint> contextMenu_;
 };

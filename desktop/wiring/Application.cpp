@@ -1,5 +1,6 @@
 #include "desktop/wiring/Application.h"
 
+#include "app/tileSettings.h"
 #include "common/textRules.h"
 #include "desktop/system/endEventLoop.h"
 #include "desktop/wiring/Bridges.h"
@@ -40,7 +41,7 @@ void Application::buildWindows() {
     m_browser = std::make_unique<JournalledBrowser>(m_panes->map.browser, m_host->journal);
     m_rooms.rows = std::make_unique<RecordingList>();
     m_rooms.rows->addListener(*m_panes->list.view);
-    m_mapData = std::make_unique<MapData>(m_rooms.state, *m_rooms.rows);
+    m_mapData = std::make_unique<MapData>(m_rooms.state, *m_rooms.rows, m_host->paths);
     m_bridges = std::make_unique<Bridges>(m_rooms, *m_panes, *m_host, [this] { endProgram(); });
     m_titleMenu = std::make_unique<TitleMenu>(
         *m_panes, *m_host, m_texts, [this] { m_rooms.update->Open(UpdateOpening::OnRequest); });
@@ -130,7 +131,7 @@ void Application::showMap(MapSize size) {
 }
 
 bool Application::leaveWholeMap(const KeyPress& press) {
-    if (press.key != Qt::Key_Escape || m_panes->frame.enlarged() == nullptr)
+    if (press.key != "Esc" || m_panes->frame.enlarged() == nullptr)
         return false;
     showMap(MapSize::Pane);
     if (m_rooms.mediaCtrl->ready())
@@ -138,22 +139,14 @@ bool Application::leaveWholeMap(const KeyPress& press) {
     return true;
 }
 
-/// A provider is named by the user or the operator; without one nothing leaves the machine.
 void Application::configureTiles() {
-    const std::string address = m_environment("VELMORANT_TILES").value_or("");
-    if (address.empty())
+    const std::optional<TileSettings> settings = tileSettings(m_environment);
+    if (!settings)
         return;
-    TileProvider provider;
-    provider.urlTemplate = QString::fromStdString(address);
-    const std::string zoom = m_environment("VELMORANT_TILES_MAXIMUM_ZOOM").value_or("19");
-    provider.maxZoom = isNumber(zoom) ? toInt16(zoom) : 19;
-    provider.referer =
-        QString::fromStdString(m_environment("VELMORANT_TILES_REFERER").value_or(""));
-    m_tiles->setProvider(provider);
-    m_mapData->setTiles(TileCredit{m_environment("VELMORANT_TILES_ATTRIBUTION")
-                                       .value_or(QUrl(provider.urlTemplate).host().toStdString()),
-                                   m_environment("VELMORANT_TILES_LINK").value_or(""),
-                                   provider.maxZoom});
+    m_tiles->setProvider(TileProvider{QString::fromStdString(settings->address),
+                                      QString::fromStdString(settings->referer),
+                                      settings->maximumZoom});
+    m_mapData->setTiles(TileCredit{settings->attribution, settings->link, settings->maximumZoom});
 }
 
 } // namespace velmorant

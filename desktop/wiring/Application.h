@@ -4,12 +4,12 @@
 #include "app/StartUp.h"
 #include "desktop/wiring/Host.h"
 #include "desktop/wiring/ListMenu.h"
-#include "desktop/wiring/MapData.h"
 #include "desktop/wiring/Panes.h"
 #include "desktop/wiring/Rooms.h"
 #include "desktop/wiring/StartingWindows.h"
 #include "desktop/wiring/TitleMenu.h"
 #include "desktop/wiring/WindowBridges.h"
+#include "track/MapData.h"
 
 #include <functional>
 #include <memory>

@@ -4,7 +4,7 @@
 #include "common/Language.h"
 #include "common/textRules.h"
 #include "desktop/wiring/Bridges.h"
-#include "desktop/wiring/keys.h"
+#include "desktop/wiring/paneNames.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -160,9 +160,9 @@ void Application::connectFrame() {
         gate.listener([this](const std::string& element) { m_rooms.main->SkinClick(element); }));
     frame.onDrop(gate.listener(
         [this](const std::vector<std::string>& paths) { m_rooms.list->AddPaths(paths); }));
-    frame.onKey(playerKeys(), gate.listener([this](const KeyPress& press) {
+    frame.onKey(PlayerKeys::keys(), gate.listener([this](const KeyPress& press) {
         if (!leaveWholeMap(press))
-            useKey(press, m_rooms, *m_panes);
+            m_rooms.keys->use(press);
     }));
     frame.onContextMenu(gate.listener([this](const QPoint& place) { m_titleMenu->show(place); }));
     frame.qtWindow().onResize(gate.listener([this] { m_rooms.main->Resize(); }));

@@ -145,6 +145,7 @@ void Application::buildPlaybackRooms() {
                     direction == StepDirection::Back ? FrameStep::Back : FrameStep::Forward);
             },
         .saveFrame = [this] { m_rooms.frameSaver->Save(); }});
+    m_rooms.keys = std::make_unique<PlayerKeys>(*m_rooms.curve, picture.view);
     m_rooms.frameSaver =
         std::make_unique<FrameSaver>(FrameSaverNeeds{.writer = bridges.frameWriter,
                                                      .dialogs = m_host->dialogs,

@@ -1,10 +1,5 @@
 #include "desktop/wiring/Host.h"
 
-#include "common/StepError.h"
-
-#include <filesystem>
-#include <system_error>
-
 namespace velmorant {
 
 namespace {
@@ -15,25 +10,6 @@ std::string dialogMemory(const PosixHostPaths& paths) {
 }
 
 } // namespace
-
-FolderContent HostFolderReader::read(const std::string& folder) const {
-    namespace fs = std::filesystem;
-    FolderContent content;
-    std::error_code failure;
-    for (fs::directory_iterator entry(folder, failure), end; !failure && entry != end;
-         entry.increment(failure)) {
-        const std::string name = entry->path().filename().string();
-        std::error_code unknown;
-        // A link to a folder is passed over: it may lead round in a circle.
-        if (entry->is_directory(unknown) && !entry->is_symlink(unknown))
-            content.folders.push_back(name);
-        else if (entry->is_regular_file(unknown))
-            content.files.push_back(name);
-    }
-    if (failure)
-        throw StepError(folder + ": " + failure.message());
-    return content;
-}
 
 Host::Host(const EnvironmentLookup& environment, const std::string& programFolder,
            const Texts& texts)

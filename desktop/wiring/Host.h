@@ -5,6 +5,7 @@
 #include "desktop/gate/HandlerGate.h"
 #include "desktop/system/FreedesktopShellObject.h"
 #include "desktop/system/HostFileSystem.h"
+#include "desktop/system/HostFolderReader.h"
 #include "desktop/system/QtClock.h"
 #include "desktop/system/QtFileDialogs.h"
 #include "desktop/system/QtMessageBox.h"
@@ -15,19 +16,12 @@
 #include "desktop/system/QtWaits.h"
 #include "desktop/system/ThreadedTrackExport.h"
 #include "desktop/wiring/Journal.h"
-#include "library/FolderReader.h"
 #include "ports/Texts.h"
 #include "xml/ExpatDocument.h"
 
 #include <string>
 
 namespace velmorant {
-
-/// The folders of this machine, for adding a card as a whole.
-class HostFolderReader : public FolderReader {
-  public:
-    FolderContent read(const std::string& folder) const override;
-};
 
 /// What the logic asks of the machine, without any window.
 struct Host {

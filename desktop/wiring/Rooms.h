@@ -6,6 +6,7 @@
 #include "playback/FrameSaver.h"
 #include "playback/MomentCard.h"
 #include "playback/PictureClicks.h"
+#include "playback/PlayerKeys.h"
 #include "playback/PositionFollow.h"
 #include "playback/StillPicture.h"
 #include "playback/frmChild.h"
@@ -39,6 +40,7 @@ struct Rooms {
     std::unique_ptr<MomentCard> moment;
     std::unique_ptr<PictureClicks> clicks;
     std::unique_ptr<frmCurve> curve;
+    std::unique_ptr<PlayerKeys> keys;
     std::unique_ptr<frmMP4List> list;
     std::unique_ptr<frmMediaCtrl> mediaCtrl;
     std::unique_ptr<frmSendData> sendData;

@@ -45,4 +45,11 @@ void namePanes(Panes& panes, const Texts& texts) {
     nameElements(panes.about.skin(), texts, "close webstation");
 }
 
+void nameKeys(SkinView& controlBar) {
+    for (const PlayerKeys::ElementKeys& keyed : PlayerKeys::elementKeys())
+        if (QWidget* widget = controlBar.elementWidget(keyed.element))
+            widget->setToolTip(widget->accessibleName() + " (" +
+                               QString::fromStdString(keyed.keys) + ")");
+}
+
 } // namespace velmorant

@@ -146,6 +146,14 @@ TEST_F(AddingRecordings, asks_nothing_when_nothing_is_to_be_added) {
     EXPECT_EQ(list.count(), 0);
 }
 
+TEST_F(AddingRecordings, follows_no_link_to_a_folder) {
+    folders.folders["/card"] = {{"a.MP4"}, {}, {"round"}};
+    folders.folders["/card/round"] = {{"b.MP4"}, {}};
+    files.folders = {"/card", "/card/round"};
+    window.AddPaths({"/card"});
+    EXPECT_EQ(column(SubItem::FullPath), Texts{"/card/a.MP4"});
+}
+
 TEST_F(AddingRecordings, ends_in_folders_that_contain_themselves) {
     files.folders.insert("/loop");
     std::string folder = "/loop";

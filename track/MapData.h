@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ports/HostPaths.h"
 #include "recordings/ProgramState.h"
 #include "recordings/RecordingList.h"
 
@@ -20,7 +21,8 @@ struct TileCredit {
 class MapData {
   public:
     /// The page keeps the language of this moment, as every window does that is built already.
-    MapData(const ProgramState& state, const RecordingList& list);
+    /// Keeps the references.
+    MapData(const ProgramState& state, const RecordingList& list, const HostPaths& paths);
     /// Absent: no provider, and nothing leaves the machine.
     void setTiles(std::optional<TileCredit> tiles) { m_tiles = std::move(tiles); }
     void setWholeWindow(bool whole) { m_wholeWindow = whole; }
@@ -31,6 +33,7 @@ class MapData {
   private:
     const ProgramState& m_state;
     const RecordingList& m_list;
+    const HostPaths& m_paths;
     std::string m_language;
     std::optional<TileCredit> m_tiles;
     bool m_wholeWindow = false;

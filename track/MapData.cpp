@@ -1,71 +1,77 @@
-#include "desktop/wiring/MapData.h"
+#include "track/MapData.h"
 
 #include "common/Language.h"
 #include "common/SpeedUnit.h"
+#include "common/StepError.h"
 #include "common/textRules.h"
 
-#include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <nlohmann/json.hpp>
 
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 namespace velmorant {
 
 namespace {
 
-std::string jsonText(const QJsonObject& object) {
-    return QJsonDocument(object).toJson(QJsonDocument::Compact).toStdString();
+using Json = nlohmann::json;
+
+std::string jsonText(const Json& object) {
+    // A file name need not be UTF-8.
+    return object.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 /// "2012/9/7 08:05:09" as the page reads it; empty for a text of another form.
-QString utcStart(const std::string& dateText) {
+std::string utcStart(const std::string& dateText) {
     const std::vector<std::string> halves = split(dateText, ' ');
     if (halves.size() != 2)
         return {};
     const std::vector<std::string> date = split(halves[0], '/');
     if (date.size() != 3)
         return {};
-    for (const std::string& part : date)
-        if (!isNumber(part))
-            return {};
-    return QString::fromStdString(zeroPadded(toInt32(date[0]), 4) + "-" +
-                                  zeroPadded(toInt32(date[1]), 2) + "-" +
-                                  zeroPadded(toInt32(date[2]), 2) + "T" + halves[1] + "Z");
+    try {
+        return zeroPadded(toInt32(date[0]), 4) + "-" + zeroPadded(toInt32(date[1]), 2) + "-" +
+               zeroPadded(toInt32(date[2]), 2) + "T" + halves[1] + "Z";
+    } catch (const StepError&) {
+        return {}; // no numbers
+    }
 }
 
-void addPlaces(QJsonObject& object, const clsDot& track) {
-    QJsonArray seconds;
-    QJsonArray speeds;
-    QJsonArray fixes;
+void addPlaces(Json& object, const clsDot& track) {
+    Json seconds = Json::array();
+    Json speeds = Json::array();
+    Json fixes = Json::array();
     const auto count = track.count();
     const TrackDetails& details = track.details();
     const bool fixesKnown = details.samples.size() == static_cast<std::size_t>(count);
     for (std::int32_t i = 1; i <= count; ++i) {
         const TrackDot& dot = track.dot(i);
-        seconds.append(dot.second);
-        speeds.append(dot.speed);
+        seconds.push_back(dot.second);
+        speeds.push_back(dot.speed);
         if (fixesKnown)
-            fixes.append(details.samples[static_cast<std::size_t>(i) - 1].hasFix ? 1 : 0);
+            fixes.push_back(details.samples[static_cast<std::size_t>(i) - 1].hasFix ? 1 : 0);
     }
     object["second"] = seconds;
     object["speed"] = speeds;
     if (fixesKnown)
         object["fix"] = fixes;
     if (details.timeBase != TimeBase::Unknown)
-        object["timeBase"] = QString::fromStdString(nameOf(details.timeBase));
+        object["timeBase"] = nameOf(details.timeBase);
     if (count > 0) {
-        const QString start = utcStart(track.dot(1).dateText);
-        if (!start.isEmpty())
+        const std::string start = utcStart(track.dot(1).dateText);
+        if (!start.empty())
             object["utcStart"] = start;
     }
 }
 
 } // namespace
 
-MapData::MapData(const ProgramState& state, const RecordingList& list)
-    : m_state(state), m_list(list), m_language(languageOf(state.settings.languageIndex).tag) {}
+MapData::MapData(const ProgramState& state, const RecordingList& list, const HostPaths& paths)
+    : m_state(state),
+      m_list(list),
+      m_paths(paths),
+      m_language(languageOf(state.settings.languageIndex).tag) {}
 
 std::optional<std::string> MapData::track(long number) const {
     const std::shared_ptr<clsDot> track =
@@ -74,12 +80,12 @@ std::optional<std::string> MapData::track(long number) const {
             : nullptr;
     if (!track)
         return std::nullopt;
-    QJsonObject object;
-    object["number"] = static_cast<qint64>(number);
+    Json object;
+    object["number"] = number;
     const int row = track->lSerial();
     if (row >= 1 && row <= m_list.count()) {
         const RecordingEntry& entry = m_list.row(row);
-        object["name"] = QFileInfo(QString::fromStdString(entry.path)).fileName();
+        object["name"] = fileNameOf(m_paths, entry.path);
         object["kind"] = entry.kind == RecordingKind::Locked ? "locked" : "normal";
     }
     addPlaces(object, *track);
@@ -87,21 +93,21 @@ std::optional<std::string> MapData::track(long number) const {
 }
 
 std::string MapData::configuration() const {
-    QJsonObject object;
-    object["language"] = QString::fromStdString(m_language);
-    QJsonObject unit;
+    Json object;
+    object["language"] = m_language;
+    Json unit;
     unit["factor"] = m_state.settings.speedFactor;
-    unit["label"] = QString::fromStdString(std::string(speedSign(m_state.settings.unitCode)));
+    unit["label"] = std::string(speedSign(m_state.settings.unitCode));
     object["unit"] = unit;
     if (m_tiles) {
-        QJsonObject tiles;
+        Json tiles;
         tiles["maxZoom"] = m_tiles->maximumZoom;
-        tiles["attribution"] = QString::fromStdString(m_tiles->attribution);
+        tiles["attribution"] = m_tiles->attribution;
         if (!m_tiles->link.empty())
-            tiles["link"] = QString::fromStdString(m_tiles->link);
+            tiles["link"] = m_tiles->link;
         object["tiles"] = tiles;
     }
-    object["commands"] = QJsonArray{"whole-window"};
+    object["commands"] = Json::array({"whole-window"});
     object["wholeWindow"] = m_wholeWindow;
     return jsonText(object);
 }
