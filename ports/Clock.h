@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 namespace velmorant {
 
 /// A local date and time of day.
@@ -16,6 +18,8 @@ class Clock {
   public:
     virtual ~Clock() = default;
     virtual LocalTime localTime() const = 0;
+    /// Since some moment in the past; goes on evenly whatever is done to the time of day.
+    virtual std::chrono::milliseconds steadyTime() const = 0;
 };
 
 } // namespace velmorant

@@ -81,6 +81,23 @@ void frmSendData::tick() {
 }
 
 void frmSendData::runBatch() {
+    const int marked = markedRows();
+    m_batch.emplace(m_needs.clock, m_needs.texts, marked);
+    m_timedOut = 0;
+    trapErrors([this] { runMarkedRows(); });
+    if (marked > 1)
+        m_needs.status.show(m_batch->summary(static_cast<int>(m_failures.size()) + m_timedOut));
+    m_batch.reset();
+}
+
+int frmSendData::markedRows() const {
+    int marked = 0;
+    for (int row = 1; row <= m_needs.list.count(); ++row)
+        marked += m_needs.list.marked(row) ? 1 : 0;
+    return marked;
+}
+
+void frmSendData::runMarkedRows() {
     const int count = m_needs.list.count();
     for (int row = 1; row <= count && !m_cancelled; ++row) {
         if (!m_needs.list.marked(row))
@@ -94,7 +111,7 @@ void frmSendData::runBatch() {
 
 /// A failure ends this recording's reading, not the run.
 frmSendData::Next frmSendData::extract(int row, Mode mode) {
-    m_needs.window.setText(fileName(row));
+    m_needs.window.setText(m_batch ? m_batch->begin(fileName(row)) : fileName(row));
     const ExtractorRun::Result result = m_extractor.run(m_needs.list.row(row).path);
     switch (result.outcome) {
     case ExtractorRun::Outcome::NotStarted:
@@ -109,6 +126,7 @@ frmSendData::Next frmSendData::extract(int row, Mode mode) {
         }
         break;
     case ExtractorRun::Outcome::TimedOut:
+        ++m_timedOut;
         showTimeOut(row);
         m_needs.list.set(row, &RecordingEntry::file, FileState::Missing);
         break;
@@ -145,7 +163,11 @@ void frmSendData::takeTrackFile(int row, Mode mode) {
     RouteSender(m_needs.page, m_needs.waits, number, [this] { return hurried(); }).complete();
     if (const auto error = m_reader.error()) {
         noteFailure(row, *error);
-    } else if (const auto notice = m_reader.notice()) {
+        return;
+    }
+    if (m_batch)
+        m_batch->read();
+    if (const auto notice = m_reader.notice()) {
         noteReason(row, *notice);
         m_needs.status.show(fileName(row) + ": " + plainWords(*notice, m_needs.texts));
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ports/Clock.h"
 #include "ports/FileSystem.h"
 #include "ports/HostPaths.h"
 #include "ports/MapPage.h"
@@ -13,6 +14,7 @@
 #include "ports/XmlDocument.h"
 #include "recordings/ProgramState.h"
 #include "recordings/RecordingList.h"
+#include "track/BatchProgress.h"
 #include "track/ExtractorRun.h"
 #include "track/RouteDrawing.h"
 #include "track/TrackFileReader.h"
@@ -20,6 +22,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +32,7 @@ namespace velmorant {
 /// What track extraction works with; everything outlives it.
 struct SendDataNeeds {
     Timer& tStart;
+    const Clock& clock;
     ProgressWindow& window;
     Waits& waits;
     FileSystem& files;
@@ -75,6 +79,8 @@ class frmSendData {
 
     void tick();
     void runBatch();
+    void runMarkedRows();
+    int markedRows() const;
     Next extract(int row, Mode mode);
     void showNotStarted();
     void takeTrackFile(int row, Mode mode);
@@ -94,6 +100,8 @@ class frmSendData {
     bool m_running = false;
     bool m_cancelled = false;
     std::vector<Failure> m_failures;
+    int m_timedOut = 0;
+    std::optional<BatchProgress> m_batch; ///< of the run over several recordings
 };
 
 } // namespace velmorant

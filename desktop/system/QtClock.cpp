@@ -11,4 +11,9 @@ LocalTime QtClock::localTime() const {
     return {date.year(), date.month(), date.day(), time.hour(), time.minute(), time.second()};
 }
 
+std::chrono::milliseconds QtClock::steadyTime() const {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
+}
+
 } // namespace velmorant

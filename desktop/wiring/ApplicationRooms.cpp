@@ -59,6 +59,7 @@ void Application::buildTrackRooms() {
             }});
     m_rooms.sendData = std::make_unique<frmSendData>(
         SendDataNeeds{.tStart = bridges.tStart,
+                      .clock = m_host->clock,
                       .window = m_panes->extraction,
                       .waits = m_host->waits,
                       .files = m_host->files,

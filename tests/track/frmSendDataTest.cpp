@@ -2,6 +2,7 @@
 #include "track/frmSendData.h"
 
 #include "common/textRules.h"
+#include "tests/fakes/FakeClock.h"
 #include "tests/fakes/FakeFileSystem.h"
 #include "tests/fakes/FakeHostPaths.h"
 #include "tests/fakes/FakeMapPage.h"
@@ -74,6 +75,7 @@ class frmSendDataTest : public ::testing::Test {
 
     fakes::FakeTimers timers;
     fakes::FakeTimer tStart{timers};
+    fakes::FakeClock clock;
     fakes::FakeProgressWindow window;
     fakes::FakeWaits waits;
     fakes::FakeFileSystem files;
@@ -89,6 +91,7 @@ class frmSendDataTest : public ::testing::Test {
     ProgramState state;
     std::map<std::string, fakes::XmlContent> written; ///< by recording: what the extractor writes
     frmSendData send{{.tStart = tStart,
+                      .clock = clock,
                       .window = window,
                       .waits = waits,
                       .files = files,
@@ -318,6 +321,36 @@ TEST_F(frmSendDataTest, a_batch_extracts_the_marked_rows_in_order_and_shows_its_
     EXPECT_EQ(list.selected(), 3);
     EXPECT_THAT(window.values, ElementsAre(0, 33, 100));
     EXPECT_EQ(state.loadedTracks.find(9)->lSerial(), 3);
+}
+
+TEST_F(frmSendDataTest, a_batch_says_where_it_is_and_at_its_end_what_was_read) {
+    texts.texts = {{"extraction.place", "%1, %2 of %3"},
+                   {"extraction.readInPart", "%1 read, %2 not"}};
+    for (int i = 2; i <= 5; ++i)
+        addRow("/card/" + std::to_string(i) + ".MP4", std::to_string(i));
+    list.setMark(3, MarkState::NotMarked);
+    written["/card/4.MP4"] = {};
+    written["/card/4.MP4"].elements["error"] = "bad";
+    written.erase("/card/5.MP4");
+    send.ShowModal("All");
+    EXPECT_THAT(window.texts, ElementsAre("103045.MP4, 1 of 4", "2.MP4, 2 of 4", "4.MP4, 3 of 4",
+                                          "5.MP4, 4 of 4<extraction.secondsLeft>"));
+    EXPECT_EQ(status.last(), "2 read, 2 not");
+}
+
+TEST_F(frmSendDataTest, a_batch_goes_on_behind_an_extractor_that_failed_and_keeps_its_row) {
+    addRow("/card/2.MP4", "8");
+    shell.whenStarted = [this](const fakes::ShellCall& call) {
+        if (call.parameters == "/card/2.MP4")
+            write(written[call.parameters]);
+        else
+            shell.end = ProgramEnd{3, false, "Parse: [disk-full] /x: no space left\n"};
+    };
+    send.ShowModal("All");
+    EXPECT_THAT(messages.shown, ElementsAre(fakes::ShownMessage{"103045.MP4\n<reason.diskFull>",
+                                                                "<13011>", MessageStyle::Stop}));
+    EXPECT_EQ(list.count(), 2) << "the row stays";
+    EXPECT_TRUE(state.loadedTracks.contains(8));
 }
 
 TEST_F(frmSendDataTest, mode_one_shows_the_share_of_samples) {
