@@ -11,6 +11,8 @@ class MapPage {
   public:
     virtual ~MapPage() = default;
     virtual bool ready() const = 0;
+    /// The page needs no pauses within a route. False until a page has said so.
+    virtual bool takesWholeRoutes() const { return false; }
     /// Adds to the route being drawn: the recording's number, then groups of longitude "!"
     /// latitude "|"; or "Over", which completes it.
     virtual void getContentHis(const std::string& routeText) = 0;

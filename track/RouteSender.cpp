@@ -50,6 +50,8 @@ void RouteSender::call(const std::string& text, Pause pause) {
     m_page.getContentHis(text);
     if (m_hurried && m_hurried())
         return;
+    if (pause == Pause::Full && m_page.takesWholeRoutes())
+        return;
     m_waits.letEventsRun();
     if (pause == Pause::Full)
         m_waits.sleep(pauseAfterCall);

@@ -12,7 +12,8 @@ namespace velmorant {
 
 /// Streams one recording's route to the map page: its number, then ten points to a call, then
 /// "Over". After each call the page gets time to draw; without it thousands of points would stall
-/// it. Points that come while the page is not ready are skipped, none is kept for later.
+/// it. A page that takes whole routes gets the calls in one go, and its time behind them. Points
+/// that come while the page is not ready are skipped, none is kept for later.
 class RouteSender {
   public:
     /// `hurried` is asked before each pause: when it says so, the rest goes without pauses.

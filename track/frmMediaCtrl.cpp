@@ -65,6 +65,8 @@ void frmMediaCtrl::Load() {
 void frmMediaCtrl::navigate() {
     const std::string base = m_builtIn ? m_needs.builtInBase : m_needs.texts.byId(1);
     m_address = base + "DeskMap.asp?LangID=1028";
+    m_takesWholeRoutes = false;
+    ++m_pages;
     m_needs.tMapAnswer.setEnabled(base != m_needs.builtInBase);
     m_needs.htmlView.navigate(m_address);
 }
@@ -95,9 +97,18 @@ void frmMediaCtrl::DocumentComplete(const std::string& address) {
         m_needs.htmlView.attachToBackground();
         m_needs.tGetMapLocal.setEnabled(true);
         m_needs.htmlView.setBodyScroll("no");
+        askForWholeRoutes();
     });
     if (ready() && std::exchange(m_lost, false))
         trapErrors([this] { drawRoutesAgain(); });
+}
+
+void frmMediaCtrl::askForWholeRoutes() {
+    m_needs.htmlView.readWindowProperty("velmorantWholeRoutes",
+                                        [this, page = m_pages](const std::string& value) {
+                                            if (page == m_pages)
+                                                m_takesWholeRoutes = value == "yes";
+                                        });
 }
 
 void frmMediaCtrl::drawRoutesAgain() {

@@ -74,6 +74,7 @@ class frmMediaCtrl : public MapPage {
     void RefreshMyList(); ///< draws the skin element "mylist" anew
 
     bool ready() const override { return m_tag == "1"; }
+    bool takesWholeRoutes() const override { return m_takesWholeRoutes; }
     void getContentHis(const std::string& routeText) override;
     void MoveCar(const std::string& place) override;
     void clearHistroy(const std::string& number) override;
@@ -86,6 +87,7 @@ class frmMediaCtrl : public MapPage {
   private:
     void navigate();
     void drawRoutesAgain();
+    void askForWholeRoutes();
     void run(const std::string& function, const std::string& argument);
     void poll();
     void varLocalRead(std::string_view value);
@@ -94,10 +96,12 @@ class frmMediaCtrl : public MapPage {
 
     MediaCtrlNeeds m_needs;
     std::string m_tag = "0";
-    std::string m_address;        ///< of the page that is wanted
-    bool m_builtIn = false;       ///< the server gave no page
-    bool m_lost = false;          ///< a page that held routes has ended
-    int m_losses = 0;             ///< since a page last answered
+    std::string m_address;  ///< of the page that is wanted
+    bool m_builtIn = false; ///< the server gave no page
+    bool m_lost = false;    ///< a page that held routes has ended
+    bool m_takesWholeRoutes = false;
+    std::uint64_t m_pages = 0; ///< pages that were wanted so far; an answer of an older one is late
+    int m_losses = 0;          ///< since a page last answered
     std::uint64_t m_question = 0; ///< number of the last read; an answer to an older one is late
     int m_ticksWithoutAnswer = 0;
     bool m_waitsForAnswer = false;

@@ -24,7 +24,8 @@ class FakeWebBrowser : public WebBrowser {
     }
     void readWindowProperty(const std::string& name,
                             std::function<void(const std::string&)> result) override {
-        ++reads;
+        if (name == "varLocal")
+            ++reads;
         if (holdAnswers)
             m_held.emplace_back(name, std::move(result));
         else
@@ -48,7 +49,7 @@ class FakeWebBrowser : public WebBrowser {
     std::string bodyScroll;
     bool holdAnswers = false;
     int attached = 0;
-    int reads = 0;
+    int reads = 0; ///< of the picked place
     int propertyWrites = 0;
     std::vector<std::string> navigations;
     std::vector<std::string> scripts;

@@ -95,6 +95,7 @@ class Checks:
         x, y = self.place_of(90)
         self.pointer(self.move(x, y), {"type": "pointerDown", "button": 0}, {"type": "pointerUp", "button": 0})
         picked = self.browser.wait("window.varLocal")
+        self.check("says_that_it_takes_whole_routes", self.browser.run("return window.velmorantWholeRoutes") == "yes")
         self.check("a_real_click_picks_a_place", picked.startswith("P121.5"), picked)
         centre = self.browser.run("return velmorantMap.map.getCenter().lng")
         self.pointer(self.move(150, 200), {"type": "pointerDown", "button": 0}, self.move(90, 200, 200),

@@ -24,11 +24,13 @@ class RoutesOfPage : public MapPage {
             throw StepError("the page refuses it");
         routes.push_back(text);
     }
+    bool takesWholeRoutes() const override { return wholeRoutes; }
     void MoveCar(const std::string&) override {}
     void clearHistroy(const std::string&) override {}
     std::ptrdiff_t whole() const { return std::count(routes.begin(), routes.end(), "Over"); }
 
     bool isReady = true;
+    bool wholeRoutes = false;
     std::string refused = "none";
     std::vector<std::string> routes;
 };
@@ -70,6 +72,21 @@ TEST_F(RouteDrawingTest, long_routes_show_how_far_they_are) {
     EXPECT_TRUE(std::is_sorted(window.values.begin(), window.values.end()));
     EXPECT_EQ(window.values.back(), 100);
     EXPECT_EQ(window.closed, 1);
+}
+
+TEST_F(RouteDrawingTest, a_page_that_takes_whole_routes_gets_the_same_calls_without_pauses) {
+    load(1, 3600);
+    load(2, 3600);
+    EXPECT_EQ(drawing.draw({1, 2}), 2u);
+    const std::vector<std::string> calls = page.routes;
+    waits.sleeps.clear();
+    waits.eventRuns = 0;
+    page.routes.clear();
+    page.wholeRoutes = true;
+    EXPECT_EQ(drawing.draw({1, 2}), 2u);
+    EXPECT_EQ(page.routes, calls);
+    EXPECT_THAT(waits.sleeps, IsEmpty());
+    EXPECT_EQ(waits.eventRuns, 2) << "behind each route";
 }
 
 TEST_F(RouteDrawingTest, cancel_completes_the_route_at_hand_without_pauses_and_begins_no_other) {

@@ -171,6 +171,27 @@ TEST_F(frmMediaCtrlTest, a_lost_page_is_loaded_anew) {
     EXPECT_TRUE(pane.ready());
 }
 
+TEST_F(frmMediaCtrlTest, a_page_says_itself_that_it_takes_whole_routes) {
+    load();
+    EXPECT_FALSE(pane.takesWholeRoutes()) << "an operator's own page says nothing";
+    browser.properties["velmorantWholeRoutes"] = "yes";
+    load();
+    EXPECT_TRUE(pane.takesWholeRoutes());
+    pane.PageLost();
+    EXPECT_FALSE(pane.takesWholeRoutes()) << "nobody knows what comes next";
+    pane.DocumentComplete(address);
+    EXPECT_TRUE(pane.takesWholeRoutes());
+}
+
+TEST_F(frmMediaCtrlTest, the_late_answer_of_a_page_that_is_gone_does_not_count) {
+    browser.properties["velmorantWholeRoutes"] = "yes";
+    browser.holdAnswers = true;
+    load();
+    pane.PageLost();
+    browser.deliver();
+    EXPECT_FALSE(pane.takesWholeRoutes());
+}
+
 TEST_F(frmMediaCtrlTest, a_page_loaded_anew_gets_the_loaded_routes_again_and_once) {
     load();
     addTrack("7", 1, 10, 3);

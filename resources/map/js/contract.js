@@ -6,6 +6,10 @@
 // nothing is pending. The program empties it when it has read it.
 var varLocal = '';
 
+// Read by the program once the page stands: routes may come in one go, without the pauses that a page
+// needs which draws at every call.
+var velmorantWholeRoutes = 'yes';
+
 (function (velmorantMap) {
     const { PageLog, RouteProtocol, Car } = velmorantMap;
     const PICKED = 'P';
