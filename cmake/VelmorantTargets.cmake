@@ -10,9 +10,8 @@ endif()
 # A second build folder then costs little: both share what was compiled.
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-    # The sloppiness is what it asks for where headers are precompiled.
     set(CMAKE_CXX_COMPILER_LAUNCHER
-        /usr/bin/env CCACHE_SLOPPINESS=pch_defines,time_macros "${CCACHE_PROGRAM}")
+        "${CMAKE_SOURCE_DIR}/tools/compiler_launcher.sh" "${CCACHE_PROGRAM}")
 endif()
 
 # The program folder, assembled as it is installed.

@@ -1,5 +1,6 @@
 #include "telemetry/FamilyTable.h"
 #include "telemetry/Geometry.h"
+#include "tests/builders/gpxText.h"
 #include "tests/gui/ProgramTest.h"
 #include "tools/recordings/FamilyMakers.h"
 #include "tools/recordings/RealPicture.h"
@@ -20,7 +21,9 @@ using namespace recordings;
 namespace {
 
 constexpr int seconds = 6;
-constexpr const char* besideTheRecording = "files beside the recording";
+constexpr std::string_view besideTheRecording = "files beside the recording";
+constexpr std::string_view frontRecording = "front recording";
+constexpr std::string_view trackFile = "track file beside the recording";
 
 /// What one family of formats wrote, and the drive that it was made from.
 struct FamilyRecording {
@@ -44,18 +47,25 @@ ByteVector withoutTelemetry(const DriveSeconds& drive) {
     return buildMp4(making::planOf(drive));
 }
 
-/// The first maker of each row of the table of families.
+/// The first maker of each row of the table of families. What stands beside a recording without
+/// telemetry is written by the test.
 std::vector<FamilyMaker> oneOfEveryFamily() {
     std::vector<FamilyMaker> makers;
     for (const telemetry::Family& family : telemetry::families()) {
         const auto found =
             std::find_if(familyMakers().begin(), familyMakers().end(),
                          [&](const FamilyMaker& maker) { return maker.family == family.name; });
-        makers.push_back(found != familyMakers().end() ? *found
-                                                       : FamilyMaker{.name = "sentences_beside",
-                                                                     .family = family.name,
-                                                                     .make = withoutTelemetry,
-                                                                     .acceleration = Given::no});
+        FamilyMaker maker = found != familyMakers().end() ? *found : familyMakers().front();
+        if (found == familyMakers().end()) {
+            maker.name = family.name == frontRecording ? "104425_R" : "beside";
+            maker.family = family.name;
+            maker.make = withoutTelemetry;
+        }
+        if (maker.family == besideTheRecording || maker.family == trackFile) {
+            maker.places = PlaceGrid::fine;
+            maker.acceleration = Given::no;
+        }
+        makers.push_back(maker);
     }
     return makers;
 }
@@ -71,11 +81,12 @@ class FamilyRoadTest : public ProgramTest {
             Driver driver({latitude, 121.5}, 65, 7);
             driver.drive(1718188245, 20);
             FamilyRecording made{maker, driver.drive(1718188265, seconds), {}};
-            made.path = folder() + "/card/" + std::string(maker.name) + ".MP4";
+            // A folder for each: what stands beside one must not serve another.
+            made.path = folder() + "/card/" + std::to_string(recordings.size()) + "/" +
+                        std::string(maker.name) + ".MP4";
             fs::create_directories(fs::path(made.path).parent_path());
             write(made.path, playable(maker, maker.make(made.drive)));
-            if (maker.family == besideTheRecording)
-                writeBeside(made);
+            writeBeside(made);
             recordings.push_back(made);
             latitude += 0.02;
         }
@@ -152,10 +163,19 @@ class FamilyRoadTest : public ProgramTest {
         return stream;
     }
 
-    static void writeBeside(const FamilyRecording& made) {
-        std::ofstream lines(fs::path(made.path).replace_extension(".nmea"));
-        for (const DriveSecond& second : made.drive)
-            lines << making::rmc(second) << "\r\n";
+    void writeBeside(const FamilyRecording& made) {
+        const fs::path path(made.path);
+        if (made.maker.family == besideTheRecording) {
+            std::ofstream lines(fs::path(path).replace_extension(".nmea"));
+            for (const DriveSecond& second : made.drive)
+                lines << making::rmc(second) << "\r\n";
+        } else if (made.maker.family == trackFile) {
+            std::ofstream(fs::path(path).replace_extension(".gpx")) << gpxOf(made.drive);
+        } else if (made.maker.family == frontRecording) {
+            const FamilyMaker& front = familyMakers().front();
+            write((path.parent_path() / "104425_F.MP4").string(),
+                  playable(front, front.make(made.drive)));
+        }
     }
 
     QCustomPlot& plot() { return dynamic_cast<QCustomPlot&>(panes().control.chart.widget()); }
