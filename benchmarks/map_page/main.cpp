@@ -81,18 +81,18 @@ WebEngineBrowserSettings settingsOf(const QString& folder, const QString& storag
 class Bench {
   public:
     explicit Bench(const QString& folder)
-        : browser_(settingsOf(folder, storage_.path()), gate_.delivery()) {
-        browser_.view().resize(1024, 708);
-        browser_.view().show();
+        : m_browser(settingsOf(folder, m_storage.path()), m_gate.delivery()) {
+        m_browser.view().resize(1024, 708);
+        m_browser.view().show();
         load();
     }
 
     void load() {
         QEventLoop loop;
-        browser_.onDocumentComplete(gate_.listener([&](const std::string&) { loop.quit(); }));
-        browser_.navigate("velmorant://map/DeskMap.asp?LangID=1028");
+        m_browser.onDocumentComplete(m_gate.listener([&](const std::string&) { loop.quit(); }));
+        m_browser.navigate("velmorant://map/DeskMap.asp?LangID=1028");
         loop.exec();
-        browser_.onDocumentComplete({});
+        m_browser.onDocumentComplete({});
         waitFor("velmorantMap.baseLayers.base.world !== null");
     }
 
@@ -128,7 +128,7 @@ class Bench {
         timer.start();
         for (const auto& route : routes) {
             for (const QString& text : route)
-                browser_.execScript((function + "('" + text + "')").toStdString(), "javascript");
+                m_browser.execScript((function + "('" + text + "')").toStdString(), "javascript");
             run("0");
         }
         return static_cast<double>(timer.nsecsElapsed()) / 1e6;
@@ -160,11 +160,11 @@ class Bench {
     }
 
   private:
-    QWebEnginePage& page() const { return *browser_.view().page(); }
+    QWebEnginePage& page() const { return *m_browser.view().page(); }
 
-    QTemporaryDir storage_;
-    HandlerGate gate_;
-    mutable WebEngineBrowser browser_;
+    QTemporaryDir m_storage;
+    HandlerGate m_gate;
+    mutable WebEngineBrowser m_browser;
 };
 
 void print(const char* name, double value, const char* unit) {

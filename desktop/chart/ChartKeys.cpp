@@ -19,7 +19,7 @@ constexpr int pageOfPoints = 10;
 class ChartAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
     ChartAccessible(QWidget& plot, ChartKeys& keys)
-        : QAccessibleWidget(&plot, QAccessible::Slider), keys_(keys) {}
+        : QAccessibleWidget(&plot, QAccessible::Slider), m_keys(keys) {}
 
     void* interface_cast(QAccessible::InterfaceType type) override {
         if (type == QAccessible::ValueInterface)
@@ -27,17 +27,17 @@ class ChartAccessible : public QAccessibleWidget, public QAccessibleValueInterfa
         return QAccessibleWidget::interface_cast(type);
     }
     QString text(QAccessible::Text text) const override {
-        return text == QAccessible::Value ? keys_.chart().hoverText()
+        return text == QAccessible::Value ? m_keys.chart().hoverText()
                                           : QAccessibleWidget::text(text);
     }
-    QVariant currentValue() const override { return keys_.chart().presentPoint(); }
-    void setCurrentValue(const QVariant& value) override { keys_.chart().point(value.toInt()); }
+    QVariant currentValue() const override { return m_keys.chart().presentPoint(); }
+    void setCurrentValue(const QVariant& value) override { m_keys.chart().point(value.toInt()); }
     QVariant minimumValue() const override { return 0; }
-    QVariant maximumValue() const override { return std::max(keys_.chart().pointCount() - 1, 0); }
+    QVariant maximumValue() const override { return std::max(m_keys.chart().pointCount() - 1, 0); }
     QVariant minimumStepSize() const override { return 1; }
 
   private:
-    ChartKeys& keys_;
+    ChartKeys& m_keys;
 };
 
 QAccessibleInterface* chartInterface(const QString&, QObject* object) {
@@ -49,15 +49,15 @@ QAccessibleInterface* chartInterface(const QString&, QObject* object) {
 } // namespace
 
 ChartKeys::ChartKeys(ChartWidget& chart, QCustomPlot& plot)
-    : QObject(&plot), chart_(chart), plot_(plot), frame_(new QFrame(&plot)) {
+    : QObject(&plot), m_chart(chart), m_plot(plot), m_frame(new QFrame(&plot)) {
     QAccessible::installFactory(chartInterface);
-    frame_->setObjectName("focus");
-    frame_->setStyleSheet("#focus { border: 2px solid #EAF0F6; background: transparent; }");
-    frame_->setAttribute(Qt::WA_TransparentForMouseEvents);
-    frame_->hide();
+    m_frame->setObjectName("focus");
+    m_frame->setStyleSheet("#focus { border: 2px solid #EAF0F6; background: transparent; }");
+    m_frame->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_frame->hide();
     // A click leaves the keys to the window, where they play.
-    plot_.setFocusPolicy(Qt::TabFocus);
-    plot_.installEventFilter(this);
+    m_plot.setFocusPolicy(Qt::TabFocus);
+    m_plot.installEventFilter(this);
 }
 
 bool ChartKeys::eventFilter(QObject* watched, QEvent* event) {
@@ -69,10 +69,10 @@ bool ChartKeys::eventFilter(QObject* watched, QEvent* event) {
         break;
     case QEvent::FocusOut:
         showFocus(false);
-        chart_.point(-1);
+        m_chart.point(-1);
         break;
     case QEvent::Resize:
-        frame_->setGeometry(plot_.rect());
+        m_frame->setGeometry(m_plot.rect());
         break;
     default:
         break;
@@ -81,13 +81,13 @@ bool ChartKeys::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool ChartKeys::use(const QKeyEvent& event) {
-    const int last = chart_.pointCount() - 1;
+    const int last = m_chart.pointCount() - 1;
     if (last < 0 || (event.modifiers() & ~Qt::KeypadModifier) != 0)
         return false;
     // The first key shows the point that plays.
-    const bool shown = chart_.pointed() >= 0;
+    const bool shown = m_chart.pointed() >= 0;
     const auto step = [&](int points) {
-        chart_.point(std::clamp(chart_.presentPoint() + (shown ? points : 0), 0, last));
+        m_chart.point(std::clamp(m_chart.presentPoint() + (shown ? points : 0), 0, last));
         return true;
     };
     switch (event.key()) {
@@ -100,14 +100,14 @@ bool ChartKeys::use(const QKeyEvent& event) {
     case Qt::Key_PageDown:
         return step(pageOfPoints);
     case Qt::Key_Home:
-        chart_.point(0);
+        m_chart.point(0);
         return true;
     case Qt::Key_End:
-        chart_.point(last);
+        m_chart.point(last);
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        chart_.choose(chart_.presentPoint());
+        m_chart.choose(m_chart.presentPoint());
         return true;
     default:
         return false;
@@ -115,15 +115,15 @@ bool ChartKeys::use(const QKeyEvent& event) {
 }
 
 void ChartKeys::showFocus(bool on) {
-    frame_->setGeometry(plot_.rect());
-    frame_->setVisible(on);
-    frame_->raise();
+    m_frame->setGeometry(m_plot.rect());
+    m_frame->setVisible(on);
+    m_frame->raise();
 }
 
 void ChartKeys::tell() {
-    if (!plot_.hasFocus())
+    if (!m_plot.hasFocus())
         return;
-    QAccessibleValueChangeEvent event(&plot_, chart_.presentPoint());
+    QAccessibleValueChangeEvent event(&m_plot, m_chart.presentPoint());
     QAccessible::updateAccessibility(&event);
 }
 

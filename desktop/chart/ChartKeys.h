@@ -19,7 +19,7 @@ class ChartKeys : public QObject {
     Q_OBJECT
   public:
     ChartKeys(ChartWidget& chart, QCustomPlot& plot);
-    ChartWidget& chart() { return chart_; }
+    ChartWidget& chart() { return m_chart; }
     /// The point that is shown has another text.
     void tell();
 
@@ -30,9 +30,9 @@ class ChartKeys : public QObject {
     bool use(const QKeyEvent& event);
     void showFocus(bool on);
 
-    ChartWidget& chart_;
-    QCustomPlot& plot_;
-    QFrame* frame_; ///< tells that the chart has the keys
+    ChartWidget& m_chart;
+    QCustomPlot& m_plot;
+    QFrame* m_frame; ///< tells that the chart has the keys
 };
 
 } // namespace velmorant

@@ -52,55 +52,55 @@ struct ChartWidget::Series {
 /// Tells the chart that the mouse left the widget; the plot itself does not.
 class ChartWidget::LeaveFilter : public QObject {
   public:
-    LeaveFilter(ChartWidget& chart, QObject* parent) : QObject(parent), chart_(chart) {}
+    LeaveFilter(ChartWidget& chart, QObject* parent) : QObject(parent), m_chart(chart) {}
     bool eventFilter(QObject* watched, QEvent* event) override {
         if (event->type() == QEvent::Leave)
-            chart_.setHovered(-1);
+            m_chart.setHovered(-1);
         return QObject::eventFilter(watched, event);
     }
 
   private:
-    ChartWidget& chart_;
+    ChartWidget& m_chart;
 };
 
-ChartWidget::ChartWidget(QWidget* parent) : plot_(new QCustomPlot(parent)), series_(seriesCount) {
-    plot_->setNotAntialiasedElements(QCP::aeAll);
-    plot_->setBackground(QBrush(palette::well));
-    plot_->axisRect()->setAutoMargins(QCP::msAll);
-    plot_->axisRect()->setMinimumMargins(QMargins(4, 6, 8, 2));
-    styleAxis(*plot_->xAxis);
-    styleAxis(*plot_->yAxis);
-    plot_->yAxis->ticker()->setTickCount(4);
+ChartWidget::ChartWidget(QWidget* parent) : m_plot(new QCustomPlot(parent)), m_series(seriesCount) {
+    m_plot->setNotAntialiasedElements(QCP::aeAll);
+    m_plot->setBackground(QBrush(palette::well));
+    m_plot->axisRect()->setAutoMargins(QCP::msAll);
+    m_plot->axisRect()->setMinimumMargins(QMargins(4, 6, 8, 2));
+    styleAxis(*m_plot->xAxis);
+    styleAxis(*m_plot->yAxis);
+    m_plot->yAxis->ticker()->setTickCount(4);
     auto ticker = QSharedPointer<QCPAxisTickerTime>::create();
     ticker->setTimeFormat("%m:%s");
-    plot_->xAxis->setTicker(ticker);
+    m_plot->xAxis->setTicker(ticker);
     for (int i = 0; i < seriesCount; ++i) {
-        QCPGraph* const graph = plot_->addGraph();
+        QCPGraph* const graph = m_plot->addGraph();
         graph->setAdaptiveSampling(true);
         graph->setName({});
         graph->removeFromLegend();
     }
     styleLegend();
     // What moves lies on a layer of its own, which is painted over the curves without drawing them.
-    plot_->addLayer("moving", nullptr, QCustomPlot::limAbove);
-    plot_->layer("moving")->setMode(QCPLayer::lmBuffered);
-    marker_ = makeVerticalLine("overlay", Qt::red);
-    cursor_ = makeVerticalLine("moving", now);
-    hoverText_ = new QCPItemText(plot_);
-    hoverText_->setLayer("moving");
-    hoverText_->setVisible(false);
-    hoverText_->setFont(smallFont(plot_->font()));
-    hoverText_->setColor(palette::text);
-    hoverText_->setBrush(palette::control);
-    hoverText_->setPadding(QMargins(4, 2, 4, 2));
-    hoverText_->position->setType(QCPItemPosition::ptAbsolute);
+    m_plot->addLayer("moving", nullptr, QCustomPlot::limAbove);
+    m_plot->layer("moving")->setMode(QCPLayer::lmBuffered);
+    m_marker = makeVerticalLine("overlay", Qt::red);
+    m_cursor = makeVerticalLine("moving", now);
+    m_hoverText = new QCPItemText(m_plot);
+    m_hoverText->setLayer("moving");
+    m_hoverText->setVisible(false);
+    m_hoverText->setFont(smallFont(m_plot->font()));
+    m_hoverText->setColor(palette::text);
+    m_hoverText->setBrush(palette::control);
+    m_hoverText->setPadding(QMargins(4, 2, 4, 2));
+    m_hoverText->position->setType(QCPItemPosition::ptAbsolute);
 
-    keys_ = new ChartKeys(*this, *plot_);
-    plot_->setMouseTracking(true);
-    plot_->installEventFilter(new LeaveFilter(*this, plot_));
-    QObject::connect(plot_, &QCustomPlot::mouseMove, plot_,
+    m_keys = new ChartKeys(*this, *m_plot);
+    m_plot->setMouseTracking(true);
+    m_plot->installEventFilter(new LeaveFilter(*this, m_plot));
+    QObject::connect(m_plot, &QCustomPlot::mouseMove, m_plot,
                      [this](QMouseEvent* event) { mouseMoved(event->position()); });
-    QObject::connect(plot_, &QCustomPlot::mouseRelease, plot_, [this](QMouseEvent* event) {
+    QObject::connect(m_plot, &QCustomPlot::mouseRelease, m_plot, [this](QMouseEvent* event) {
         if (event->button() == Qt::LeftButton)
             choose(indexAt(event->position()));
     });
@@ -111,11 +111,11 @@ std::string ChartWidget::libraryVersion() {
 }
 
 ChartWidget::~ChartWidget() {
-    delete plot_;
+    delete m_plot;
 }
 
 QWidget& ChartWidget::widget() {
-    return *plot_;
+    return *m_plot;
 }
 
 void ChartWidget::styleAxis(QCPAxis& axis) const {
@@ -124,29 +124,29 @@ void ChartWidget::styleAxis(QCPAxis& axis) const {
     axis.setSubTickPen(thin(palette::outline));
     axis.setTickLabelColor(palette::secondText);
     axis.setLabelColor(palette::secondText);
-    axis.setTickLabelFont(smallFont(plot_->font()));
-    axis.setLabelFont(smallFont(plot_->font()));
+    axis.setTickLabelFont(smallFont(m_plot->font()));
+    axis.setLabelFont(smallFont(m_plot->font()));
     axis.setLabelPadding(1);
     axis.grid()->setPen(thin(palette::rule));
     axis.grid()->setZeroLinePen(thin(palette::outline));
 }
 
 void ChartWidget::styleLegend() const {
-    QCPLegend& legend = *plot_->legend;
+    QCPLegend& legend = *m_plot->legend;
     legend.setVisible(false);
     legend.setFillOrder(QCPLayoutGrid::foColumnsFirst); // one row: the chart is low
-    legend.setFont(smallFont(plot_->font()));
+    legend.setFont(smallFont(m_plot->font()));
     legend.setTextColor(palette::text);
     legend.setBrush(palette::card);
     legend.setBorderPen(thin(palette::rule));
     legend.setMargins(QMargins(4, 1, 4, 1));
     legend.setIconSize(14, textPixels);
-    plot_->axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignTop | Qt::AlignRight);
-    plot_->axisRect()->insetLayout()->setMargins(QMargins(2, 2, 2, 2));
+    m_plot->axisRect()->insetLayout()->setInsetAlignment(0, Qt::AlignTop | Qt::AlignRight);
+    m_plot->axisRect()->insetLayout()->setMargins(QMargins(2, 2, 2, 2));
 }
 
 QCPItemLine* ChartWidget::makeVerticalLine(const QString& layer, const QColor& colour) const {
-    auto* const line = new QCPItemLine(plot_);
+    auto* const line = new QCPItemLine(m_plot);
     line->setLayer(layer);
     line->setPen(thin(colour));
     line->setVisible(false);
@@ -161,51 +161,51 @@ QCPItemLine* ChartWidget::makeVerticalLine(const QString& layer, const QColor& c
 }
 
 void ChartWidget::onMouseUp(GatedListener<int> listener) {
-    mouseUpListener_ = std::move(listener);
+    m_mouseUpListener = std::move(listener);
 }
 
 void ChartWidget::onHover(GatedListener<int> listener) {
-    hoverListener_ = std::move(listener);
+    m_hoverListener = std::move(listener);
 }
 
 void ChartWidget::mouseMoved(const QPointF& place) {
-    hoverPlace_ = place;
+    m_hoverPlace = place;
     setHovered(indexAt(place));
     placeHoverText();
 }
 
 void ChartWidget::setHovered(int index) {
-    if (index == hovered_)
+    if (index == m_hovered)
         return;
-    hovered_ = index;
+    m_hovered = index;
     if (index < 0)
         setHoverText({});
-    hoverListener_.latest(index);
+    m_hoverListener.latest(index);
 }
 
 void ChartWidget::setHoverText(const std::string& text) {
-    hoverText_->setText(shownText(text));
-    hoverText_->setVisible(!text.empty());
+    m_hoverText->setText(shownText(text));
+    m_hoverText->setVisible(!text.empty());
     if (text.empty())
-        plot_->layer("moving")->replot();
+        m_plot->layer("moving")->replot();
     else
         placeHoverText();
-    keys_->tell();
+    m_keys->tell();
 }
 
 QString ChartWidget::hoverText() const {
-    return hoverText_->text();
+    return m_hoverText->text();
 }
 
 void ChartWidget::point(int index) {
     if (index >= 0 && index < pointCount())
-        hoverPlace_ = placeOf(pointedSeries().points[index].key, plot_->yAxis->range().center());
+        m_hoverPlace = placeOf(pointedSeries().points[index].key, m_plot->yAxis->range().center());
     setHovered(index);
     placeHoverText();
 }
 
 void ChartWidget::choose(int index) {
-    mouseUpListener_(index);
+    m_mouseUpListener(index);
 }
 
 int ChartWidget::pointCount() const {
@@ -213,42 +213,43 @@ int ChartWidget::pointCount() const {
 }
 
 int ChartWidget::presentPoint() const {
-    const double present = cursor_->visible() ? cursor_->start->coords().x() : 0.0;
-    return hovered_ >= 0 ? hovered_ : std::clamp(static_cast<int>(present), 0, pointCount());
+    const double present = m_cursor->visible() ? m_cursor->start->coords().x() : 0.0;
+    return m_hovered >= 0 ? m_hovered : std::clamp(static_cast<int>(present), 0, pointCount());
 }
 
 /// Beside the mouse, on the side where it fits, and never out of the plot.
 void ChartWidget::placeHoverText() {
-    if (!hoverText_->visible())
+    if (!m_hoverText->visible())
         return;
-    const QMargins padding = hoverText_->padding();
-    const double width = QFontMetrics(hoverText_->font())
-                             .boundingRect(QRect(), Qt::AlignLeft, hoverText_->text())
+    const QMargins padding = m_hoverText->padding();
+    const double width = QFontMetrics(m_hoverText->font())
+                             .boundingRect(QRect(), Qt::AlignLeft, m_hoverText->text())
                              .width() +
                          padding.left() + padding.right();
-    const double right = hoverPlace_.x() + besidePixels;
-    const double left = hoverPlace_.x() - besidePixels - width;
-    const double wanted = right + width <= plot_->width() ? right : left;
-    hoverText_->setPositionAlignment(Qt::AlignVCenter | Qt::AlignLeft);
-    hoverText_->position->setCoords(std::clamp(wanted, 0.0, std::max(0.0, plot_->width() - width)),
-                                    plot_->axisRect()->center().y());
-    plot_->layer("moving")->replot();
+    const double right = m_hoverPlace.x() + besidePixels;
+    const double left = m_hoverPlace.x() - besidePixels - width;
+    const double wanted = right + width <= m_plot->width() ? right : left;
+    m_hoverText->setPositionAlignment(Qt::AlignVCenter | Qt::AlignLeft);
+    m_hoverText->position->setCoords(
+        std::clamp(wanted, 0.0, std::max(0.0, m_plot->width() - width)),
+        m_plot->axisRect()->center().y());
+    m_plot->layer("moving")->replot();
 }
 
 bool ChartWidget::isMarker(const Series& series) const {
-    return &series == &series_[3] && series.points.size() == 1 &&
+    return &series == &m_series[3] && series.points.size() == 1 &&
            series.points[0].value == markerHeight;
 }
 
 const ChartWidget::Series& ChartWidget::pointedSeries() const {
-    const auto found = std::find_if(series_.begin() + 1, series_.end(), [this](const Series& s) {
+    const auto found = std::find_if(m_series.begin() + 1, m_series.end(), [this](const Series& s) {
         return !s.points.isEmpty() && !isMarker(s);
     });
-    return found == series_.end() ? series_[0] : *found;
+    return found == m_series.end() ? m_series[0] : *found;
 }
 
 std::string ChartWidget::label(int index) const {
-    const std::vector<std::string>& labels = series_[1].labels;
+    const std::vector<std::string>& labels = m_series[1].labels;
     return index >= 0 && static_cast<std::size_t>(index) < labels.size()
                ? labels[static_cast<std::size_t>(index)]
                : std::string();
@@ -256,16 +257,16 @@ std::string ChartWidget::label(int index) const {
 
 int ChartWidget::indexAt(const QPointF& place) const {
     const QVector<QCPGraphData>& points = pointedSeries().points;
-    if (points.isEmpty() || !plot_->axisRect()->rect().contains(place.toPoint()))
+    if (points.isEmpty() || !m_plot->axisRect()->rect().contains(place.toPoint()))
         return -1;
-    const double x = plot_->xAxis->pixelToCoord(place.x());
+    const double x = m_plot->xAxis->pixelToCoord(place.x());
     auto nearest = std::lower_bound(points.begin(), points.end(), x,
                                     [](const QCPGraphData& p, double key) { return p.key < key; });
     if (nearest == points.end() ||
         (nearest != points.begin() && x - (nearest - 1)->key <= nearest->key - x))
         --nearest;
     const auto pixels = [&](double from, double to) {
-        return std::abs(plot_->xAxis->coordToPixel(to) - plot_->xAxis->coordToPixel(from));
+        return std::abs(m_plot->xAxis->coordToPixel(to) - m_plot->xAxis->coordToPixel(from));
     };
     // Between two neighbours every place belongs to one of them, however far they lie apart.
     const bool inside = x >= points.front().key && x <= points.back().key;
@@ -275,18 +276,18 @@ int ChartWidget::indexAt(const QPointF& place) const {
 }
 
 QPointF ChartWidget::placeOf(double x, double y) const {
-    return {plot_->xAxis->coordToPixel(x), plot_->yAxis->coordToPixel(y)};
+    return {m_plot->xAxis->coordToPixel(x), m_plot->yAxis->coordToPixel(y)};
 }
 
 void ChartWidget::clearSeries(int series) {
-    Series& cleared = series_.at(static_cast<std::size_t>(series));
+    Series& cleared = m_series.at(static_cast<std::size_t>(series));
     cleared = {};
     cleared.changed = true;
 }
 
 void ChartWidget::addXY(int series, double x, double y, const std::string& label,
                         std::int32_t colour) {
-    Series& extended = series_.at(static_cast<std::size_t>(series));
+    Series& extended = m_series.at(static_cast<std::size_t>(series));
     extended.points.append(QCPGraphData(x, y));
     if (series == 1)
         extended.labels.push_back(label);
@@ -296,63 +297,63 @@ void ChartWidget::addXY(int series, double x, double y, const std::string& label
 
 void ChartWidget::setAxis(ChartAxis axis, std::optional<double> minimum,
                           std::optional<double> maximum) {
-    (axis == ChartAxis::Left ? left_ : bottom_) = {minimum, maximum};
+    (axis == ChartAxis::Left ? m_left : m_bottom) = {minimum, maximum};
 }
 
 void ChartWidget::setAxisTitle(ChartAxis axis, const std::string& title) {
-    (axis == ChartAxis::Left ? plot_->yAxis : plot_->xAxis)
+    (axis == ChartAxis::Left ? m_plot->yAxis : m_plot->xAxis)
         ->setLabel(QString::fromStdString(title));
 }
 
 void ChartWidget::setCursor(std::optional<double> x) {
-    cursor_->setVisible(x.has_value());
-    cursor_->start->setCoords(x.value_or(0), 0);
-    cursor_->end->setCoords(x.value_or(0), 1);
-    plot_->layer("moving")->replot();
+    m_cursor->setVisible(x.has_value());
+    m_cursor->start->setCoords(x.value_or(0), 0);
+    m_cursor->end->setCoords(x.value_or(0), 1);
+    m_plot->layer("moving")->replot();
 }
 
 void ChartWidget::setLegend(int series, const std::string& name) {
-    QCPGraph& graph = *plot_->graph(series);
+    QCPGraph& graph = *m_plot->graph(series);
     graph.setName(QString::fromStdString(name));
     // Taken out and put in again, so that the entries stand in the order of the series.
     for (int i = 0; i < seriesCount; ++i)
-        plot_->graph(i)->removeFromLegend();
+        m_plot->graph(i)->removeFromLegend();
     for (int i = 0; i < seriesCount; ++i)
-        if (!plot_->graph(i)->name().isEmpty() && i > 0)
-            plot_->graph(i)->addToLegend();
-    plot_->legend->setVisible(plot_->legend->itemCount() > 0);
+        if (!m_plot->graph(i)->name().isEmpty() && i > 0)
+            m_plot->graph(i)->addToLegend();
+    m_plot->legend->setVisible(m_plot->legend->itemCount() > 0);
 }
 
 void ChartWidget::colourSeries() {
-    const bool speed = series_[2].points.isEmpty();
-    const bool filled = speed && series_[1].points.size() <= mostFilledPoints;
+    const bool speed = m_series[2].points.isEmpty();
+    const bool filled = speed && m_series[1].points.size() <= mostFilledPoints;
     for (int i = 0; i < seriesCount; ++i) {
         const auto index = static_cast<std::size_t>(i);
         const QColor own = speed && i == 1 ? palette::accent : curveColours[index];
-        const std::int32_t colour = series_[index].colour;
-        plot_->graph(i)->setPen(thin(colour == automaticColour ? own : colourOf(colour)));
+        const std::int32_t colour = m_series[index].colour;
+        m_plot->graph(i)->setPen(thin(colour == automaticColour ? own : colourOf(colour)));
         QColor fill = own;
         fill.setAlpha(40);
-        plot_->graph(i)->setBrush(filled && i == 1 ? QBrush(fill) : QBrush(Qt::NoBrush));
+        m_plot->graph(i)->setBrush(filled && i == 1 ? QBrush(fill) : QBrush(Qt::NoBrush));
     }
 }
 
 void ChartWidget::placeMarker() {
-    const bool marked = isMarker(series_[3]);
-    marker_->setVisible(marked);
+    const bool marked = isMarker(m_series[3]);
+    m_marker->setVisible(marked);
     if (!marked)
         return;
-    const double x = series_[3].points[0].key;
-    marker_->start->setCoords(x, 0);
-    marker_->end->setCoords(x, 1);
-    marker_->setPen(
-        thin(series_[3].colour == automaticColour ? QColor(Qt::red) : colourOf(series_[3].colour)));
+    const double x = m_series[3].points[0].key;
+    m_marker->start->setCoords(x, 0);
+    m_marker->end->setCoords(x, 1);
+    m_marker->setPen(thin(m_series[3].colour == automaticColour ? QColor(Qt::red)
+                                                                : colourOf(m_series[3].colour)));
 }
 
 std::pair<double, double> ChartWidget::rangeOf(ChartAxis axis, const Bounds& bounds) const {
     double lowest = HUGE_VAL;
     double highest = -HUGE_VAL;
-    for (const Series& series : series_) {
+    for (const Series& series : m_series) {
         if (isMarker(series))
             continue;
         for (const QCPGraphData& point : series.points) {
@@ -370,7 +371,7 @@ std::pair<double, double> ChartWidget::rangeOf(ChartAxis axis, const Bounds& bou
 
 void ChartWidget::redraw() {
     for (int i = 0; i < seriesCount; ++i) {
-        Series& series = series_[static_cast<std::size_t>(i)];
+        Series& series = m_series[static_cast<std::size_t>(i)];
         if (!series.changed)
             continue;
         const auto byKey = [](const QCPGraphData& a, const QCPGraphData& b) {
@@ -378,17 +379,17 @@ void ChartWidget::redraw() {
         };
         const bool sorted = std::is_sorted(series.points.begin(), series.points.end(), byKey);
         const bool marker = isMarker(series);
-        plot_->graph(i)->data()->set(marker ? QVector<QCPGraphData>() : series.points, sorted);
+        m_plot->graph(i)->data()->set(marker ? QVector<QCPGraphData>() : series.points, sorted);
         series.changed = false;
     }
     colourSeries();
     placeMarker();
-    const auto [left, right] = rangeOf(ChartAxis::Bottom, bottom_);
-    plot_->xAxis->setRange(left, right);
-    const auto [low, high] = rangeOf(ChartAxis::Left, left_);
-    plot_->yAxis->setRange(low, high);
-    plot_->setAccessibleDescription(plot_->yAxis->label() + " / " + plot_->xAxis->label());
-    plot_->replot(QCustomPlot::rpQueuedReplot);
+    const auto [left, right] = rangeOf(ChartAxis::Bottom, m_bottom);
+    m_plot->xAxis->setRange(left, right);
+    const auto [low, high] = rangeOf(ChartAxis::Left, m_left);
+    m_plot->yAxis->setRange(low, high);
+    m_plot->setAccessibleDescription(m_plot->yAxis->label() + " / " + m_plot->xAxis->label());
+    m_plot->replot(QCustomPlot::rpQueuedReplot);
 }
 
 } // namespace velmorant

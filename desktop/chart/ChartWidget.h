@@ -58,7 +58,7 @@ class ChartWidget : public Chart {
     /// As a click on the point would.
     void choose(int index);
     int pointCount() const;
-    int pointed() const { return hovered_; } ///< -1: none
+    int pointed() const { return m_hovered; } ///< -1: none
     /// The pointed one, else that of the cursor, else the first.
     int presentPoint() const;
     /// The label of a point of series 1; empty when there is no such point.
@@ -98,18 +98,18 @@ class ChartWidget : public Chart {
     void placeHoverText();
     class LeaveFilter;
 
-    QPointer<QCustomPlot> plot_;
-    QCPItemLine* cursor_;
-    QCPItemLine* marker_;
-    QCPItemText* hoverText_;
-    ChartKeys* keys_;
-    std::vector<Series> series_;
-    Bounds left_;
-    Bounds bottom_;
-    int hovered_ = -1;
-    QPointF hoverPlace_;
-    GatedListener<int> mouseUpListener_;
-    GatedListener<int> hoverListener_;
+    QPointer<QCustomPlot> m_plot;
+    QCPItemLine* m_cursor;
+    QCPItemLine* m_marker;
+    QCPItemText* m_hoverText;
+    ChartKeys* m_keys;
+    std::vector<Series> m_series;
+    Bounds m_left;
+    Bounds m_bottom;
+    int m_hovered = -1;
+    QPointF m_hoverPlace;
+    GatedListener<int> m_mouseUpListener;
+    GatedListener<int> m_hoverListener;
 };
 
 } // namespace velmorant

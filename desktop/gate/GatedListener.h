@@ -20,12 +20,12 @@ template <typename... Arguments>
 class GatedListener {
   public:
     GatedListener() = default;
-    explicit operator bool() const { return state_ != nullptr; }
+    explicit operator bool() const { return m_state != nullptr; }
 
     /// One call of the handler: now, or in its turn when the gate is free again.
     void operator()(Arguments... arguments) const {
         // The handler may replace the listener that calls it.
-        const auto state = state_;
+        const auto state = m_state;
         if (!state)
             return;
         state->runWhenFree(
@@ -38,7 +38,7 @@ class GatedListener {
     /// For what only counts in its last form, as a size does: while the gate is busy one call is
     /// held, with the arguments that came last.
     void latest(Arguments... arguments) const {
-        const auto state = state_;
+        const auto state = m_state;
         if (!state)
             return;
         const bool waits = state->newest.has_value();
@@ -59,9 +59,9 @@ class GatedListener {
         std::optional<std::tuple<Arguments...>> newest;
     };
 
-    explicit GatedListener(std::shared_ptr<State> state) : state_(std::move(state)) {}
+    explicit GatedListener(std::shared_ptr<State> state) : m_state(std::move(state)) {}
 
-    std::shared_ptr<State> state_;
+    std::shared_ptr<State> m_state;
 };
 
 /// Takes steps of a component that answers later, such as a transfer, to the time when they may

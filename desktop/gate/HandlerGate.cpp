@@ -7,34 +7,34 @@ namespace velmorant {
 
 class HandlerGate::LevelScope {
   public:
-    LevelScope(HandlerGate& gate, Level level) : gate_(gate) { gate_.levels_.push_back(level); }
+    LevelScope(HandlerGate& gate, Level level) : m_gate(gate) { m_gate.m_levels.push_back(level); }
     ~LevelScope() {
-        gate_.levels_.pop_back();
-        gate_.scheduleDelivery();
+        m_gate.m_levels.pop_back();
+        m_gate.scheduleDelivery();
     }
     LevelScope(const LevelScope&) = delete;
     LevelScope& operator=(const LevelScope&) = delete;
 
   private:
-    HandlerGate& gate_;
+    HandlerGate& m_gate;
 };
 
-HandlerGate::ModalScope::ModalScope(HandlerGate& gate) : gate_(gate) {
-    gate_.levels_.push_back(Level::Modal);
-    gate_.scheduleDelivery();
+HandlerGate::ModalScope::ModalScope(HandlerGate& gate) : m_gate(gate) {
+    m_gate.m_levels.push_back(Level::Modal);
+    m_gate.scheduleDelivery();
 }
 
 HandlerGate::ModalScope::~ModalScope() {
-    gate_.levels_.pop_back();
+    m_gate.m_levels.pop_back();
 }
 
 bool HandlerGate::busy() const {
-    return !levels_.empty() && levels_.back() == Level::Handler;
+    return !m_levels.empty() && m_levels.back() == Level::Handler;
 }
 
 void HandlerGate::runWhenFree(std::function<void()> handler) {
-    if (busy() || !pending_.empty()) {
-        pending_.push_back(std::move(handler));
+    if (busy() || !m_pending.empty()) {
+        m_pending.push_back(std::move(handler));
         scheduleDelivery();
         return;
     }
@@ -48,15 +48,15 @@ void HandlerGate::run(const std::function<void()>& handler) {
 
 // One handler per pass of the event loop, so that painting and input come between two of them.
 void HandlerGate::deliverNext() {
-    if (busy() || pending_.empty())
+    if (busy() || m_pending.empty())
         return;
-    const std::function<void()> handler = std::move(pending_.front());
-    pending_.pop_front();
+    const std::function<void()> handler = std::move(m_pending.front());
+    m_pending.pop_front();
     run(handler);
 }
 
 void HandlerGate::scheduleDelivery() {
-    if (!busy() && !pending_.empty())
+    if (!busy() && !m_pending.empty())
         QMetaObject::invokeMethod(this, &HandlerGate::deliverNext, Qt::QueuedConnection);
 }
 

@@ -51,7 +51,7 @@ class HandlerGate : public QObject {
         ModalScope& operator=(const ModalScope&) = delete;
 
       private:
-        HandlerGate& gate_;
+        HandlerGate& m_gate;
     };
 
   private:
@@ -71,8 +71,8 @@ class HandlerGate : public QObject {
     void deliverNext();
     void scheduleDelivery();
 
-    std::vector<Level> levels_;
-    std::deque<std::function<void()>> pending_;
+    std::vector<Level> m_levels;
+    std::deque<std::function<void()>> m_pending;
 };
 
 } // namespace velmorant

@@ -39,9 +39,9 @@ void reply(QWebEngineUrlRequestJob& job, const QByteArray& type, const QByteArra
 
 MapSchemeHandler::MapSchemeHandler(const QString& pageFolder, MapPageSource source,
                                    TileCache* tiles)
-    : folder_(QFileInfo(pageFolder).canonicalFilePath()),
-      source_(std::move(source)),
-      tiles_(tiles) {}
+    : m_folder(QFileInfo(pageFolder).canonicalFilePath()),
+      m_source(std::move(source)),
+      m_tiles(tiles) {}
 
 void MapSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job) {
     const QUrl url = job->requestUrl();
@@ -50,7 +50,7 @@ void MapSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job) {
     const QString path = url.path(QUrl::FullyDecoded).mid(1);
     const QStringList parts = path.split('/');
     if (path == "config.json")
-        serveJson(*job, source_.configuration ? source_.configuration() : std::nullopt);
+        serveJson(*job, m_source.configuration ? m_source.configuration() : std::nullopt);
     else if (parts.size() == 2 && parts[0] == "track")
         serveTrack(*job, parts[1]);
     else if (parts.size() == 2 && parts[0] == "command")
@@ -63,8 +63,8 @@ void MapSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job) {
 
 void MapSchemeHandler::serveFile(QWebEngineUrlRequestJob& job, const QString& path) {
     // The canonical path tells where links and ".." really lead.
-    const QFileInfo file(QFileInfo(folder_ + '/' + path).canonicalFilePath());
-    if (folder_.isEmpty() || !file.isFile() || !file.filePath().startsWith(folder_ + '/'))
+    const QFileInfo file(QFileInfo(m_folder + '/' + path).canonicalFilePath());
+    if (m_folder.isEmpty() || !file.isFile() || !file.filePath().startsWith(m_folder + '/'))
         return job.fail(QWebEngineUrlRequestJob::UrlNotFound);
     auto* device = new QFile(file.filePath(), &job);
     if (!device->open(QIODevice::ReadOnly))
@@ -75,18 +75,18 @@ void MapSchemeHandler::serveFile(QWebEngineUrlRequestJob& job, const QString& pa
 void MapSchemeHandler::serveTrack(QWebEngineUrlRequestJob& job, const QString& name) {
     bool good = false;
     const long number = name.endsWith(".json") ? name.chopped(5).toLong(&good) : 0;
-    serveJson(job, good && source_.track ? source_.track(number) : std::nullopt);
+    serveJson(job, good && m_source.track ? m_source.track(number) : std::nullopt);
 }
 
 void MapSchemeHandler::serveCommand(QWebEngineUrlRequestJob& job, const std::string& name,
                                     const std::string& query) {
-    if (!source_.command)
+    if (!m_source.command)
         return job.fail(QWebEngineUrlRequestJob::UrlNotFound);
-    source_.command(name, query,
-                    [waiting = QPointer(&job)](const std::optional<std::string>& json) {
-                        if (waiting) // else the page has left
-                            serveJson(*waiting, json);
-                    });
+    m_source.command(name, query,
+                     [waiting = QPointer(&job)](const std::optional<std::string>& json) {
+                         if (waiting) // else the page has left
+                             serveJson(*waiting, json);
+                     });
 }
 
 void MapSchemeHandler::serveTile(QWebEngineUrlRequestJob& job, const QStringList& place) {
@@ -94,9 +94,9 @@ void MapSchemeHandler::serveTile(QWebEngineUrlRequestJob& job, const QStringList
     const int zoom = place[0].toInt(&good[0]);
     const int x = place[1].toInt(&good[1]);
     const int y = place[2].toInt(&good[2]);
-    if (!tiles_ || !good[0] || !good[1] || !good[2])
+    if (!m_tiles || !good[0] || !good[1] || !good[2])
         return job.fail(QWebEngineUrlRequestJob::UrlNotFound);
-    tiles_->fetch(zoom, x, y, [waiting = QPointer(&job)](const std::optional<Tile>& tile) {
+    m_tiles->fetch(zoom, x, y, [waiting = QPointer(&job)](const std::optional<Tile>& tile) {
         if (!waiting)
             return; // the page has left
         if (tile)

@@ -28,9 +28,9 @@ class MapSchemeHandler : public QWebEngineUrlSchemeHandler {
                       const std::string& query);
     static void serveJson(QWebEngineUrlRequestJob& job, const std::optional<std::string>& answer);
 
-    QString folder_; ///< canonical
-    MapPageSource source_;
-    TileCache* tiles_;
+    QString m_folder; ///< canonical
+    MapPageSource m_source;
+    TileCache* m_tiles;
 };
 
 } // namespace velmorant

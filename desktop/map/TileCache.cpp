@@ -36,24 +36,24 @@ std::optional<Tile> tileOf(QNetworkReply& reply) {
 } // namespace
 
 TileCache::TileCache(const QString& folder, qint64 limitBytes) {
-    auto* cache = new QNetworkDiskCache(&network_);
+    auto* cache = new QNetworkDiskCache(&m_network);
     cache->setCacheDirectory(folder);
     cache->setMaximumCacheSize(limitBytes);
-    network_.setCache(cache);
-    network_.setAutoDeleteReplies(true);
+    m_network.setCache(cache);
+    m_network.setAutoDeleteReplies(true);
 }
 
 void TileCache::setProvider(std::optional<TileProvider> provider) {
-    provider_ = std::move(provider);
+    m_provider = std::move(provider);
 }
 
 void TileCache::fetch(int zoom, int x, int y,
                       const std::function<void(std::optional<Tile>)>& result) {
     const QUrl url =
-        provider_ && onMap(*provider_, zoom, x, y) ? addressOf(*provider_, zoom, x, y) : QUrl();
+        m_provider && onMap(*m_provider, zoom, x, y) ? addressOf(*m_provider, zoom, x, y) : QUrl();
     if (!url.isValid() || (url.scheme() != "http" && url.scheme() != "https")) {
         QMetaObject::invokeMethod(
-            &network_, [result] { result(std::nullopt); }, Qt::QueuedConnection);
+            &m_network, [result] { result(std::nullopt); }, Qt::QueuedConnection);
         return;
     }
     request(url, From::Network, result);
@@ -63,23 +63,23 @@ void TileCache::request(const QUrl& url, From from,
                         const std::function<void(std::optional<Tile>)>& result) {
     QNetworkRequest request(url);
     request.setRawHeader("User-Agent", "VelmorantDVRTools/" VELMORANT_VERSION);
-    if (!provider_->referer.isEmpty())
-        request.setRawHeader("Referer", provider_->referer.toUtf8());
+    if (!m_provider->referer.isEmpty())
+        request.setRawHeader("Referer", m_provider->referer.toUtf8());
     request.setTransferTimeout(timeoutMilliseconds);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
                          QNetworkRequest::SameOriginRedirectPolicy);
     request.setAttribute(QNetworkRequest::CacheLoadControlAttribute,
                          from == From::Network ? QNetworkRequest::PreferNetwork
                                                : QNetworkRequest::AlwaysCache);
-    QNetworkReply* const reply = network_.get(request);
+    QNetworkReply* const reply = m_network.get(request);
     QObject::connect(reply, &QNetworkReply::downloadProgress, reply,
                      [reply](qint64 received, qint64) {
                          if (received > largestTile)
                              reply->abort();
                      });
-    QObject::connect(reply, &QNetworkReply::finished, &network_, [=, this] {
+    QObject::connect(reply, &QNetworkReply::finished, &m_network, [=, this] {
         std::optional<Tile> tile = tileOf(*reply);
-        if (!tile && from == From::Network && provider_)
+        if (!tile && from == From::Network && m_provider)
             this->request(url, From::Disk, result); // no network: an old tile is better than none
         else
             result(std::move(tile));

@@ -30,7 +30,7 @@ class TileCache {
     TileCache(const QString& folder, qint64 limitBytes);
 
     void setProvider(std::optional<TileProvider> provider);
-    const std::optional<TileProvider>& provider() const { return provider_; }
+    const std::optional<TileProvider>& provider() const { return m_provider; }
 
     /// Calls back once, from the event loop; without a tile when there is no provider, the place is
     /// outside the map, or the tile can be had neither from the network nor from the disk.
@@ -41,8 +41,8 @@ class TileCache {
     void request(const QUrl& url, From from,
                  const std::function<void(std::optional<Tile>)>& result);
 
-    QNetworkAccessManager network_;
-    std::optional<TileProvider> provider_;
+    QNetworkAccessManager m_network;
+    std::optional<TileProvider> m_provider;
 };
 
 } // namespace velmorant

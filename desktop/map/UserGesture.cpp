@@ -25,8 +25,8 @@ void UserGesture::watch(QWidget& widget) {
 }
 
 bool UserGesture::take() {
-    const bool fresh = since_.isValid() && since_.elapsed() < longestMilliseconds;
-    since_.invalidate();
+    const bool fresh = m_since.isValid() && m_since.elapsed() < longestMilliseconds;
+    m_since.invalidate();
     return fresh;
 }
 
@@ -38,11 +38,11 @@ bool UserGesture::eventFilter(QObject* watched, QEvent* event) {
         break;
     case QEvent::MouseButtonRelease:
     case QEvent::TouchEnd:
-        since_.start();
+        m_since.start();
         break;
     case QEvent::KeyPress:
         if (isActivatingKey(*static_cast<QKeyEvent*>(event)))
-            since_.start();
+            m_since.start();
         break;
     default:
         break;

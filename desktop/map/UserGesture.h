@@ -20,7 +20,7 @@ class UserGesture : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    QElapsedTimer since_;
+    QElapsedTimer m_since;
 };
 
 } // namespace velmorant

@@ -32,107 +32,108 @@ void restrict(QWebEngineSettings& settings) {
 } // namespace
 
 WebEngineBrowser::WebEngineBrowser(WebEngineBrowserSettings settings, GatedDelivery delivery)
-    : interceptor_(origin_),
-      handler_(settings.pageFolder, std::move(settings.source), settings.tiles),
-      profile_(QStringLiteral("map")),
-      view_(new QWebEngineView),
-      delivery_(std::move(delivery)) {
-    profile_.setPersistentStoragePath(settings.storageFolder);
-    profile_.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
-    profile_.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
-    profile_.setHttpAcceptLanguage(settings.language);
-    profile_.installUrlSchemeHandler(mapScheme, &handler_);
-    profile_.setUrlRequestInterceptor(&interceptor_);
-    page_ = std::make_unique<WebMapPage>(&profile_, origin_, nullptr);
-    restrict(*page_->settings());
-    view_->setContextMenuPolicy(Qt::NoContextMenu);
-    gesture_.watch(*view_);
-    page_->askedByUser = [this] { return gesture_.take(); };
-    view_->setPage(page_.get());
-    QObject::connect(page_.get(), &QWebEnginePage::loadFinished, page_.get(),
+    : m_interceptor(m_origin),
+      m_handler(settings.pageFolder, std::move(settings.source), settings.tiles),
+      m_profile(QStringLiteral("map")),
+      m_view(new QWebEngineView),
+      m_delivery(std::move(delivery)) {
+    m_profile.setPersistentStoragePath(settings.storageFolder);
+    m_profile.setHttpCacheType(QWebEngineProfile::MemoryHttpCache);
+    m_profile.setPersistentCookiesPolicy(QWebEngineProfile::NoPersistentCookies);
+    m_profile.setHttpAcceptLanguage(settings.language);
+    m_profile.installUrlSchemeHandler(mapScheme, &m_handler);
+    m_profile.setUrlRequestInterceptor(&m_interceptor);
+    m_page = std::make_unique<WebMapPage>(&m_profile, m_origin, nullptr);
+    restrict(*m_page->settings());
+    m_view->setContextMenuPolicy(Qt::NoContextMenu);
+    m_gesture.watch(*m_view);
+    m_page->askedByUser = [this] { return m_gesture.take(); };
+    m_view->setPage(m_page.get());
+    QObject::connect(m_page.get(), &QWebEnginePage::loadFinished, m_page.get(),
                      [this](bool good) { loadFinished(good); });
     QObject::connect(
-        page_.get(), &QWebEnginePage::renderProcessTerminated, page_.get(),
-        [this](QWebEnginePage::RenderProcessTerminationStatus, int) { pageLostListener_(); },
+        m_page.get(), &QWebEnginePage::renderProcessTerminated, m_page.get(),
+        [this](QWebEnginePage::RenderProcessTerminationStatus, int) { m_pageLostListener(); },
         Qt::QueuedConnection);
 }
 
 WebEngineBrowser::~WebEngineBrowser() {
-    page_->disconnect();
-    delete view_; // gone already when its parent window ended first
-    page_.reset();
+    m_page->disconnect();
+    delete m_view; // gone already when its parent window ended first
+    m_page.reset();
 }
 
 void WebEngineBrowser::setLanguage(const QString& language) {
-    profile_.setHttpAcceptLanguage(language);
+    m_profile.setHttpAcceptLanguage(language);
 }
 
 void WebEngineBrowser::onDocumentComplete(Listener listener) {
-    documentCompleteListener_ = std::move(listener);
+    m_documentCompleteListener = std::move(listener);
 }
 
 void WebEngineBrowser::onLoadFailed(Listener listener) {
-    loadFailedListener_ = std::move(listener);
+    m_loadFailedListener = std::move(listener);
 }
 
 void WebEngineBrowser::onPageLost(GatedListener<> listener) {
-    pageLostListener_ = std::move(listener);
+    m_pageLostListener = std::move(listener);
 }
 
 void WebEngineBrowser::onLink(Listener listener) {
-    page_->link = std::move(listener);
+    m_page->link = std::move(listener);
 }
 
 void WebEngineBrowser::onPageMessage(Listener listener) {
-    page_->message = std::move(listener);
+    m_page->message = std::move(listener);
 }
 
 void WebEngineBrowser::loadFinished(bool good) {
-    if (!good && page_->takeRefusal())
+    if (!good && m_page->takeRefusal())
         return;
-    const Listener& listener = good ? documentCompleteListener_ : loadFailedListener_;
-    listener(good ? documentUrl() : page_->requestedUrl().toString().toStdString());
+    const Listener& listener = good ? m_documentCompleteListener : m_loadFailedListener;
+    listener(good ? documentUrl() : m_page->requestedUrl().toString().toStdString());
 }
 
 void WebEngineBrowser::navigate(const std::string& address) {
     const QUrl url(QString::fromStdString(address));
-    origin_.set(url);
-    page_->takeRefusal();
-    page_->load(url);
+    m_origin.set(url);
+    m_page->takeRefusal();
+    m_page->load(url);
 }
 
 std::string WebEngineBrowser::documentUrl() const {
-    return page_->url().toString().toStdString();
+    return m_page->url().toString().toStdString();
 }
 
 void WebEngineBrowser::execScript(const std::string& text, const std::string&) {
     // Nobody waits for the value of the last expression; should a version of the browser bring it
     // over all the same, it is a small one and not a whole route.
-    page_->runJavaScript(QString::fromStdString(text) + "\n;0");
+    m_page->runJavaScript(QString::fromStdString(text) + "\n;0");
 }
 
 void WebEngineBrowser::readWindowProperty(const std::string& name,
                                           std::function<void(const std::string&)> result) {
     const QString script = "(function(){var v=window[" + literal(name) +
                            "];return v===undefined||v===null?'':String(v);})()";
-    page_->runJavaScript(script, [this, alive = QPointer(page_.get()), result](const QVariant& v) {
-        if (alive)
-            delivery_([result, text = v.toString().toStdString()] { result(text); });
-    });
+    m_page->runJavaScript(
+        script, [this, alive = QPointer(m_page.get()), result](const QVariant& v) {
+            if (alive)
+                m_delivery([result, text = v.toString().toStdString()] { result(text); });
+        });
 }
 
 void WebEngineBrowser::setWindowProperty(const std::string& name, const std::string& value) {
-    page_->runJavaScript("window[" + literal(name) + "]=" + literal(value) + ";0");
+    m_page->runJavaScript("window[" + literal(name) + "]=" + literal(value) + ";0");
 }
 
 void WebEngineBrowser::setBodyScroll(const std::string& value) {
-    page_->runJavaScript(
+    m_page->runJavaScript(
         "document.body.setAttribute('scroll'," + literal(value) +
         ");document.body.style.overflow=" + literal(value == "no" ? "hidden" : "auto") + ";0");
 }
 
 void WebEngineBrowser::attachToBackground() {
-    view_->show();
+    m_view->show();
 }
 
 } // namespace velmorant

@@ -35,7 +35,7 @@ class WebEngineBrowser : public WebBrowser {
 
     /// The control, for the window that lays it out. It may be put into a parent; the browser
     /// deletes it.
-    QWebEngineView& view() { return *view_; }
+    QWebEngineView& view() { return *m_view; }
     /// From the next load on.
     void setLanguage(const QString& language);
 
@@ -61,17 +61,17 @@ class WebEngineBrowser : public WebBrowser {
   private:
     void loadFinished(bool good);
 
-    UserGesture gesture_;
-    OwnOrigin origin_;
-    OwnOriginInterceptor interceptor_;
-    MapSchemeHandler handler_;
-    QWebEngineProfile profile_;
-    std::unique_ptr<WebMapPage> page_; ///< must end before its profile
-    QPointer<QWebEngineView> view_;
-    GatedDelivery delivery_;
-    Listener documentCompleteListener_;
-    Listener loadFailedListener_;
-    GatedListener<> pageLostListener_;
+    UserGesture m_gesture;
+    OwnOrigin m_origin;
+    OwnOriginInterceptor m_interceptor;
+    MapSchemeHandler m_handler;
+    QWebEngineProfile m_profile;
+    std::unique_ptr<WebMapPage> m_page; ///< must end before its profile
+    QPointer<QWebEngineView> m_view;
+    GatedDelivery m_delivery;
+    Listener m_documentCompleteListener;
+    Listener m_loadFailedListener;
+    GatedListener<> m_pageLostListener;
 };
 
 } // namespace velmorant

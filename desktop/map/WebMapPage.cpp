@@ -22,17 +22,17 @@ constexpr const char* withoutConnections = R"((function () {
 bool OwnOrigin::contains(const QUrl& url) const {
     if (url.scheme() == "data" || url.scheme() == "blob")
         return true;
-    return url.scheme() == address_.scheme() && url.host() == address_.host() &&
-           url.port() == address_.port();
+    return url.scheme() == m_address.scheme() && url.host() == m_address.host() &&
+           url.port() == m_address.port();
 }
 
 void OwnOriginInterceptor::interceptRequest(QWebEngineUrlRequestInfo& info) {
-    if (!origin_.contains(info.requestUrl()))
+    if (!m_origin.contains(info.requestUrl()))
         info.block(true);
 }
 
 WebMapPage::WebMapPage(QWebEngineProfile* profile, const OwnOrigin& origin, QObject* parent)
-    : QWebEnginePage(profile, parent), origin_(origin) {
+    : QWebEnginePage(profile, parent), m_origin(origin) {
     connect(this, &QWebEnginePage::newWindowRequested, this,
             [this](QWebEngineNewWindowRequest& request) { report(request.requestedUrl()); });
     takeConnectionsAway();
@@ -50,11 +50,11 @@ void WebMapPage::takeConnectionsAway() {
 }
 
 bool WebMapPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) {
-    if (origin_.contains(url) && (!isMainFrame || url.scheme() != "data"))
+    if (m_origin.contains(url) && (!isMainFrame || url.scheme() != "data"))
         return true;
     if (isMainFrame && type == NavigationTypeLinkClicked)
         report(url);
-    refused_ = refused_ || isMainFrame;
+    m_refused = m_refused || isMainFrame;
     return false;
 }
 

@@ -14,21 +14,21 @@ namespace velmorant {
 /// Addresses that carry their content in themselves (data, blob) are open too.
 class OwnOrigin {
   public:
-    void set(const QUrl& address) { address_ = address; }
+    void set(const QUrl& address) { m_address = address; }
     bool contains(const QUrl& url) const;
 
   private:
-    QUrl address_;
+    QUrl m_address;
 };
 
 /// Blocks every request, of whatever the page embeds, that leaves the own origin.
 class OwnOriginInterceptor : public QWebEngineUrlRequestInterceptor {
   public:
-    explicit OwnOriginInterceptor(const OwnOrigin& origin) : origin_(origin) {}
+    explicit OwnOriginInterceptor(const OwnOrigin& origin) : m_origin(origin) {}
     void interceptRequest(QWebEngineUrlRequestInfo& info) override;
 
   private:
-    const OwnOrigin& origin_;
+    const OwnOrigin& m_origin;
 };
 
 /// A page that never leaves its origin: links that lead elsewhere, and windows that it wants to
@@ -41,7 +41,7 @@ class WebMapPage : public QWebEnginePage {
 
     /// Whether a navigation was refused since the last call; the page then reports a failed load
     /// although it is still there.
-    bool takeRefusal() { return std::exchange(refused_, false); }
+    bool takeRefusal() { return std::exchange(m_refused, false); }
 
     GatedListener<std::string> link;
     GatedListener<std::string> message;
@@ -56,8 +56,8 @@ class WebMapPage : public QWebEnginePage {
     void report(const QUrl& url);
     void takeConnectionsAway();
 
-    const OwnOrigin& origin_;
-    bool refused_ = false;
+    const OwnOrigin& m_origin;
+    bool m_refused = false;
 };
 
 } // namespace velmorant

@@ -23,7 +23,7 @@ class MpvHandle {
     MpvHandle(const MpvHandle&) = delete;
     MpvHandle& operator=(const MpvHandle&) = delete;
 
-    mpv_handle* get() const { return handle_; }
+    mpv_handle* get() const { return m_handle; }
     /// `reply` comes back in the MPV_EVENT_COMMAND_REPLY event; 0: nobody asks for it.
     void command(const std::vector<std::string>& words, std::uint64_t reply = 0);
     void setFlag(const char* property, bool value);
@@ -31,7 +31,7 @@ class MpvHandle {
     void setText(const char* property, const char* value);
 
   private:
-    mpv_handle* handle_;
+    mpv_handle* m_handle;
 };
 
 } // namespace velmorant

@@ -56,197 +56,197 @@ std::string secondsText(double seconds) {
 } // namespace
 
 MpvPlayer::MpvPlayer(VideoOutput video, AudioOutput audio)
-    : video_(video),
-      handle_(std::make_shared<MpvHandle>(optionsFor(video, audio))),
-      pictureReady_(video != VideoOutput::OpenGl) {
-    link_->player = this;
+    : m_video(video),
+      m_handle(std::make_shared<MpvHandle>(optionsFor(video, audio))),
+      m_pictureReady(video != VideoOutput::OpenGl) {
+    m_link->player = this;
     observeProperties();
     mpv_set_wakeup_callback(
-        handle_->get(),
+        m_handle->get(),
         [](void* self) {
             auto* player = static_cast<MpvPlayer*>(self);
             QMetaObject::invokeMethod(
-                &player->context_, [player] { player->readEvents(); }, Qt::QueuedConnection);
+                &player->m_context, [player] { player->readEvents(); }, Qt::QueuedConnection);
         },
         this);
 }
 
 MpvPlayer::~MpvPlayer() {
-    link_->player = nullptr;
-    mpv_set_wakeup_callback(handle_->get(), nullptr, nullptr);
+    m_link->player = nullptr;
+    mpv_set_wakeup_callback(m_handle->get(), nullptr, nullptr);
     // The widget may hold the core a little longer: silence it now.
-    handle_->command({"stop"});
+    m_handle->command({"stop"});
 }
 
 void MpvPlayer::setUrl(const std::string& path) {
-    url_ = path;
-    wanted_ = Wanted::Nothing;
-    heldSeek_.reset();
+    m_url = path;
+    m_wanted = Wanted::Nothing;
+    m_heldSeek.reset();
     open();
 }
 
 void MpvPlayer::open() {
-    entry_ = -1;
-    loadRequest_ = 0;
-    seekTarget_.reset();
-    position_.reset();
-    duration_.reset();
-    firstError_.clear();
-    steppingBack_ = false;
-    heldSteps_ = 0;
-    atEnd_ = false;
+    m_entry = -1;
+    m_loadRequest = 0;
+    m_seekTarget.reset();
+    m_position.reset();
+    m_duration.reset();
+    m_firstError.clear();
+    m_steppingBack = false;
+    m_heldSteps = 0;
+    m_atEnd = false;
     setState(PlayState::Undefined);
-    handle_->setFlag("pause", true);
-    if (url_.empty()) {
-        phase_ = Phase::Closed;
-        handle_->command({"stop"});
-        if (link_->picture)
-            link_->picture->clearPicture();
+    m_handle->setFlag("pause", true);
+    if (m_url.empty()) {
+        m_phase = Phase::Closed;
+        m_handle->command({"stop"});
+        if (m_link->picture)
+            m_link->picture->clearPicture();
         return;
     }
-    if (link_->picture)
-        link_->picture->holdPicture();
-    if (!pictureReady_) {
-        phase_ = Phase::WaitingForPicture;
+    if (m_link->picture)
+        m_link->picture->holdPicture();
+    if (!m_pictureReady) {
+        m_phase = Phase::WaitingForPicture;
         return;
     }
-    phase_ = Phase::Opening;
+    m_phase = Phase::Opening;
     // An absolute path is never taken for an address.
-    const QString path = QFileInfo(QString::fromStdString(url_)).absoluteFilePath();
-    loadRequest_ = ++lastRequest_;
-    handle_->command({"loadfile", path.toStdString()}, loadRequest_);
+    const QString path = QFileInfo(QString::fromStdString(m_url)).absoluteFilePath();
+    m_loadRequest = ++m_lastRequest;
+    m_handle->command({"loadfile", path.toStdString()}, m_loadRequest);
     showWhatIsWanted();
 }
 
 void MpvPlayer::pictureReady() {
-    pictureReady_ = true;
-    if (phase_ == Phase::WaitingForPicture) {
+    m_pictureReady = true;
+    if (m_phase == Phase::WaitingForPicture) {
         open();
-    } else if (phase_ != Phase::Closed) {
+    } else if (m_phase != Phase::Closed) {
         // A new drawing context: the picture's output has to be opened again.
-        handle_->setText("vid", "no");
-        handle_->setText("vid", "auto");
+        m_handle->setText("vid", "no");
+        m_handle->setText("vid", "auto");
     }
 }
 
 void MpvPlayer::pictureLost() {
-    pictureReady_ = false;
+    m_pictureReady = false;
 }
 
 void MpvPlayer::play() {
-    if (url_.empty() || wanted_ == Wanted::Play)
+    if (m_url.empty() || m_wanted == Wanted::Play)
         return;
-    wanted_ = Wanted::Play;
-    if (phase_ == Phase::Closed)
+    m_wanted = Wanted::Play;
+    if (m_phase == Phase::Closed)
         open();
-    if (phase_ != Phase::Opened) {
+    if (m_phase != Phase::Opened) {
         showWhatIsWanted();
         return;
     }
-    if (atEnd_)
+    if (m_atEnd)
         seek(0);
-    handle_->setFlag("pause", false);
+    m_handle->setFlag("pause", false);
     setState(PlayState::Playing);
     // libmpv does not report an end that was reached by a seek in the pause.
-    if (!seekTarget_)
+    if (!m_seekTarget)
         askForEnd();
 }
 
 void MpvPlayer::pause() {
-    if (wanted_ != Wanted::Play)
+    if (m_wanted != Wanted::Play)
         return;
-    wanted_ = Wanted::Pause;
-    if (phase_ != Phase::Opened) {
+    m_wanted = Wanted::Pause;
+    if (m_phase != Phase::Opened) {
         showWhatIsWanted();
         return;
     }
-    handle_->setFlag("pause", true);
+    m_handle->setFlag("pause", true);
     setState(PlayState::Paused);
 }
 
 void MpvPlayer::stop() {
-    wanted_ = Wanted::Nothing;
-    heldSeek_.reset();
-    if (phase_ != Phase::Opened) {
+    m_wanted = Wanted::Nothing;
+    m_heldSeek.reset();
+    if (m_phase != Phase::Opened) {
         showWhatIsWanted();
         return;
     }
-    handle_->setFlag("pause", true);
+    m_handle->setFlag("pause", true);
     seek(0);
     setState(PlayState::Stopped);
 }
 
 std::optional<double> MpvPlayer::currentPosition() const {
-    if (heldSeek_)
-        return heldSeek_;
-    if (phase_ != Phase::Opened)
+    if (m_heldSeek)
+        return m_heldSeek;
+    if (m_phase != Phase::Opened)
         return std::nullopt;
-    if (seekTarget_)
-        return seekTarget_;
-    return atEnd_ ? 0 : position_;
+    if (m_seekTarget)
+        return m_seekTarget;
+    return m_atEnd ? 0 : m_position;
 }
 
 void MpvPlayer::setCurrentPosition(double seconds) {
-    if (url_.empty() || !std::isfinite(seconds))
+    if (m_url.empty() || !std::isfinite(seconds))
         return;
     const double target = std::max(0.0, seconds);
-    if (phase_ == Phase::Opened)
+    if (m_phase == Phase::Opened)
         seek(target);
     else
-        heldSeek_ = target;
+        m_heldSeek = target;
 }
 
 void MpvPlayer::seek(double seconds) {
-    atEnd_ = false;
-    steppingBack_ = false;
-    heldSteps_ = 0;
-    seekTarget_ = duration_ ? std::min(seconds, *duration_) : seconds;
-    seekExecuted_ = false;
-    seekRequest_ = ++lastRequest_;
-    handle_->command({"seek", secondsText(seconds), "absolute+exact"}, seekRequest_);
+    m_atEnd = false;
+    m_steppingBack = false;
+    m_heldSteps = 0;
+    m_seekTarget = m_duration ? std::min(seconds, *m_duration) : seconds;
+    m_seekExecuted = false;
+    m_seekRequest = ++m_lastRequest;
+    m_handle->command({"seek", secondsText(seconds), "absolute+exact"}, m_seekRequest);
 }
 
 void MpvPlayer::setMute(bool mute) {
-    mute_ = mute;
-    handle_->setFlag("mute", mute);
+    m_mute = mute;
+    m_handle->setFlag("mute", mute);
 }
 
 void MpvPlayer::setVolume(int volume) {
-    volume_ = std::clamp(volume, 0, 100);
-    handle_->setNumber("volume", volume_);
+    m_volume = std::clamp(volume, 0, 100);
+    m_handle->setNumber("volume", m_volume);
 }
 
 void MpvPlayer::setRate(double rate) {
-    if (!std::isfinite(rate) || rate == rate_)
+    if (!std::isfinite(rate) || rate == m_rate)
         return;
-    rate_ = std::clamp(rate, 0.01, 100.0);
-    handle_->setNumber("speed", rate_);
+    m_rate = std::clamp(rate, 0.01, 100.0);
+    m_handle->setNumber("speed", m_rate);
 }
 
 void MpvPlayer::stepFrame(FrameStep direction) {
-    if (phase_ != Phase::Opened)
+    if (m_phase != Phase::Opened)
         return;
-    wanted_ = Wanted::Pause;
-    atEnd_ = false;
-    handle_->setFlag("pause", true);
+    m_wanted = Wanted::Pause;
+    m_atEnd = false;
+    m_handle->setFlag("pause", true);
     setState(PlayState::Paused);
     step(direction == FrameStep::Forward ? 1 : -1);
 }
 
 void MpvPlayer::step(int frames) {
-    heldSteps_ += frames;
-    if (steppingBack_ || heldSteps_ == 0)
+    m_heldSteps += frames;
+    if (m_steppingBack || m_heldSteps == 0)
         return;
-    const bool back = heldSteps_ < 0;
-    heldSteps_ += back ? 1 : -1;
-    steppingBack_ = back;
-    handle_->command({back ? "frame-back-step" : "frame-step"});
+    const bool back = m_heldSteps < 0;
+    m_heldSteps += back ? 1 : -1;
+    m_steppingBack = back;
+    m_handle->command({back ? "frame-back-step" : "frame-step"});
 }
 
 std::optional<DecodedFrame> MpvPlayer::decodedFrame() const {
     std::array<const char*, 3> words = {"screenshot-raw", "video", nullptr};
     mpv_node node;
-    if (phase_ != Phase::Opened || mpv_command_ret(handle_->get(), words.data(), &node) < 0)
+    if (m_phase != Phase::Opened || mpv_command_ret(m_handle->get(), words.data(), &node) < 0)
         return std::nullopt;
     DecodedFrame frame;
     std::int64_t stride = 0;
@@ -279,35 +279,36 @@ std::optional<DecodedFrame> MpvPlayer::decodedFrame() const {
 }
 
 void MpvPlayer::onPlayStateChange(GatedListener<PlayState> listener) {
-    stateListener_ = std::move(listener);
+    m_stateListener = std::move(listener);
 }
 
 void MpvPlayer::onOpenFailed(FailureListener listener) {
-    failureListener_ = std::move(listener);
+    m_failureListener = std::move(listener);
 }
 
 void MpvPlayer::onEndedEarly(FailureListener listener) {
-    earlyEndListener_ = std::move(listener);
+    m_earlyEndListener = std::move(listener);
 }
 
 /// While the file opens, which is no event: nothing plays or pauses yet.
 void MpvPlayer::showWhatIsWanted() {
-    state_ = wanted_ == Wanted::Play    ? PlayState::OpeningToPlay
-             : wanted_ == Wanted::Pause ? PlayState::OpeningToPause
-                                        : PlayState::Undefined;
+    m_state = m_wanted == Wanted::Play    ? PlayState::OpeningToPlay
+              : m_wanted == Wanted::Pause ? PlayState::OpeningToPause
+                                          : PlayState::Undefined;
 }
 
 void MpvPlayer::setState(PlayState state) {
-    const bool opening = state_ == PlayState::OpeningToPlay || state_ == PlayState::OpeningToPause;
-    const PlayState told = opening ? PlayState::Undefined : state_;
-    state_ = state;
+    const bool opening =
+        m_state == PlayState::OpeningToPlay || m_state == PlayState::OpeningToPause;
+    const PlayState told = opening ? PlayState::Undefined : m_state;
+    m_state = state;
     if (state != told)
         sendState(state);
 }
 
 void MpvPlayer::sendState(PlayState state) {
     QMetaObject::invokeMethod(
-        &context_, [this, state] { stateListener_(state); }, Qt::QueuedConnection);
+        &m_context, [this, state] { m_stateListener(state); }, Qt::QueuedConnection);
 }
 
 } // namespace velmorant

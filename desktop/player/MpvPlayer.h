@@ -42,7 +42,7 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     MpvPlayer& operator=(const MpvPlayer&) = delete;
 
     void setUrl(const std::string& path) override;
-    std::string url() const override { return url_; }
+    std::string url() const override { return m_url; }
     void play() override;
     void pause() override;
     void stop() override;
@@ -50,19 +50,19 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     std::optional<double> currentPosition() const override;
     /// Exact: the first picture at or after that time; past the end the last picture.
     void setCurrentPosition(double seconds) override;
-    std::optional<double> duration() const override { return duration_; }
-    PlayState playState() const override { return state_; }
+    std::optional<double> duration() const override { return m_duration; }
+    PlayState playState() const override { return m_state; }
 
-    bool mute() const override { return mute_; }
+    bool mute() const override { return m_mute; }
     void setMute(bool mute) override;
-    int volume() const override { return volume_; }
+    int volume() const override { return m_volume; }
     void setVolume(int volume) override;
-    double rate() const override { return rate_; }
+    double rate() const override { return m_rate; }
     /// The pitch stays. Clamped to 0.01 .. 100; what is no number is ignored.
     void setRate(double rate) override;
 
     /// A seek is held or under way: its picture is not there yet.
-    bool seeking() const { return heldSeek_ || seekTarget_; }
+    bool seeking() const { return m_heldSeek || m_seekTarget; }
     /// Pauses and shows the next or the previous picture.
     void stepFrame(FrameStep direction);
     /// The picture shown now; absent when there is none.
@@ -77,9 +77,9 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     void onEndedEarly(FailureListener listener);
 
     /// For the widget that shows the picture. The core lives until both have let go of it.
-    std::shared_ptr<MpvHandle> handle() const { return handle_; }
-    VideoOutput videoOutput() const { return video_; }
-    std::shared_ptr<PictureLink> link() const { return link_; }
+    std::shared_ptr<MpvHandle> handle() const { return m_handle; }
+    VideoOutput videoOutput() const { return m_video; }
+    std::shared_ptr<PictureLink> link() const { return m_link; }
     /// The widget can draw now: with OpenGl nothing is opened before.
     void pictureReady();
     void pictureLost();
@@ -114,37 +114,37 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     void setState(PlayState state);
     void sendState(PlayState state);
 
-    QObject context_; ///< what is queued for it dies with it
-    VideoOutput video_;
-    std::shared_ptr<MpvHandle> handle_;
-    std::shared_ptr<PictureLink> link_ = std::make_shared<PictureLink>();
-    bool pictureReady_;
+    QObject m_context; ///< what is queued for it dies with it
+    VideoOutput m_video;
+    std::shared_ptr<MpvHandle> m_handle;
+    std::shared_ptr<PictureLink> m_link = std::make_shared<PictureLink>();
+    bool m_pictureReady;
 
-    std::string url_;
-    Phase phase_ = Phase::Closed;
-    Wanted wanted_ = Wanted::Nothing;
-    PlayState state_ = PlayState::Undefined;
-    std::uint64_t lastRequest_ = 0;    ///< numbers the requests whose replies matter
-    std::uint64_t loadRequest_ = 0;    ///< of the present file
-    std::uint64_t seekRequest_ = 0;    ///< of the last seek
-    std::int64_t entry_ = -1;          ///< libmpv's number of the present file
-    std::int64_t startedEntry_ = -1;   ///< of the file that libmpv works on
-    std::optional<double> heldSeek_;   ///< until the file is open
-    std::optional<double> seekTarget_; ///< until its picture is there
-    bool seekExecuted_ = false;
-    bool steppingBack_ = false; ///< until its picture is there; libmpv loses a step before
-    int heldSteps_ = 0;         ///< asked for meanwhile; back is negative
-    bool atEnd_ = false;        ///< ended by itself: the next play() begins anew
-    std::optional<double> position_;
-    std::optional<double> duration_;
-    std::string firstError_; ///< of libmpv's log since the file was set
-    bool mute_ = false;
-    int volume_ = 100;
-    double rate_ = 1;
+    std::string m_url;
+    Phase m_phase = Phase::Closed;
+    Wanted m_wanted = Wanted::Nothing;
+    PlayState m_state = PlayState::Undefined;
+    std::uint64_t m_lastRequest = 0;    ///< numbers the requests whose replies matter
+    std::uint64_t m_loadRequest = 0;    ///< of the present file
+    std::uint64_t m_seekRequest = 0;    ///< of the last seek
+    std::int64_t m_entry = -1;          ///< libmpv's number of the present file
+    std::int64_t m_startedEntry = -1;   ///< of the file that libmpv works on
+    std::optional<double> m_heldSeek;   ///< until the file is open
+    std::optional<double> m_seekTarget; ///< until its picture is there
+    bool m_seekExecuted = false;
+    bool m_steppingBack = false; ///< until its picture is there; libmpv loses a step before
+    int m_heldSteps = 0;         ///< asked for meanwhile; back is negative
+    bool m_atEnd = false;        ///< ended by itself: the next play() begins anew
+    std::optional<double> m_position;
+    std::optional<double> m_duration;
+    std::string m_firstError; ///< of libmpv's log since the file was set
+    bool m_mute = false;
+    int m_volume = 100;
+    double m_rate = 1;
 
-    GatedListener<PlayState> stateListener_;
-    FailureListener failureListener_;
-    FailureListener earlyEndListener_;
+    GatedListener<PlayState> m_stateListener;
+    FailureListener m_failureListener;
+    FailureListener m_earlyEndListener;
 };
 
 } // namespace velmorant

@@ -44,13 +44,13 @@ const MpvPlayer::ObservedProperty MpvPlayer::observedProperties[] = {
 
 void MpvPlayer::observeProperties() {
     for (const ObservedProperty& property : observedProperties)
-        mpv_observe_property(handle_->get(), 0, property.name, property.format);
-    mpv_request_log_messages(handle_->get(), "error");
+        mpv_observe_property(m_handle->get(), 0, property.name, property.format);
+    mpv_request_log_messages(m_handle->get(), "error");
 }
 
 void MpvPlayer::readEvents() {
     for (;;) {
-        const mpv_event* const event = mpv_wait_event(handle_->get(), 0);
+        const mpv_event* const event = mpv_wait_event(m_handle->get(), 0);
         if (event->event_id == MPV_EVENT_NONE)
             return;
         handleEvent(*event);
@@ -73,12 +73,12 @@ void MpvPlayer::handleEvent(const mpv_event& event) {
         commandReplied(event);
         break;
     case MPV_EVENT_START_FILE:
-        startedEntry_ = static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id;
+        m_startedEntry = static_cast<const mpv_event_start_file*>(event.data)->playlist_entry_id;
         break;
     case MPV_EVENT_FILE_LOADED:
-        if (startedEntry_ == entry_ && heldSeek_) {
-            seek(*heldSeek_);
-            heldSeek_.reset();
+        if (m_startedEntry == m_entry && m_heldSeek) {
+            seek(*m_heldSeek);
+            m_heldSeek.reset();
         }
         break;
     case MPV_EVENT_PLAYBACK_RESTART:
@@ -96,7 +96,7 @@ void MpvPlayer::handleEvent(const mpv_event& event) {
 }
 
 void MpvPlayer::commandReplied(const mpv_event& event) {
-    if (event.reply_userdata == loadRequest_ && loadRequest_ != 0) {
+    if (event.reply_userdata == m_loadRequest && m_loadRequest != 0) {
         if (event.error < 0) {
             failed(mpv_error_string(event.error));
             return;
@@ -104,36 +104,36 @@ void MpvPlayer::commandReplied(const mpv_event& event) {
         const mpv_node& result = static_cast<const mpv_event_command*>(event.data)->result;
         for (int i = 0; result.format == MPV_FORMAT_NODE_MAP && i < result.u.list->num; ++i)
             if (std::strcmp(result.u.list->keys[i], "playlist_entry_id") == 0)
-                entry_ = result.u.list->values[i].u.int64;
-    } else if (event.reply_userdata == seekRequest_ && seekRequest_ != 0) {
-        seekExecuted_ = true;
+                m_entry = result.u.list->values[i].u.int64;
+    } else if (event.reply_userdata == m_seekRequest && m_seekRequest != 0) {
+        m_seekExecuted = true;
         if (event.error < 0)
-            seekTarget_.reset();
+            m_seekTarget.reset();
     }
 }
 
 void MpvPlayer::logMessage(const mpv_event_log_message& message) {
-    if (!firstError_.empty())
+    if (!m_firstError.empty())
         return;
-    firstError_ = message.text;
-    firstError_.erase(firstError_.find_last_not_of("\r\n .") + 1);
+    m_firstError = message.text;
+    m_firstError.erase(m_firstError.find_last_not_of("\r\n .") + 1);
 }
 
 void MpvPlayer::playbackRestarted() {
-    if (startedEntry_ != entry_)
+    if (m_startedEntry != m_entry)
         return;
-    if (seekExecuted_ && seekTarget_) {
-        position_ = seekTarget_;
-        seekTarget_.reset();
+    if (m_seekExecuted && m_seekTarget) {
+        m_position = m_seekTarget;
+        m_seekTarget.reset();
     }
-    if (steppingBack_) {
-        steppingBack_ = false;
+    if (m_steppingBack) {
+        m_steppingBack = false;
         step(0);
     }
-    if (phase_ == Phase::Opening)
-        mpv_get_property_async(handle_->get(), loadRequest_ | videoTrackQuestion, "vid",
+    if (m_phase == Phase::Opening)
+        mpv_get_property_async(m_handle->get(), m_loadRequest | videoTrackQuestion, "vid",
                                MPV_FORMAT_STRING);
-    else if (state_ == PlayState::Playing)
+    else if (m_state == PlayState::Playing)
         askForEnd();
 }
 
@@ -141,10 +141,10 @@ void MpvPlayer::propertyReplied(const mpv_event& event) {
     const auto& property = *static_cast<const mpv_event_property*>(event.data);
     if (event.reply_userdata == endReachedQuestion) {
         const bool end = event.error >= 0 && *static_cast<int*>(property.data) != 0;
-        if (end && state_ == PlayState::Playing && (!seekTarget_ || seekExecuted_))
+        if (end && m_state == PlayState::Playing && (!m_seekTarget || m_seekExecuted))
             ended();
-    } else if (event.reply_userdata == (loadRequest_ | videoTrackQuestion) &&
-               phase_ == Phase::Opening) {
+    } else if (event.reply_userdata == (m_loadRequest | videoTrackQuestion) &&
+               m_phase == Phase::Opening) {
         if (event.error >= 0 && std::strcmp(*static_cast<char**>(property.data), "no") != 0)
             opened();
         else
@@ -153,90 +153,90 @@ void MpvPlayer::propertyReplied(const mpv_event& event) {
 }
 
 void MpvPlayer::opened() {
-    phase_ = Phase::Opened;
-    if (link_->picture)
-        link_->picture->showPicture();
-    if (heldSeek_) {
-        seek(*heldSeek_);
-        heldSeek_.reset();
+    m_phase = Phase::Opened;
+    if (m_link->picture)
+        m_link->picture->showPicture();
+    if (m_heldSeek) {
+        seek(*m_heldSeek);
+        m_heldSeek.reset();
     }
-    if (wanted_ == Wanted::Play)
-        handle_->setFlag("pause", false);
-    setState(wanted_ == Wanted::Play    ? PlayState::Playing
-             : wanted_ == Wanted::Pause ? PlayState::Paused
-                                        : PlayState::Stopped);
+    if (m_wanted == Wanted::Play)
+        m_handle->setFlag("pause", false);
+    setState(m_wanted == Wanted::Play    ? PlayState::Playing
+             : m_wanted == Wanted::Pause ? PlayState::Paused
+                                         : PlayState::Stopped);
 }
 
 void MpvPlayer::fileEnded(const mpv_event_end_file& end) {
-    if (end.playlist_entry_id != entry_ || phase_ == Phase::Closed)
+    if (end.playlist_entry_id != m_entry || m_phase == Phase::Closed)
         return;
     if (end.reason == MPV_END_FILE_REASON_ERROR)
         failed(mpv_error_string(end.error));
-    else if (end.reason == MPV_END_FILE_REASON_EOF && phase_ == Phase::Opening)
+    else if (end.reason == MPV_END_FILE_REASON_EOF && m_phase == Phase::Opening)
         failed("no picture that can be decoded");
     else if (end.reason == MPV_END_FILE_REASON_EOF)
         ended();
 }
 
 void MpvPlayer::failed(const std::string& reason) {
-    phase_ = Phase::Closed;
-    wanted_ = Wanted::Nothing;
-    heldSeek_.reset();
-    seekTarget_.reset();
-    position_.reset();
-    duration_.reset();
-    entry_ = -1;
-    handle_->command({"stop"});
-    if (link_->picture)
-        link_->picture->clearPicture();
+    m_phase = Phase::Closed;
+    m_wanted = Wanted::Nothing;
+    m_heldSeek.reset();
+    m_seekTarget.reset();
+    m_position.reset();
+    m_duration.reset();
+    m_entry = -1;
+    m_handle->command({"stop"});
+    if (m_link->picture)
+        m_link->picture->clearPicture();
     setState(PlayState::Undefined);
-    report(&MpvPlayer::failureListener_, reason);
+    report(&MpvPlayer::m_failureListener, reason);
 }
 
 void MpvPlayer::report(FailureListener MpvPlayer::*listener, const std::string& reason) {
     // Queued behind libmpv's log, whose lines arrive after the event that they explain.
     QMetaObject::invokeMethod(
-        &context_,
-        [this, listener, path = url_, reason] {
-            const bool same = path == url_ && !firstError_.empty();
-            (this->*listener)(path, same ? reason + ": " + firstError_ : reason);
+        &m_context,
+        [this, listener, path = m_url, reason] {
+            const bool same = path == m_url && !m_firstError.empty();
+            (this->*listener)(path, same ? reason + ": " + m_firstError : reason);
         },
         Qt::QueuedConnection);
 }
 
 void MpvPlayer::positionChanged(const mpv_event_property& property) {
-    position_ = numberOf(property);
+    m_position = numberOf(property);
 }
 
 void MpvPlayer::durationChanged(const mpv_event_property& property) {
-    duration_ = numberOf(property);
+    m_duration = numberOf(property);
 }
 
 void MpvPlayer::endReachedChanged(const mpv_event_property& property) {
     const bool end = property.format == MPV_FORMAT_FLAG && *static_cast<int*>(property.data) != 0;
-    if (!end || state_ != PlayState::Playing)
+    if (!end || m_state != PlayState::Playing)
         return;
-    if (!seekTarget_)
+    if (!m_seekTarget)
         ended();
-    else if (seekExecuted_)
+    else if (m_seekExecuted)
         // Either the seek went to the end, or this is old news from before it.
         askForEnd();
 }
 
 void MpvPlayer::askForEnd() {
-    mpv_get_property_async(handle_->get(), endReachedQuestion, "eof-reached", MPV_FORMAT_FLAG);
+    mpv_get_property_async(m_handle->get(), endReachedQuestion, "eof-reached", MPV_FORMAT_FLAG);
 }
 
 void MpvPlayer::ended() {
-    handle_->setFlag("pause", true);
-    wanted_ = Wanted::Nothing;
-    atEnd_ = true;
-    seekTarget_.reset();
-    if (position_ && duration_ && *position_ + earlyEndSeconds < *duration_)
-        report(&MpvPlayer::earlyEndListener_,
-               "ends at " + clockText(*position_) + " of " + clockText(*duration_));
+    m_handle->setFlag("pause", true);
+    m_wanted = Wanted::Nothing;
+    m_atEnd = true;
+    m_seekTarget.reset();
+    if (m_position && m_duration && *m_position + earlyEndSeconds < *m_duration)
+        report(&MpvPlayer::m_earlyEndListener,
+               "ends at " + clockText(*m_position) + " of " + clockText(*m_duration));
     sendState(PlayState::MediaEnded);
-    state_ = PlayState::Undefined;
+    m_state = PlayState::Undefined;
     setState(PlayState::Stopped);
 }
 

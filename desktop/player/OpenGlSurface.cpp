@@ -6,7 +6,7 @@
 namespace velmorant {
 
 OpenGlSurface::OpenGlSurface(MpvPlayer& player, QWidget* parent)
-    : QOpenGLWidget(parent), link_(player.link()), handle_(player.handle()) {
+    : QOpenGLWidget(parent), m_link(player.link()), m_handle(player.handle()) {
     // A held picture stays in the buffer.
     setUpdateBehavior(QOpenGLWidget::PartialUpdate);
 }
@@ -19,8 +19,8 @@ void OpenGlSurface::initializeGL() {
     // Moving the widget to another window may make a new drawing context.
     connect(context(), &QOpenGLContext::aboutToBeDestroyed, this, [this] {
         releaseContext();
-        if (link_->player)
-            link_->player->pictureLost();
+        if (m_link->player)
+            m_link->player->pictureLost();
     });
     mpv_opengl_init_params functions = {
         [](void*, const char* name) {
@@ -31,46 +31,46 @@ void OpenGlSurface::initializeGL() {
         {MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_OPENGL)},
         {MPV_RENDER_PARAM_OPENGL_INIT_PARAMS, &functions},
         {MPV_RENDER_PARAM_INVALID, nullptr}};
-    if (mpv_render_context_create(&context_, handle_->get(), parameters) < 0) {
-        context_ = nullptr;
+    if (mpv_render_context_create(&m_context, m_handle->get(), parameters) < 0) {
+        m_context = nullptr;
         return;
     }
     mpv_render_context_set_update_callback(
-        context_,
+        m_context,
         [](void* self) {
             auto* surface = static_cast<OpenGlSurface*>(self);
             QMetaObject::invokeMethod(
                 surface, [surface] { surface->frameArrived(); }, Qt::QueuedConnection);
         },
         this);
-    if (link_->player)
-        link_->player->pictureReady();
+    if (m_link->player)
+        m_link->player->pictureReady();
 }
 
 void OpenGlSurface::releaseContext() {
-    if (!context_)
+    if (!m_context)
         return;
     makeCurrent();
-    mpv_render_context_set_update_callback(context_, nullptr, nullptr);
-    mpv_render_context_free(context_);
-    context_ = nullptr;
+    mpv_render_context_set_update_callback(m_context, nullptr, nullptr);
+    mpv_render_context_free(m_context);
+    m_context = nullptr;
     doneCurrent();
 }
 
 void OpenGlSurface::show() {
-    content_ = Content::Video;
+    m_content = Content::Video;
     update();
 }
 
 void OpenGlSurface::clear() {
-    content_ = Content::Black;
+    m_content = Content::Black;
     update();
 }
 
 void OpenGlSurface::frameArrived() {
-    if (!context_ || !(mpv_render_context_update(context_) & MPV_RENDER_UPDATE_FRAME))
+    if (!m_context || !(mpv_render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME))
         return;
-    if (isVisible() && content_ == Content::Video) {
+    if (isVisible() && m_content == Content::Video) {
         update();
         return;
     }
@@ -80,15 +80,15 @@ void OpenGlSurface::frameArrived() {
                                      {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &no},
                                      {MPV_RENDER_PARAM_INVALID, nullptr}};
     makeCurrent();
-    mpv_render_context_render(context_, parameters);
+    mpv_render_context_render(m_context, parameters);
     doneCurrent();
 }
 
 void OpenGlSurface::paintGL() {
-    if (content_ == Content::Held)
+    if (m_content == Content::Held)
         return;
     QOpenGLFunctions& functions = *context()->functions();
-    if (!context_ || content_ == Content::Black) {
+    if (!m_context || m_content == Content::Black) {
         functions.glClearColor(0, 0, 0, 1);
         functions.glClear(GL_COLOR_BUFFER_BIT);
         return;
@@ -102,7 +102,7 @@ void OpenGlSurface::paintGL() {
                                      {MPV_RENDER_PARAM_FLIP_Y, &yes},
                                      {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &no},
                                      {MPV_RENDER_PARAM_INVALID, nullptr}};
-    mpv_render_context_render(context_, parameters);
+    mpv_render_context_render(m_context, parameters);
 }
 
 } // namespace velmorant

@@ -16,10 +16,10 @@ class OpenGlSurface : public QOpenGLWidget, public VideoSurface {
     ~OpenGlSurface() override;
 
     QWidget& widget() override { return *this; }
-    void hold() override { content_ = content_ == Content::Video ? Content::Held : content_; }
+    void hold() override { m_content = m_content == Content::Video ? Content::Held : m_content; }
     void show() override;
     void clear() override;
-    bool drawsUnseen() const override { return context_; }
+    bool drawsUnseen() const override { return m_context; }
 
   protected:
     void initializeGL() override;
@@ -30,10 +30,10 @@ class OpenGlSurface : public QOpenGLWidget, public VideoSurface {
     void frameArrived();
     void releaseContext();
 
-    std::shared_ptr<PictureLink> link_;
-    std::shared_ptr<MpvHandle> handle_;
-    mpv_render_context* context_ = nullptr;
-    Content content_ = Content::Black;
+    std::shared_ptr<PictureLink> m_link;
+    std::shared_ptr<MpvHandle> m_handle;
+    mpv_render_context* m_context = nullptr;
+    Content m_content = Content::Black;
 };
 
 } // namespace velmorant

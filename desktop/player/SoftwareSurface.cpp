@@ -14,16 +14,16 @@ constexpr std::size_t alignment = 64;
 } // namespace
 
 SoftwareSurface::SoftwareSurface(MpvPlayer& player, QWidget* parent)
-    : QWidget(parent), handle_(player.handle()) {
+    : QWidget(parent), m_handle(player.handle()) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     mpv_render_param parameters[] = {
         {MPV_RENDER_PARAM_API_TYPE, const_cast<char*>(MPV_RENDER_API_TYPE_SW)},
         {MPV_RENDER_PARAM_INVALID, nullptr}};
-    const int status = mpv_render_context_create(&context_, handle_->get(), parameters);
+    const int status = mpv_render_context_create(&m_context, m_handle->get(), parameters);
     if (status < 0)
         throw StepError(std::string("libmpv cannot draw: ") + mpv_error_string(status));
     mpv_render_context_set_update_callback(
-        context_,
+        m_context,
         [](void* self) {
             auto* surface = static_cast<SoftwareSurface*>(self);
             QMetaObject::invokeMethod(
@@ -33,29 +33,29 @@ SoftwareSurface::SoftwareSurface(MpvPlayer& player, QWidget* parent)
 }
 
 SoftwareSurface::~SoftwareSurface() {
-    mpv_render_context_set_update_callback(context_, nullptr, nullptr);
-    mpv_render_context_free(context_);
+    mpv_render_context_set_update_callback(m_context, nullptr, nullptr);
+    mpv_render_context_free(m_context);
 }
 
 void SoftwareSurface::hold() {
-    if (content_ == Content::Video)
-        content_ = Content::Held;
+    if (m_content == Content::Video)
+        m_content = Content::Held;
 }
 
 void SoftwareSurface::show() {
-    content_ = Content::Video;
+    m_content = Content::Video;
     draw();
 }
 
 void SoftwareSurface::clear() {
-    content_ = Content::Black;
+    m_content = Content::Black;
     update();
 }
 
 void SoftwareSurface::frameArrived() {
-    if (!(mpv_render_context_update(context_) & MPV_RENDER_UPDATE_FRAME))
+    if (!(mpv_render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME))
         return;
-    if (isVisible() && content_ == Content::Video)
+    if (isVisible() && m_content == Content::Video)
         draw();
     else
         skip();
@@ -67,7 +67,7 @@ void SoftwareSurface::skip() {
     mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SKIP_RENDERING, &yes},
                                      {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &no},
                                      {MPV_RENDER_PARAM_INVALID, nullptr}};
-    mpv_render_context_render(context_, parameters);
+    mpv_render_context_render(m_context, parameters);
 }
 
 void SoftwareSurface::draw() {
@@ -76,14 +76,14 @@ void SoftwareSurface::draw() {
         return skip();
     std::size_t stride =
         (static_cast<std::size_t>(size.width()) * 4 + alignment - 1) / alignment * alignment;
-    if (image_.size() != size) {
-        memory_.assign(stride * static_cast<std::size_t>(size.height()) + alignment, 0);
-        void* start = memory_.data();
-        std::size_t space = memory_.size();
+    if (m_image.size() != size) {
+        m_memory.assign(stride * static_cast<std::size_t>(size.height()) + alignment, 0);
+        void* start = m_memory.data();
+        std::size_t space = m_memory.size();
         std::align(alignment, space - alignment, start, space);
-        image_ = QImage(static_cast<uchar*>(start), size.width(), size.height(),
-                        static_cast<qsizetype>(stride), QImage::Format_RGB32);
-        image_.setDevicePixelRatio(devicePixelRatioF());
+        m_image = QImage(static_cast<uchar*>(start), size.width(), size.height(),
+                         static_cast<qsizetype>(stride), QImage::Format_RGB32);
+        m_image.setDevicePixelRatio(devicePixelRatioF());
     }
     std::array<int, 2> target = {size.width(), size.height()};
     char format[] = "bgr0";
@@ -92,29 +92,29 @@ void SoftwareSurface::draw() {
         {MPV_RENDER_PARAM_SW_SIZE, target.data()},
         {MPV_RENDER_PARAM_SW_FORMAT, format},
         {MPV_RENDER_PARAM_SW_STRIDE, &stride},
-        {MPV_RENDER_PARAM_SW_POINTER, const_cast<uchar*>(image_.constBits())},
+        {MPV_RENDER_PARAM_SW_POINTER, const_cast<uchar*>(m_image.constBits())},
         {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, &no}, // never wait in the window's thread
         {MPV_RENDER_PARAM_INVALID, nullptr}};
-    mpv_render_context_render(context_, parameters);
+    mpv_render_context_render(m_context, parameters);
     update();
 }
 
 void SoftwareSurface::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (content_ == Content::Black || image_.isNull())
+    if (m_content == Content::Black || m_image.isNull())
         painter.fillRect(rect(), Qt::black);
     else
-        painter.drawImage(rect(), image_);
+        painter.drawImage(rect(), m_image);
 }
 
 void SoftwareSurface::resizeEvent(QResizeEvent*) {
-    if (content_ == Content::Video)
+    if (m_content == Content::Video)
         draw();
 }
 
 void SoftwareSurface::showEvent(QShowEvent*) {
     // The frames of the meantime were not drawn.
-    if (content_ == Content::Video)
+    if (m_content == Content::Video)
         draw();
 }
 

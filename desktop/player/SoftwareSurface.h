@@ -33,11 +33,11 @@ class SoftwareSurface : public QWidget, public VideoSurface {
     void draw();
     void skip();
 
-    std::shared_ptr<MpvHandle> handle_;
-    mpv_render_context* context_ = nullptr;
-    Content content_ = Content::Black;
-    std::vector<uchar> memory_;
-    QImage image_; ///< a view of memory_
+    std::shared_ptr<MpvHandle> m_handle;
+    mpv_render_context* m_context = nullptr;
+    Content m_content = Content::Black;
+    std::vector<uchar> m_memory;
+    QImage m_image; ///< a view of m_memory
 };
 
 } // namespace velmorant

@@ -14,63 +14,63 @@
 namespace velmorant {
 
 VideoWidget::VideoWidget(MpvPlayer& player, QWidget* parent)
-    : QWidget(parent), link_(player.link()) {
+    : QWidget(parent), m_link(player.link()) {
     if (player.videoOutput() == VideoOutput::OpenGl)
-        surface_ = new OpenGlSurface(player, this);
+        m_surface = new OpenGlSurface(player, this);
     else
-        surface_ = new SoftwareSurface(player, this);
-    surfaceWidget_ = &surface_->widget();
+        m_surface = new SoftwareSurface(player, this);
+    m_surfaceWidget = &m_surface->widget();
     picture().hide();
     picture().installEventFilter(this);
-    link_->picture = this;
+    m_link->picture = this;
 }
 
 VideoWidget::~VideoWidget() {
-    link_->picture = nullptr;
-    if (surfaceWidget_) {
-        surfaceWidget_->removeEventFilter(this);
-        delete surfaceWidget_; // in full screen it has no parent
+    m_link->picture = nullptr;
+    if (m_surfaceWidget) {
+        m_surfaceWidget->removeEventFilter(this);
+        delete m_surfaceWidget; // in full screen it has no parent
     }
 }
 
 void VideoWidget::setPictureVisible(bool visible) {
-    pictureVisible_ = visible;
+    m_pictureVisible = visible;
     if (!visible)
         setFullScreenPicture(false);
     placePicture();
 }
 
 void VideoWidget::placePicture() {
-    if (!fullScreen_)
-        picture().setVisible(pictureVisible_ && (pictureThere_ || !surface_->drawsUnseen()));
+    if (!m_fullScreen)
+        picture().setVisible(m_pictureVisible && (m_pictureThere || !m_surface->drawsUnseen()));
 }
 
 void VideoWidget::holdPicture() {
     if (!picture().isHidden()) {
-        surface_->hold();
+        m_surface->hold();
         return;
     }
     // What was seen last is the background: the picture of another recording must not come between.
-    surface_->clear();
-    pictureThere_ = false;
+    m_surface->clear();
+    m_pictureThere = false;
 }
 
 void VideoWidget::showPicture() {
-    surface_->show();
-    pictureThere_ = true;
+    m_surface->show();
+    m_pictureThere = true;
     placePicture();
 }
 
 void VideoWidget::clearPicture() {
-    surface_->clear();
-    pictureThere_ = false;
+    m_surface->clear();
+    m_pictureThere = false;
     placePicture();
 }
 
 void VideoWidget::setFullScreenPicture(bool fullScreen) {
-    if (fullScreen == fullScreen_ || (fullScreen && !pictureVisible_))
+    if (fullScreen == m_fullScreen || (fullScreen && !m_pictureVisible))
         return;
-    fullScreen_ = fullScreen;
+    m_fullScreen = fullScreen;
     if (fullScreen) {
         picture().setParent(nullptr, Qt::Window | Qt::FramelessWindowHint);
         picture().setGeometry(screen()->geometry());
@@ -79,16 +79,16 @@ void VideoWidget::setFullScreenPicture(bool fullScreen) {
     } else {
         picture().setWindowState(Qt::WindowNoState);
         picture().setParent(this, Qt::Widget);
-        picture().setGeometry(QRect(QPoint(), pictureSize_));
+        picture().setGeometry(QRect(QPoint(), m_pictureSize));
         placePicture();
         window()->activateWindow();
     }
 }
 
 void VideoWidget::setPictureSize(int width, int height) {
-    pictureSize_ = QSize(width, height);
-    if (!fullScreen_)
-        picture().setGeometry(QRect(QPoint(), pictureSize_));
+    m_pictureSize = QSize(width, height);
+    if (!m_fullScreen)
+        picture().setGeometry(QRect(QPoint(), m_pictureSize));
 }
 
 bool VideoWidget::setBackgroundPicture(const std::string& path) {
@@ -96,8 +96,8 @@ bool VideoWidget::setBackgroundPicture(const std::string& path) {
     reader.setDecideFormatFromContent(true);
     if (!reader.canRead())
         return false;
-    backgroundPath_ = reader.fileName();
-    background_ = {};
+    m_backgroundPath = reader.fileName();
+    m_background = {};
     update();
     return true;
 }
@@ -114,11 +114,11 @@ bool VideoWidget::eventFilter(QObject* watched, QEvent* event) {
         return reportWheel(*event);
     case QEvent::KeyPress:
     case QEvent::KeyRelease:
-        if (!fullScreen_)
+        if (!m_fullScreen)
             break; // the widget's parent gets it anyway
         return QCoreApplication::sendEvent(this, event);
     case QEvent::Close:
-        if (!fullScreen_)
+        if (!m_fullScreen)
             break;
         event->ignore(); // the window manager closes the full screen, not the player
         setFullScreenPicture(false);
@@ -143,17 +143,17 @@ bool VideoWidget::reportMouse(QEvent& event, MouseAction action) {
     report.x = mouse.position().toPoint().x();
     report.y = mouse.position().toPoint().y();
     if (report.button != 0)
-        mouseListener_(report);
+        m_mouseListener(report);
     return true;
 }
 
 bool VideoWidget::reportWheel(QEvent& event) {
     constexpr int anglePerStep = 120;
-    wheelAngle_ += static_cast<QWheelEvent&>(event).angleDelta().y();
-    const int steps = wheelAngle_ / anglePerStep;
-    wheelAngle_ -= steps * anglePerStep;
+    m_wheelAngle += static_cast<QWheelEvent&>(event).angleDelta().y();
+    const int steps = m_wheelAngle / anglePerStep;
+    m_wheelAngle -= steps * anglePerStep;
     if (steps != 0)
-        wheelListener_(steps);
+        m_wheelListener(steps);
     event.accept();
     return true;
 }
@@ -161,9 +161,9 @@ bool VideoWidget::reportWheel(QEvent& event) {
 void VideoWidget::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
-    if (!backgroundPath_.isEmpty() && background_.size() != wanted && !wanted.isEmpty()) {
+    if (!m_backgroundPath.isEmpty() && m_background.size() != wanted && !wanted.isEmpty()) {
         // Read anew at each size: a vector drawing stays sharp.
-        QImageReader reader(backgroundPath_);
+        QImageReader reader(m_backgroundPath);
         reader.setDecideFormatFromContent(true);
         QSize fitted = reader.size();
         if (reader.supportsOption(QImageIOHandler::ScaledSize) && !fitted.isEmpty())
@@ -173,28 +173,28 @@ void VideoWidget::paintEvent(QPaintEvent*) {
         const QRect middle(
             QPoint((image.width() - wanted.width()) / 2, (image.height() - wanted.height()) / 2),
             wanted);
-        background_ = QPixmap::fromImage(image.copy(middle));
+        m_background = QPixmap::fromImage(image.copy(middle));
     }
-    if (background_.isNull())
+    if (m_background.isNull())
         painter.fillRect(rect(), Qt::black);
     else
-        painter.drawPixmap(rect(), background_);
+        painter.drawPixmap(rect(), m_background);
 }
 
 void VideoWidget::resizeEvent(QResizeEvent*) {
-    resizeListener_.latest(width(), height());
+    m_resizeListener.latest(width(), height());
 }
 
 void VideoWidget::onMouse(GatedListener<PictureMouseEvent> listener) {
-    mouseListener_ = std::move(listener);
+    m_mouseListener = std::move(listener);
 }
 
 void VideoWidget::onWheel(GatedListener<int> listener) {
-    wheelListener_ = std::move(listener);
+    m_wheelListener = std::move(listener);
 }
 
 void VideoWidget::onResize(GatedListener<int, int> listener) {
-    resizeListener_ = std::move(listener);
+    m_resizeListener = std::move(listener);
 }
 
 } // namespace velmorant

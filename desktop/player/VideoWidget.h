@@ -30,7 +30,7 @@ class VideoWidget : public QWidget, private PictureListener {
     ~VideoWidget() override;
 
     void setPictureVisible(bool visible);
-    bool isFullScreenPicture() const { return fullScreen_; }
+    bool isFullScreenPicture() const { return m_fullScreen; }
     void setFullScreenPicture(bool fullScreen);
     void setPictureSize(int width, int height);
     bool setBackgroundPicture(const std::string& path);
@@ -52,39 +52,39 @@ class VideoWidget : public QWidget, private PictureListener {
     void placePicture();
     bool reportMouse(QEvent& event, MouseAction action);
     bool reportWheel(QEvent& event);
-    QWidget& picture() { return surface_->widget(); }
+    QWidget& picture() { return m_surface->widget(); }
 
-    VideoSurface* surface_; ///< a child widget, deleted as such
-    QPointer<QWidget> surfaceWidget_;
-    std::shared_ptr<PictureLink> link_;
-    QSize pictureSize_;
-    bool pictureVisible_ = false; ///< as asked for
-    bool pictureThere_ = false;   ///< the present recording has one, or an earlier one is held
-    bool fullScreen_ = false;
-    int wheelAngle_ = 0;
-    QString backgroundPath_;
-    QPixmap background_; ///< at the widget's size
-    GatedListener<PictureMouseEvent> mouseListener_;
-    GatedListener<int> wheelListener_;
-    GatedListener<int, int> resizeListener_;
+    VideoSurface* m_surface; ///< a child widget, deleted as such
+    QPointer<QWidget> m_surfaceWidget;
+    std::shared_ptr<PictureLink> m_link;
+    QSize m_pictureSize;
+    bool m_pictureVisible = false; ///< as asked for
+    bool m_pictureThere = false;   ///< the present recording has one, or an earlier one is held
+    bool m_fullScreen = false;
+    int m_wheelAngle = 0;
+    QString m_backgroundPath;
+    QPixmap m_background; ///< at the widget's size
+    GatedListener<PictureMouseEvent> m_mouseListener;
+    GatedListener<int> m_wheelListener;
+    GatedListener<int, int> m_resizeListener;
 };
 
 /// VideoWidget as the logic's port.
 class VideoWidgetView : public PlayerView {
   public:
-    explicit VideoWidgetView(VideoWidget& widget) : widget_(widget) {}
-    void setVisible(bool visible) override { widget_.setPictureVisible(visible); }
-    bool fullScreen() const override { return widget_.isFullScreenPicture(); }
-    void setFullScreen(bool fullScreen) override { widget_.setFullScreenPicture(fullScreen); }
+    explicit VideoWidgetView(VideoWidget& widget) : m_widget(widget) {}
+    void setVisible(bool visible) override { m_widget.setPictureVisible(visible); }
+    bool fullScreen() const override { return m_widget.isFullScreenPicture(); }
+    void setFullScreen(bool fullScreen) override { m_widget.setFullScreenPicture(fullScreen); }
     /// The picture never has controls of its own.
     void setUiMode(const std::string&) override {}
-    void setSize(int width, int height) override { widget_.setPictureSize(width, height); }
+    void setSize(int width, int height) override { m_widget.setPictureSize(width, height); }
     bool setBackgroundPicture(const std::string& path) override {
-        return widget_.setBackgroundPicture(path);
+        return m_widget.setBackgroundPicture(path);
     }
 
   private:
-    VideoWidget& widget_;
+    VideoWidget& m_widget;
 };
 
 } // namespace velmorant

@@ -37,14 +37,14 @@ std::string reasonOf(const std::string& statusLine) {
 } // namespace
 
 CurlHttpTransfer::CurlHttpTransfer(GatedDelivery delivery)
-    : easy_(curl_easy_init()), delivery_(std::move(delivery)) {
-    if (!easy_)
+    : m_easy(curl_easy_init()), m_delivery(std::move(delivery)) {
+    if (!m_easy)
         throw std::bad_alloc();
     setUp();
     setUpCertificates();
-    idle_.setSingleShot(true);
-    idle_.setInterval(keptFor);
-    QObject::connect(&idle_, &QTimer::timeout, &idle_, [this] { loop_.reset(); });
+    m_idle.setSingleShot(true);
+    m_idle.setInterval(keptFor);
+    QObject::connect(&m_idle, &QTimer::timeout, &m_idle, [this] { m_loop.reset(); });
 }
 
 CurlHttpTransfer::~CurlHttpTransfer() {
@@ -52,10 +52,10 @@ CurlHttpTransfer::~CurlHttpTransfer() {
 }
 
 void CurlHttpTransfer::setUp() {
-    CURL* const easy = easy_.get();
+    CURL* const easy = m_easy.get();
     // A packed body would not have the length that its header names.
-    headers_.reset(curl_slist_append(nullptr, "Accept-Encoding: identity"));
-    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, headers_.get());
+    m_headers.reset(curl_slist_append(nullptr, "Accept-Encoding: identity"));
+    curl_easy_setopt(easy, CURLOPT_HTTPHEADER, m_headers.get());
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "VelmorantDVRTools/" VELMORANT_VERSION);
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     // The newer version lets a server send megabytes that nobody has asked for yet.
@@ -65,7 +65,7 @@ void CurlHttpTransfer::setUp() {
     curl_easy_setopt(easy, CURLOPT_CONNECTTIMEOUT, timeoutSeconds);
     curl_easy_setopt(easy, CURLOPT_LOW_SPEED_TIME, timeoutSeconds);
     curl_easy_setopt(easy, CURLOPT_LOW_SPEED_LIMIT, 1L);
-    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, error_.data());
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, m_error.data());
     curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &CurlHttpTransfer::headerArrived);
     curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
     curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &CurlHttpTransfer::bodyArrived);
@@ -77,22 +77,22 @@ void CurlHttpTransfer::setUpCertificates() {
     const QByteArray file = qgetenv("SSL_CERT_FILE");
     const QByteArray folder = qgetenv("SSL_CERT_DIR");
     if (!file.isEmpty())
-        curl_easy_setopt(easy_.get(), CURLOPT_CAINFO, file.constData());
+        curl_easy_setopt(m_easy.get(), CURLOPT_CAINFO, file.constData());
     if (!folder.isEmpty())
-        curl_easy_setopt(easy_.get(), CURLOPT_CAPATH, folder.constData());
+        curl_easy_setopt(m_easy.get(), CURLOPT_CAPATH, folder.constData());
 }
 
 void CurlHttpTransfer::setPort(int port) {
-    port_ = port;
+    m_port = port;
 }
 
 void CurlHttpTransfer::get(const std::string& text) {
     drop();
-    redirections_ = 0;
+    m_redirections = 0;
     QUrl url(QString::fromStdString(text), QUrl::TolerantMode);
     if (isWeb(url)) {
         if (url.scheme() == "http" && url.port() == -1)
-            url.setPort(port_);
+            url.setPort(m_port);
         begin(url);
     } else {
         tellLater([this] { fail(0, "not an http address"); });
@@ -100,30 +100,30 @@ void CurlHttpTransfer::get(const std::string& text) {
 }
 
 void CurlHttpTransfer::begin(const QUrl& url) {
-    if (!loop_)
-        loop_ = std::make_unique<CurlLoop>([this] { progressed(); });
-    idle_.stop();
-    asked_ = url;
-    error_.fill('\0');
+    if (!m_loop)
+        m_loop = std::make_unique<CurlLoop>([this] { progressed(); });
+    m_idle.stop();
+    m_asked = url;
+    m_error.fill('\0');
     const QByteArray address = url.toEncoded(QUrl::RemoveFragment);
-    curl_easy_setopt(easy_.get(), CURLOPT_URL, address.constData());
-    running_ = true;
-    if (!loop_->add(easy_.get()) || headersComplete_)
+    curl_easy_setopt(m_easy.get(), CURLOPT_URL, address.constData());
+    m_running = true;
+    if (!m_loop->add(m_easy.get()) || m_headersComplete)
         tellLater([this] { progressed(); });
 }
 
 void CurlHttpTransfer::drop() {
-    ++generation_;
-    if (std::exchange(running_, false))
-        loop_->remove(easy_.get());
-    if (loop_)
-        idle_.start();
-    statusLine_.clear();
-    headersComplete_ = announced_ = dataTold_ = paused_ = complete_ = false;
-    body_.clear();
-    taken_ = 0;
-    responseCode_ = 0;
-    responseText_.clear();
+    ++m_generation;
+    if (std::exchange(m_running, false))
+        m_loop->remove(m_easy.get());
+    if (m_loop)
+        m_idle.start();
+    m_statusLine.clear();
+    m_headersComplete = m_announced = m_dataTold = m_paused = m_complete = false;
+    m_body.clear();
+    m_taken = 0;
+    m_responseCode = 0;
+    m_responseText.clear();
 }
 
 void CurlHttpTransfer::cancel() {
@@ -138,16 +138,16 @@ std::size_t CurlHttpTransfer::headerArrived(const char* line, std::size_t, std::
 
 void CurlHttpTransfer::takeHeader(std::string_view line) {
     // The lines behind a body in pieces are headers too.
-    if (headersComplete_)
+    if (m_headersComplete)
         return;
     while (line.ends_with('\n') || line.ends_with('\r'))
         line.remove_suffix(1);
     if (line.starts_with("HTTP/")) {
-        statusLine_ = line;
+        m_statusLine = line;
     } else if (line.empty()) {
         long status = 0;
-        curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
-        headersComplete_ = status >= 200;
+        curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
+        m_headersComplete = status >= 200;
     }
 }
 
@@ -155,51 +155,51 @@ std::size_t CurlHttpTransfer::bodyArrived(const char* bytes, std::size_t, std::s
                                           void* self) {
     auto* const transfer = static_cast<CurlHttpTransfer*>(self);
     if (transfer->waiting() >= bufferSize) {
-        transfer->paused_ = true;
+        transfer->m_paused = true;
         return CURL_WRITEFUNC_PAUSE;
     }
-    transfer->body_.erase(0, std::exchange(transfer->taken_, 0));
-    transfer->body_.append(bytes, size);
+    transfer->m_body.erase(0, std::exchange(transfer->m_taken, 0));
+    transfer->m_body.append(bytes, size);
     return size;
 }
 
 void CurlHttpTransfer::progressed() {
-    if (!running_)
+    if (!m_running)
         return;
-    const auto result = loop_->takeResult();
+    const auto result = m_loop->takeResult();
     if (result) {
-        running_ = false;
-        idle_.start();
+        m_running = false;
+        m_idle.start();
     }
-    const unsigned asked = generation_;
-    if (headersComplete_ && !announced_)
+    const unsigned asked = m_generation;
+    if (m_headersComplete && !m_announced)
         responseBegan();
-    if (asked == generation_ && result)
+    if (asked == m_generation && result)
         ended(*result);
-    if (asked == generation_)
+    if (asked == m_generation)
         tellData();
 }
 
 void CurlHttpTransfer::responseBegan() {
     long status = 0;
-    curl_easy_getinfo(easy_.get(), CURLINFO_RESPONSE_CODE, &status);
+    curl_easy_getinfo(m_easy.get(), CURLINFO_RESPONSE_CODE, &status);
     const std::string location = header("Location");
-    const std::string reason = reasonOf(statusLine_);
+    const std::string reason = reasonOf(m_statusLine);
     if (status >= 300 && status < 400 && !location.empty()) {
-        redirected(asked_.resolved(QUrl(QString::fromStdString(location), QUrl::TolerantMode)));
+        redirected(m_asked.resolved(QUrl(QString::fromStdString(location), QUrl::TolerantMode)));
     } else if (status >= 300) {
         fail(static_cast<int>(status), reason);
     } else {
-        responseCode_ = static_cast<int>(status);
-        responseText_ = reason;
+        m_responseCode = static_cast<int>(status);
+        m_responseText = reason;
         announce(TransferState::ResponseCompleted);
     }
 }
 
 void CurlHttpTransfer::redirected(const QUrl& target) {
-    const bool safe = isWeb(target) && target.host() == asked_.host() &&
-                      target.scheme() == asked_.scheme() && portOf(target) == portOf(asked_);
-    if (safe && ++redirections_ < mostRedirections) {
+    const bool safe = isWeb(target) && target.host() == m_asked.host() &&
+                      target.scheme() == m_asked.scheme() && portOf(target) == portOf(m_asked);
+    if (safe && ++m_redirections < mostRedirections) {
         drop();
         begin(target);
     } else {
@@ -209,13 +209,13 @@ void CurlHttpTransfer::redirected(const QUrl& target) {
 }
 
 void CurlHttpTransfer::ended(CURLcode code) {
-    complete_ = code == CURLE_OK && announced_;
-    if (!complete_)
-        fail(responseCode_, described(code));
+    m_complete = code == CURLE_OK && m_announced;
+    if (!m_complete)
+        fail(m_responseCode, described(code));
 }
 
 std::string CurlHttpTransfer::described(CURLcode code) const {
-    std::string detail = error_[0] != '\0' ? error_.data() : curl_easy_strerror(code);
+    std::string detail = m_error[0] != '\0' ? m_error.data() : curl_easy_strerror(code);
     if (code == CURLE_PEER_FAILED_VERIFICATION)
         return "the server's certificate is not trusted: " + detail;
     return detail;
@@ -223,49 +223,49 @@ std::string CurlHttpTransfer::described(CURLcode code) const {
 
 void CurlHttpTransfer::fail(int code, const std::string& text) {
     drop();
-    responseCode_ = code;
-    responseText_ = text;
+    m_responseCode = code;
+    m_responseText = text;
     announce(TransferState::Error);
 }
 
 void CurlHttpTransfer::announce(TransferState state) {
-    announced_ = true;
+    m_announced = true;
     deliver([this, state] {
-        if (listener_)
-            listener_(state);
+        if (m_listener)
+            m_listener(state);
     });
 }
 
 void CurlHttpTransfer::tellData() {
-    if (!announced_ || (waiting() == 0 && !complete_) || std::exchange(dataTold_, true))
+    if (!m_announced || (waiting() == 0 && !m_complete) || std::exchange(m_dataTold, true))
         return;
-    deliver([this, asked = generation_] {
-        dataTold_ = false;
-        if (dataListener_)
-            dataListener_();
-        if (asked == generation_ && waiting() > 0)
+    deliver([this, asked = m_generation] {
+        m_dataTold = false;
+        if (m_dataListener)
+            m_dataListener();
+        if (asked == m_generation && waiting() > 0)
             tellLater([this] { tellData(); });
     });
 }
 
 void CurlHttpTransfer::tellLater(std::function<void()> call) {
-    QTimer::singleShot(0, &idle_, [this, asked = generation_, call = std::move(call)] {
-        if (asked == generation_)
+    QTimer::singleShot(0, &m_idle, [this, asked = m_generation, call = std::move(call)] {
+        if (asked == m_generation)
             call();
     });
 }
 
 void CurlHttpTransfer::deliver(std::function<void()> call) {
-    delivery_([this, asked = generation_, call = std::move(call)] {
-        if (asked == generation_)
+    m_delivery([this, asked = m_generation, call = std::move(call)] {
+        if (asked == m_generation)
             call();
     });
 }
 
 std::string CurlHttpTransfer::header(const std::string& name) const {
     curl_header* found = nullptr;
-    if (!headersComplete_ ||
-        curl_easy_header(easy_.get(), name.c_str(), 0, CURLH_HEADER, -1, &found) != CURLHE_OK)
+    if (!m_headersComplete ||
+        curl_easy_header(m_easy.get(), name.c_str(), 0, CURLH_HEADER, -1, &found) != CURLHE_OK)
         return {};
     return found->value;
 }
@@ -274,36 +274,36 @@ std::vector<std::byte> CurlHttpTransfer::chunk(std::size_t size) {
     const std::size_t count = std::min(size, waiting());
     std::vector<std::byte> bytes(count);
     if (count > 0)
-        std::memcpy(bytes.data(), body_.data() + taken_, count);
-    taken_ += count;
+        std::memcpy(bytes.data(), m_body.data() + m_taken, count);
+    m_taken += count;
     if (waiting() == 0) {
-        body_.clear();
-        taken_ = 0;
+        m_body.clear();
+        m_taken = 0;
         // The rest comes, or the next piece of it at once.
-        if (running_ && std::exchange(paused_, false))
-            curl_easy_pause(easy_.get(), CURLPAUSE_CONT);
+        if (m_running && std::exchange(m_paused, false))
+            curl_easy_pause(m_easy.get(), CURLPAUSE_CONT);
     }
     return bytes;
 }
 
 bool CurlHttpTransfer::atEnd() const {
-    return complete_ && waiting() == 0;
+    return m_complete && waiting() == 0;
 }
 
 int CurlHttpTransfer::responseCode() const {
-    return responseCode_;
+    return m_responseCode;
 }
 
 std::string CurlHttpTransfer::responseText() const {
-    return responseText_;
+    return m_responseText;
 }
 
 void CurlHttpTransfer::onStateChanged(std::function<void(TransferState)> listener) {
-    listener_ = std::move(listener);
+    m_listener = std::move(listener);
 }
 
 void CurlHttpTransfer::onData(std::function<void()> listener) {
-    dataListener_ = std::move(listener);
+    m_dataListener = std::move(listener);
 }
 
 } // namespace velmorant

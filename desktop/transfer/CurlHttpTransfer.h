@@ -74,33 +74,34 @@ class CurlHttpTransfer : public HttpTransfer {
     void tellData();
     void tellLater(std::function<void()> call);
     void deliver(std::function<void()> call);
-    std::size_t waiting() const { return body_.size() - taken_; }
+    std::size_t waiting() const { return m_body.size() - m_taken; }
 
-    std::unique_ptr<CURL, Release> easy_;
-    std::unique_ptr<curl_slist, Release> headers_;
-    std::unique_ptr<CurlLoop> loop_; ///< holds the connection
-    std::array<char, CURL_ERROR_SIZE> error_{};
-    QTimer idle_;
-    GatedDelivery delivery_;
-    QUrl asked_; ///< the present address, after redirections
-    int port_ = 80;
-    int redirections_ = 0;
-    unsigned generation_ = 0; ///< of the present transfer: late calls of an earlier one are dropped
+    std::unique_ptr<CURL, Release> m_easy;
+    std::unique_ptr<curl_slist, Release> m_headers;
+    std::unique_ptr<CurlLoop> m_loop; ///< holds the connection
+    std::array<char, CURL_ERROR_SIZE> m_error{};
+    QTimer m_idle;
+    GatedDelivery m_delivery;
+    QUrl m_asked; ///< the present address, after redirections
+    int m_port = 80;
+    int m_redirections = 0;
+    unsigned m_generation =
+        0; ///< of the present transfer: late calls of an earlier one are dropped
 
-    bool running_ = false; ///< the transfer is in the loop
-    std::string statusLine_;
-    bool headersComplete_ = false;
-    bool announced_ = false;
-    bool dataTold_ = false; ///< and the listener was not called yet
-    bool paused_ = false;
-    bool complete_ = false; ///< the body has ended well
-    std::string body_;      ///< what has arrived
-    std::size_t taken_ = 0; ///< of it, from the front
+    bool m_running = false; ///< the transfer is in the loop
+    std::string m_statusLine;
+    bool m_headersComplete = false;
+    bool m_announced = false;
+    bool m_dataTold = false; ///< and the listener was not called yet
+    bool m_paused = false;
+    bool m_complete = false; ///< the body has ended well
+    std::string m_body;      ///< what has arrived
+    std::size_t m_taken = 0; ///< of it, from the front
 
-    int responseCode_ = 0;
-    std::string responseText_;
-    std::function<void(TransferState)> listener_;
-    std::function<void()> dataListener_;
+    int m_responseCode = 0;
+    std::string m_responseText;
+    std::function<void(TransferState)> m_listener;
+    std::function<void()> m_dataListener;
 };
 
 } // namespace velmorant

@@ -42,10 +42,10 @@ class CurlLoop {
                QSocketNotifier::Type type);
     void act(curl_socket_t socket, int events);
 
-    std::function<void()> progressed_;
-    std::map<curl_socket_t, Watch> watches_;
-    QTimer timer_;
-    CURLM* multi_;
+    std::function<void()> m_progressed;
+    std::map<curl_socket_t, Watch> m_watches;
+    QTimer m_timer;
+    CURLM* m_multi;
 };
 
 } // namespace velmorant

@@ -37,7 +37,7 @@ bool DropTarget::eventFilter(QObject*, QEvent* event) {
     drop->accept();
     if (type == QEvent::Drop)
         QMetaObject::invokeMethod(
-            this, [this, paths] { listener_(paths); }, Qt::QueuedConnection);
+            this, [this, paths] { m_listener(paths); }, Qt::QueuedConnection);
     return true;
 }
 

@@ -18,13 +18,13 @@ class DropTarget : public QObject {
     /// Belongs to the widget.
     explicit DropTarget(QWidget& widget);
     /// Called after the drop has ended, so that it may ask questions.
-    void onDrop(Listener listener) { listener_ = std::move(listener); }
+    void onDrop(Listener listener) { m_listener = std::move(listener); }
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    Listener listener_;
+    Listener m_listener;
 };
 
 } // namespace velmorant

@@ -17,9 +17,9 @@ namespace {
 /// A dialog that its user cannot close: every way to close it asks instead.
 class AskingDialog : public QDialog {
   public:
-    explicit AskingDialog(std::function<void()> asked) : asked_(std::move(asked)) {}
+    explicit AskingDialog(std::function<void()> asked) : m_asked(std::move(asked)) {}
 
-    void reject() override { asked_(); }
+    void reject() override { m_asked(); }
 
   protected:
     // Anything but the button moves the window, as its title would.
@@ -29,52 +29,52 @@ class AskingDialog : public QDialog {
     }
 
   private:
-    std::function<void()> asked_;
+    std::function<void()> m_asked;
 };
 
 } // namespace
 
 ExtractionProgress::ExtractionProgress(HandlerGate& gate, QtWaits& waits, ButtonText cancelText)
-    : gate_(gate),
-      waits_(waits),
-      cancelText_(std::move(cancelText)),
-      window_(std::make_unique<AskingDialog>([this] { button_->click(); })),
-      title_(new QLabel),
-      text_(new QLabel),
-      bar_(new QProgressBar),
-      button_(new QPushButton) {
+    : m_gate(gate),
+      m_waits(waits),
+      m_cancelText(std::move(cancelText)),
+      m_window(std::make_unique<AskingDialog>([this] { m_button->click(); })),
+      m_title(new QLabel),
+      m_text(new QLabel),
+      m_bar(new QProgressBar),
+      m_button(new QPushButton) {
     // A frame of its own, as the program's other windows have: not every desktop draws one.
-    window_->setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
-    title_->setTextFormat(Qt::PlainText);
-    QFont heading = title_->font();
+    m_window->setWindowFlags(Qt::Dialog | Qt::FramelessWindowHint);
+    m_title->setTextFormat(Qt::PlainText);
+    QFont heading = m_title->font();
     heading.setBold(true);
-    title_->setFont(heading);
-    title_->setObjectName("title");
-    text_->setObjectName("text");
-    text_->setTextFormat(Qt::PlainText);
-    text_->setWordWrap(true);
-    text_->setMinimumSize(380, 40);
-    bar_->setRange(0, 100);
+    m_title->setFont(heading);
+    m_title->setObjectName("title");
+    m_text->setObjectName("text");
+    m_text->setTextFormat(Qt::PlainText);
+    m_text->setWordWrap(true);
+    m_text->setMinimumSize(380, 40);
+    m_bar->setRange(0, 100);
     auto* frame = new QFrame;
     frame->setObjectName("frmSendData");
     frame->setStyleSheet("#frmSendData { background: #121821; border: 1px solid #75869A; }");
-    auto* outside = new QVBoxLayout(window_.get());
+    auto* outside = new QVBoxLayout(m_window.get());
     outside->setContentsMargins(0, 0, 0, 0);
     outside->addWidget(frame);
     auto* layout = new QVBoxLayout(frame);
     layout->setContentsMargins(24, 20, 24, 20);
     layout->setSpacing(14);
-    layout->addWidget(title_);
-    layout->addWidget(text_);
-    layout->addWidget(bar_);
-    layout->addWidget(button_, 0, Qt::AlignRight);
+    layout->addWidget(m_title);
+    layout->addWidget(m_text);
+    layout->addWidget(m_bar);
+    layout->addWidget(m_button, 0, Qt::AlignRight);
     // Straight to the listener, past the gate: it only notes the wish, while the run's handler
     // waits.
-    connect(button_, &QPushButton::clicked, this, [this] {
-        button_->setEnabled(false);
-        if (cancel_)
-            cancel_();
-        waits_.endSleep();
+    connect(m_button, &QPushButton::clicked, this, [this] {
+        m_button->setEnabled(false);
+        if (m_cancel)
+            m_cancel();
+        m_waits.endSleep();
     });
 }
 
@@ -83,25 +83,25 @@ ExtractionProgress::~ExtractionProgress() {
 }
 
 void ExtractionProgress::open(const std::string& title) {
-    window_->setWindowTitle(QString::fromStdString(title));
-    title_->setText(QString::fromStdString(title));
-    button_->setText(QString::fromStdString(cancelText_()));
-    button_->setEnabled(true);
-    button_->setFocus();
-    bar_->setValue(0);
-    bar_->setAccessibleName(QString::fromStdString(title));
-    window_->setWindowModality(Qt::ApplicationModal);
-    window_->adjustSize();
+    m_window->setWindowTitle(QString::fromStdString(title));
+    m_title->setText(QString::fromStdString(title));
+    m_button->setText(QString::fromStdString(m_cancelText()));
+    m_button->setEnabled(true);
+    m_button->setFocus();
+    m_bar->setValue(0);
+    m_bar->setAccessibleName(QString::fromStdString(title));
+    m_window->setWindowModality(Qt::ApplicationModal);
+    m_window->adjustSize();
     if (const QWidget* active = QApplication::activeWindow())
-        window_->move(active->frameGeometry().center() - window_->rect().center());
-    window_->show();
-    waits_.setAnsweringWindow(window_.get());
+        m_window->move(active->frameGeometry().center() - m_window->rect().center());
+    m_window->show();
+    m_waits.setAnsweringWindow(m_window.get());
 }
 
 void ExtractionProgress::showModal(const std::string& title) {
     open(title);
-    const HandlerGate::ModalScope modal(gate_);
-    loop_.exec(QEventLoop::DialogExec);
+    const HandlerGate::ModalScope modal(m_gate);
+    m_loop.exec(QEventLoop::DialogExec);
 }
 
 void ExtractionProgress::showWhile(const std::string& title, const std::function<void()>& work) {
@@ -111,18 +111,18 @@ void ExtractionProgress::showWhile(const std::string& title, const std::function
 }
 
 void ExtractionProgress::setText(const std::string& text) {
-    text_->setText(shownText(text));
+    m_text->setText(shownText(text));
 }
 
 void ExtractionProgress::setValue(int percent) {
-    bar_->setValue(percent);
+    m_bar->setValue(percent);
 }
 
 void ExtractionProgress::close() {
-    if (waits_.answeringWindow() == window_.get())
-        waits_.setAnsweringWindow(nullptr);
-    window_->hide();
-    loop_.quit();
+    if (m_waits.answeringWindow() == m_window.get())
+        m_waits.setAnsweringWindow(nullptr);
+    m_window->hide();
+    m_loop.quit();
 }
 
 } // namespace velmorant

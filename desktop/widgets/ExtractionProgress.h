@@ -27,23 +27,23 @@ class ExtractionProgress : public QObject, public ProgressWindow {
     void setText(const std::string& text) override;
     void setValue(int percent) override;
     void close() override;
-    void onCancel(std::function<void()> listener) override { cancel_ = std::move(listener); }
+    void onCancel(std::function<void()> listener) override { m_cancel = std::move(listener); }
 
-    QDialog& window() { return *window_; }
+    QDialog& window() { return *m_window; }
 
   private:
     void open(const std::string& title);
 
-    HandlerGate& gate_;
-    QtWaits& waits_;
-    ButtonText cancelText_;
-    std::unique_ptr<QDialog> window_;
-    QLabel* title_;
-    QLabel* text_;
-    QProgressBar* bar_;
-    QPushButton* button_;
-    QEventLoop loop_;
-    std::function<void()> cancel_;
+    HandlerGate& m_gate;
+    QtWaits& m_waits;
+    ButtonText m_cancelText;
+    std::unique_ptr<QDialog> m_window;
+    QLabel* m_title;
+    QLabel* m_text;
+    QProgressBar* m_bar;
+    QPushButton* m_button;
+    QEventLoop m_loop;
+    std::function<void()> m_cancel;
 };
 
 } // namespace velmorant

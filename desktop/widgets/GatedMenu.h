@@ -13,18 +13,18 @@ namespace velmorant {
 class GatedMenu {
   public:
     /// The gate must outlive the menu; parent: whom the menu belongs to.
-    GatedMenu(HandlerGate& gate, QWidget& parent) : gate_(gate), menu_(&parent) {}
+    GatedMenu(HandlerGate& gate, QWidget& parent) : m_gate(gate), m_menu(&parent) {}
 
     void add(const std::string& text, std::function<void()> command);
     void addTo(QMenu& submenu, const std::string& text, std::function<void()> command);
     QMenu& addSubmenu(const std::string& text);
-    void addSeparator() { menu_.addSeparator(); }
+    void addSeparator() { m_menu.addSeparator(); }
     /// Shows it and returns when it has closed. The program goes on behind it.
     void run(const QPoint& screenPlace);
 
   private:
-    HandlerGate& gate_;
-    QMenu menu_;
+    HandlerGate& m_gate;
+    QMenu m_menu;
 };
 
 } // namespace velmorant

@@ -35,12 +35,12 @@ void RecordingListDelegate::paint(QPainter* painter, const QStyleOptionViewItem&
     switch (index.column()) {
     case RecordingListModel::PlayingSign:
         if (index.data(RecordingListModel::PlayingRole).toBool())
-            paintPicture(*painter, option.rect.adjusted(2, 0, 0, 0), pictures_.playing);
+            paintPicture(*painter, option.rect.adjusted(2, 0, 0, 0), m_pictures.playing);
         break;
     case RecordingListModel::Mark:
         paintPicture(*painter, option.rect,
-                     index.data(RecordingListModel::MarkedRole).toBool() ? pictures_.marked
-                                                                         : pictures_.notMarked);
+                     index.data(RecordingListModel::MarkedRole).toBool() ? m_pictures.marked
+                                                                         : m_pictures.notMarked);
         break;
     default:
         paintText(*painter, option, index);
@@ -83,7 +83,7 @@ void RecordingListDelegate::paintText(QPainter& painter, const QStyleOptionViewI
     QRect cell = option.rect.adjusted(padding, 0, -4, 0);
     if (!kind.isEmpty() && text.endsWith(kind)) {
         text.chop(kind.size());
-        const QRect place = cell.adjusted(kindOffset_ - padding, 0, 0, 0);
+        const QRect place = cell.adjusted(m_kindOffset - padding, 0, 0, 0);
         painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter, kind.trimmed());
         cell.setRight(std::min(cell.right(), place.left() - 4));
     }

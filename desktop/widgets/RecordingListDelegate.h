@@ -18,9 +18,9 @@ class RecordingListDelegate : public QStyledItemDelegate {
     Q_OBJECT
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
-    void setPictures(RowPictures pictures) { pictures_ = std::move(pictures); }
+    void setPictures(RowPictures pictures) { m_pictures = std::move(pictures); }
     /// From the left edge of the text column, pixels.
-    void setKindOffset(int pixels) { kindOffset_ = pixels; }
+    void setKindOffset(int pixels) { m_kindOffset = pixels; }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
@@ -34,8 +34,8 @@ class RecordingListDelegate : public QStyledItemDelegate {
     void paintText(QPainter& painter, const QStyleOptionViewItem& option,
                    const QModelIndex& index) const;
 
-    RowPictures pictures_;
-    int kindOffset_ = 190;
+    RowPictures m_pictures;
+    int m_kindOffset = 190;
 };
 
 } // namespace velmorant

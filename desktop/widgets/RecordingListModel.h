@@ -42,9 +42,9 @@ class RecordingListModel : public QAbstractTableModel {
   private:
     QVariant accessibleText(int row, int column) const;
 
-    const RowSource* source_ = nullptr;
-    int count_ = 0;
-    RowWords words_;
+    const RowSource* m_source = nullptr;
+    int m_count = 0;
+    RowWords m_words;
 };
 
 } // namespace velmorant

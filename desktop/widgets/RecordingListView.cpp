@@ -21,11 +21,11 @@ constexpr int signColumnPixels = 20;
 
 RecordingListView::RecordingListView(const Screen& screen, QWidget* parent)
     : QTreeView(parent),
-      screen_(screen),
-      model_(new RecordingListModel(this)),
-      delegate_(new RecordingListDelegate(this)) {
-    setModel(model_);
-    setItemDelegate(delegate_);
+      m_screen(screen),
+      m_model(new RecordingListModel(this)),
+      m_delegate(new RecordingListDelegate(this)) {
+    setModel(m_model);
+    setItemDelegate(m_delegate);
     setRootIsDecorated(false);
     setUniformRowHeights(true);
     setHeaderHidden(true);
@@ -46,45 +46,45 @@ RecordingListView::RecordingListView(const Screen& screen, QWidget* parent)
 }
 
 void RecordingListView::setSource(const RowSource* source) {
-    model_->setSource(source);
+    m_model->setSource(source);
 }
 
 void RecordingListView::setPictures(RowPictures pictures) {
-    delegate_->setPictures(std::move(pictures));
+    m_delegate->setPictures(std::move(pictures));
     viewport()->update();
 }
 
 void RecordingListView::setWords(RowWords words) {
-    model_->setWords(std::move(words));
+    m_model->setWords(std::move(words));
 }
 
 void RecordingListView::setEmptyHint(const std::string& hint) {
-    emptyHint_ = QString::fromStdString(hint);
-    setAccessibleDescription(emptyHint_);
+    m_emptyHint = QString::fromStdString(hint);
+    setAccessibleDescription(m_emptyHint);
     viewport()->update();
 }
 
 void RecordingListView::paintEvent(QPaintEvent* event) {
     QTreeView::paintEvent(event);
-    if (model_->rowCount() != 0 || emptyHint_.isEmpty())
+    if (m_model->rowCount() != 0 || m_emptyHint.isEmpty())
         return;
     constexpr int margin = 24;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(viewport()->rect().adjusted(margin, 0, -margin, 0),
-                     Qt::AlignCenter | Qt::TextWordWrap, emptyHint_);
+                     Qt::AlignCenter | Qt::TextWordWrap, m_emptyHint);
 }
 
 void RecordingListView::rowsAdded(int first, int count) {
-    model_->rowsAdded(first, count);
+    m_model->rowsAdded(first, count);
 }
 
 void RecordingListView::rowsRemoved(int first, int count) {
-    model_->rowsRemoved(first, count);
+    m_model->rowsRemoved(first, count);
 }
 
 void RecordingListView::rowsChanged(int first, int count) {
-    model_->rowsChanged(first, count);
+    m_model->rowsChanged(first, count);
     followPlayingRow(first, count);
     tellCurrentRow(first, count);
 }
@@ -94,12 +94,12 @@ void RecordingListView::rowsChanged(int first, int count) {
 void RecordingListView::tellCurrentRow(int first, int count) {
     const QModelIndex current = currentIndex();
     const QString name = current.data(Qt::AccessibleTextRole).toString();
-    if (current.row() + 1 < first || current.row() + 1 >= first + count || name == currentName_)
+    if (current.row() + 1 < first || current.row() + 1 >= first + count || name == m_currentName)
         return;
-    currentName_ = name;
+    m_currentName = name;
     executeDelayedItemsLayout(); // else the toolkit finds no cell to tell of
     // As the toolkit counts: the header is the first row.
-    const int child = (current.row() + 1) * model_->columnCount() + current.column();
+    const int child = (current.row() + 1) * m_model->columnCount() + current.column();
     QAccessible::State mark;
     mark.checked = true;
     QAccessibleStateChangeEvent state(this, mark);
@@ -112,32 +112,32 @@ void RecordingListView::tellCurrentRow(int first, int count) {
 
 void RecordingListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTreeView::currentChanged(current, previous);
-    currentName_ = current.data(Qt::AccessibleTextRole).toString();
+    m_currentName = current.data(Qt::AccessibleTextRole).toString();
 }
 
 /// Among hundreds of rows the one that begins to play is easily out of sight. Who looks through the
 /// list with the mouse at that moment is not disturbed.
 void RecordingListView::followPlayingRow(int first, int count) {
-    for (int row = first; row < first + count && row <= model_->rowCount(); ++row) {
-        const QModelIndex cell = model_->index(row - 1, RecordingListModel::Text);
+    for (int row = first; row < first + count && row <= m_model->rowCount(); ++row) {
+        const QModelIndex cell = m_model->index(row - 1, RecordingListModel::Text);
         const bool playing = cell.data(RecordingListModel::PlayingRole).toBool();
-        if (playing && row != playingRow_ && !underMouse())
+        if (playing && row != m_playingRow && !underMouse())
             scrollTo(cell);
         if (playing)
-            playingRow_ = row;
-        else if (row == playingRow_)
-            playingRow_ = 0;
+            m_playingRow = row;
+        else if (row == m_playingRow)
+            m_playingRow = 0;
     }
 }
 
 void RecordingListView::selectionChanged(int index) {
     if (index == selectedRow())
         return;
-    if (index < 1 || index > model_->rowCount()) {
+    if (index < 1 || index > m_model->rowCount()) {
         selectionModel()->clear();
         return;
     }
-    const QModelIndex cell = model_->index(index - 1, RecordingListModel::Text);
+    const QModelIndex cell = m_model->index(index - 1, RecordingListModel::Text);
     selectionModel()->setCurrentIndex(cell, QItemSelectionModel::ClearAndSelect |
                                                 QItemSelectionModel::Rows);
     scrollTo(cell);
@@ -156,16 +156,16 @@ int RecordingListView::hitTest(int x, int y) const {
 }
 
 int RecordingListView::columnLeft(int column) const {
-    return header()->sectionViewportPosition(column - 1) * screen_.twipsPerPixelX();
+    return header()->sectionViewportPosition(column - 1) * m_screen.twipsPerPixelX();
 }
 
 void RecordingListView::setColumnWidth(int column, int twips) {
-    const int pixels = static_cast<int>(std::lround(double(twips) / screen_.twipsPerPixelX()));
+    const int pixels = static_cast<int>(std::lround(double(twips) / m_screen.twipsPerPixelX()));
     if (column < 1 || column > RecordingListModel::ColumnCount)
         return;
     header()->resizeSection(column - 1, pixels);
     if (column - 1 == RecordingListModel::Text)
-        textColumnWidth_ = pixels;
+        m_textColumnWidth = pixels;
     updateKindOffset();
 }
 
@@ -181,11 +181,11 @@ void RecordingListView::updateKindOffset() {
     QFont bold = font();
     bold.setBold(true);
     const int widest = QFontMetrics(bold).horizontalAdvance(QStringLiteral("0000/00/00  00:00:00"));
-    delegate_->setKindOffset(std::max(textColumnWidth_, widest + 6) + 10);
+    m_delegate->setKindOffset(std::max(m_textColumnWidth, widest + 6) + 10);
 }
 
 int RecordingListView::rowHeight() const {
-    return RecordingListDelegate::rowHeight(font()) * screen_.twipsPerPixelY();
+    return RecordingListDelegate::rowHeight(font()) * m_screen.twipsPerPixelY();
 }
 
 void RecordingListView::setBackColour(int colour) {
@@ -202,23 +202,23 @@ void RecordingListView::draw() {
 void RecordingListView::mousePressEvent(QMouseEvent* event) {
     const QPoint place = event->position().toPoint();
     const int row = hitTest(place.x(), place.y());
-    listeners_.mouseDown(place.x(), place.y());
+    m_listeners.mouseDown(place.x(), place.y());
     if (row > 0)
         selectionChanged(row);
-    pressedRow_ = event->button() == Qt::LeftButton ? row : 0;
+    m_pressedRow = event->button() == Qt::LeftButton ? row : 0;
 }
 
 void RecordingListView::mouseReleaseEvent(QMouseEvent* event) {
     const QPoint place = event->position().toPoint();
-    const int pressed = std::exchange(pressedRow_, 0);
+    const int pressed = std::exchange(m_pressedRow, 0);
     if (event->button() == Qt::LeftButton && pressed > 0 &&
         pressed == hitTest(place.x(), place.y()))
-        listeners_.mouseClick(place.x(), place.y());
+        m_listeners.mouseClick(place.x(), place.y());
 }
 
 void RecordingListView::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
-        listeners_.doubleClick();
+        m_listeners.doubleClick();
 }
 
 // The base class would select the rows that the pointer passes over.
@@ -238,12 +238,12 @@ void RecordingListView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_End:
         return moveByKey(event);
     case Qt::Key_Space:
-        return listeners_.toggle();
+        return m_listeners.toggle();
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        return listeners_.activate();
+        return m_listeners.activate();
     case Qt::Key_Delete:
-        return listeners_.remove();
+        return m_listeners.remove();
     default:
         break;
     }
@@ -254,10 +254,10 @@ void RecordingListView::keyPressEvent(QKeyEvent* event) {
 
 /// Left to itself the toolkit begins in the first column, which says little.
 void RecordingListView::beginAtText() {
-    if (currentIndex().isValid() || model_->rowCount() == 0)
+    if (currentIndex().isValid() || m_model->rowCount() == 0)
         return;
     const int row = std::max(hitTest(0, 0), 1);
-    selectionModel()->setCurrentIndex(model_->index(row - 1, RecordingListModel::Text),
+    selectionModel()->setCurrentIndex(m_model->index(row - 1, RecordingListModel::Text),
                                       QItemSelectionModel::NoUpdate);
 }
 
@@ -267,15 +267,15 @@ void RecordingListView::moveByKey(QKeyEvent* event) {
     QTreeView::keyPressEvent(event);
     event->accept();
     if (selectedRow() != before)
-        listeners_.select(selectedRow());
+        m_listeners.select(selectedRow());
 }
 
 void RecordingListView::type(const QString& text) {
-    if (!sinceTyped_.isValid() || sinceTyped_.elapsed() > typingPauseMilliseconds)
-        typed_.clear();
-    sinceTyped_.start();
-    typed_ += text;
-    listeners_.type(typed_.toStdString());
+    if (!m_sinceTyped.isValid() || m_sinceTyped.elapsed() > typingPauseMilliseconds)
+        m_typed.clear();
+    m_sinceTyped.start();
+    m_typed += text;
+    m_listeners.type(m_typed.toStdString());
 }
 
 void RecordingListView::contextMenuEvent(QContextMenuEvent* event) {
@@ -284,8 +284,8 @@ void RecordingListView::contextMenuEvent(QContextMenuEvent* event) {
     QPoint place = event->globalPos();
     if (byKey && row > 0)
         place = viewport()->mapToGlobal(
-            visualRect(model_->index(row - 1, RecordingListModel::Text)).center());
-    listeners_.contextMenu(row, place);
+            visualRect(m_model->index(row - 1, RecordingListModel::Text)).center());
+    m_listeners.contextMenu(row, place);
 }
 
 // The frame of the chosen row tells whether the list has the keys.

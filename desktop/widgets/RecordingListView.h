@@ -37,7 +37,7 @@ class RecordingListView : public QTreeView,
 
     /// The screen must outlive the view.
     explicit RecordingListView(const Screen& screen, QWidget* parent = nullptr);
-    void setListeners(Listeners listeners) { listeners_ = std::move(listeners); }
+    void setListeners(Listeners listeners) { m_listeners = std::move(listeners); }
     /// Not owned; null: no rows.
     void setSource(const RowSource* source);
     void setPictures(RowPictures pictures);
@@ -57,9 +57,9 @@ class RecordingListView : public QTreeView,
 
     void setBackColour(int colour) override;
     /// The picture behind the rows is a plain colour, as high as the control at least.
-    void setHeight(int twips) override { backgroundHeight_ = twips; }
+    void setHeight(int twips) override { m_backgroundHeight = twips; }
     void draw() override;
-    int backgroundHeight() const { return backgroundHeight_; }
+    int backgroundHeight() const { return m_backgroundHeight; }
 
     /// The selected row; 0 for none.
     int selectedRow() const;
@@ -88,18 +88,18 @@ class RecordingListView : public QTreeView,
     void beginAtText();
     void tellCurrentRow(int first, int count);
 
-    const Screen& screen_;
-    RecordingListModel* model_;
-    RecordingListDelegate* delegate_;
-    Listeners listeners_;
-    int pressedRow_ = 0;
-    QString currentName_; ///< of the current cell, as screen readers were told last
-    int playingRow_ = 0;  ///< 0: none is known
-    QString typed_;
-    QElapsedTimer sinceTyped_;
-    QString emptyHint_;
-    int backgroundHeight_ = 0;
-    int textColumnWidth_ = 0; ///< pixels, as the logic set it
+    const Screen& m_screen;
+    RecordingListModel* m_model;
+    RecordingListDelegate* m_delegate;
+    Listeners m_listeners;
+    int m_pressedRow = 0;
+    QString m_currentName; ///< of the current cell, as screen readers were told last
+    int m_playingRow = 0;  ///< 0: none is known
+    QString m_typed;
+    QElapsedTimer m_sinceTyped;
+    QString m_emptyHint;
+    int m_backgroundHeight = 0;
+    int m_textColumnWidth = 0; ///< pixels, as the logic set it
 };
 
 } // namespace velmorant

@@ -9,14 +9,14 @@ namespace velmorant {
 
 SkinButton::SkinButton(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element,
                        SkinOn meaning, QWidget* parent)
-    : QAbstractButton(parent), drawing_(std::move(drawing)), id_(element.id) {
+    : QAbstractButton(parent), m_drawing(std::move(drawing)), m_id(element.id) {
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
-    setCheckable(meaning == SkinOn::Chosen && drawing_->has(id_ + ".on"));
+    setCheckable(meaning == SkinOn::Chosen && m_drawing->has(m_id + ".on"));
     setGeometry(element.bounds.toAlignedRect());
     // Assistive technology toggles a checkable button instead of clicking it.
     connect(this, &QAbstractButton::toggled, this, [this](bool checked) {
-        if (switching_)
+        if (m_switching)
             return;
         setOn(!checked);
         click();
@@ -24,27 +24,27 @@ SkinButton::SkinButton(std::shared_ptr<SkinDrawing> drawing, const SkinElement& 
 }
 
 void SkinButton::setOn(bool on) {
-    on_ = on;
+    m_on = on;
     update();
     if (!isCheckable())
         return;
-    switching_ = true;
+    m_switching = true;
     setChecked(on);
-    switching_ = false;
+    m_switching = false;
 }
 
 QString SkinButton::stateId() const {
     const auto first = [this](std::initializer_list<const char*> endings) {
         for (const char* ending : endings)
-            if (drawing_->has(id_ + ending))
-                return id_ + ending;
-        return drawing_->has(id_ + ".normal") ? id_ + ".normal" : id_;
+            if (m_drawing->has(m_id + ending))
+                return m_id + ending;
+        return m_drawing->has(m_id + ".normal") ? m_id + ".normal" : m_id;
     };
     if (!isEnabled())
         return first({".disabled"});
     if (isDown())
         return first({".pressed"});
-    if (on_ && drawing_->has(id_ + ".on"))
+    if (m_on && m_drawing->has(m_id + ".on"))
         return hasFocus() ? first({".on.focus", ".on"}) : first({".on"});
     if (hasFocus())
         return first({".focus"});
@@ -56,7 +56,7 @@ QString SkinButton::stateId() const {
 void SkinButton::paintEvent(QPaintEvent*) {
     const QString state = stateId();
     QPainter painter(this);
-    painter.drawPixmap(0, 0, drawing_->picture(state, size(), devicePixelRatioF()));
+    painter.drawPixmap(0, 0, m_drawing->picture(state, size(), devicePixelRatioF()));
     // Where the state as drawn does not show the focus, a ring over it does.
     if (hasFocus() && !state.endsWith(QLatin1String(".focus"))) {
         painter.setRenderHint(QPainter::Antialiasing);

@@ -30,10 +30,10 @@ class SkinButton : public QAbstractButton {
   private:
     QString stateId() const;
 
-    std::shared_ptr<SkinDrawing> drawing_;
-    QString id_;
-    bool on_ = false;
-    bool switching_ = false; ///< the program does it
+    std::shared_ptr<SkinDrawing> m_drawing;
+    QString m_id;
+    bool m_on = false;
+    bool m_switching = false; ///< the program does it
 };
 
 } // namespace velmorant

@@ -26,26 +26,26 @@ bool isForbidden(const QStringView name, const QXmlStreamAttributes& attributes)
 class Filter {
   public:
     Filter(const QByteArray& document, const SkinDocument::Events& events, QByteArray& result)
-        : reader_(document), writer_(&result), events_(events) {
-        reader_.setNamespaceProcessing(false);
+        : m_reader(document), m_writer(&result), m_events(events) {
+        m_reader.setNamespaceProcessing(false);
     }
 
     bool run() {
         bool isSvg = false;
-        while (!reader_.atEnd()) {
-            switch (reader_.readNext()) {
+        while (!m_reader.atEnd()) {
+            switch (m_reader.readNext()) {
             case QXmlStreamReader::StartElement:
-                isSvg = isSvg || reader_.name() == QLatin1String("svg");
+                isSvg = isSvg || m_reader.name() == QLatin1String("svg");
                 startElement();
                 break;
             case QXmlStreamReader::EndElement:
-                writer_.writeEndElement();
-                ids_.removeLast();
-                if (definitions_ > 0)
-                    --definitions_;
+                m_writer.writeEndElement();
+                m_ids.removeLast();
+                if (m_definitions > 0)
+                    --m_definitions;
                 break;
             case QXmlStreamReader::Characters:
-                writer_.writeCharacters(reader_.text().toString());
+                m_writer.writeCharacters(m_reader.text().toString());
                 break;
             case QXmlStreamReader::DTD:
                 return false;
@@ -53,41 +53,41 @@ class Filter {
                 break;
             }
         }
-        return isSvg && !reader_.hasError();
+        return isSvg && !m_reader.hasError();
     }
 
   private:
     void startElement() {
-        const QString name = reader_.name().toString();
-        const QXmlStreamAttributes attributes = reader_.attributes();
+        const QString name = m_reader.name().toString();
+        const QXmlStreamAttributes attributes = m_reader.attributes();
         const QString id = attributes.value(QLatin1String("id")).toString();
         if (isForbidden(name, attributes)) {
-            reader_.skipCurrentElement();
+            m_reader.skipCurrentElement();
             return;
         }
         if (name == QLatin1String("title")) {
-            const QString title = reader_.readElementText(QXmlStreamReader::SkipChildElements);
-            if (events_.title && (ids_.size() == 1 || !ids_.value(ids_.size() - 1).isEmpty()))
-                events_.title(ids_.last(), title.simplified());
+            const QString title = m_reader.readElementText(QXmlStreamReader::SkipChildElements);
+            if (m_events.title && (m_ids.size() == 1 || !m_ids.value(m_ids.size() - 1).isEmpty()))
+                m_events.title(m_ids.last(), title.simplified());
             return;
         }
-        const auto shown = definitions_ > 0 ? SkinDocument::Shown::No : SkinDocument::Shown::Yes;
-        if (events_.element && !events_.element(id, attributes, shown)) {
-            reader_.skipCurrentElement();
+        const auto shown = m_definitions > 0 ? SkinDocument::Shown::No : SkinDocument::Shown::Yes;
+        if (m_events.element && !m_events.element(id, attributes, shown)) {
+            m_reader.skipCurrentElement();
             return;
         }
-        writer_.writeStartElement(reader_.qualifiedName().toString());
-        writer_.writeAttributes(attributes);
-        ids_ << id;
-        if (definitions_ > 0 || name == QLatin1String("defs"))
-            ++definitions_;
+        m_writer.writeStartElement(m_reader.qualifiedName().toString());
+        m_writer.writeAttributes(attributes);
+        m_ids << id;
+        if (m_definitions > 0 || name == QLatin1String("defs"))
+            ++m_definitions;
     }
 
-    QXmlStreamReader reader_;
-    QXmlStreamWriter writer_;
-    const SkinDocument::Events& events_;
-    QStringList ids_;
-    int definitions_ = 0; ///< open elements from the outermost <defs> on
+    QXmlStreamReader m_reader;
+    QXmlStreamWriter m_writer;
+    const SkinDocument::Events& m_events;
+    QStringList m_ids;
+    int m_definitions = 0; ///< open elements from the outermost <defs> on
 };
 
 } // namespace

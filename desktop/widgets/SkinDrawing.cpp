@@ -42,12 +42,12 @@ bool SkinDrawing::load(const QString& path) {
                                              const QXmlStreamAttributes& attributes,
                                              SkinDocument::Shown shown) {
                                           if (!id.isEmpty())
-                                              ids_.insert(id.toLower(), id);
+                                              m_ids.insert(id.toLower(), id);
                                           if (shown == SkinDocument::Shown::Yes)
-                                              shown_.insert(id);
+                                              m_shown.insert(id);
                                           if (id.startsWith(QLatin1String("place.")) &&
                                               attributes.hasAttribute(QLatin1String("font-size")))
-                                              texts_.insert(id, styleOf(attributes));
+                                              m_texts.insert(id, styleOf(attributes));
                                           return true;
                                       },
                                       [&titles](const QString& id, const QString& title) {
@@ -55,25 +55,25 @@ bool SkinDrawing::load(const QString& path) {
                                               titles.insert(id, title);
                                       }};
     const QByteArray drawing = SkinDocument::filtered(file.readAll(), events);
-    if (drawing.isEmpty() || !elements_.load(drawing) || size().isEmpty())
+    if (drawing.isEmpty() || !m_elements.load(drawing) || size().isEmpty())
         return false;
-    title_ = titles.value(QString());
-    digitsTitle_ = titles.value(ids_.value(QStringLiteral("datum")));
+    m_title = titles.value(QString());
+    m_digitsTitle = titles.value(m_ids.value(QStringLiteral("datum")));
     findElements(titles);
-    return background_.load(withoutElements(drawing));
+    return m_background.load(withoutElements(drawing));
 }
 
 void SkinDrawing::findElements(const QHash<QString, QString>& titles) {
     static const QRegularExpression digit(QStringLiteral("^a[0-9]+$"));
-    QStringList names = ids_.keys();
+    QStringList names = m_ids.keys();
     names.sort();
     for (const QString& name : names) {
-        const QString id = ids_.value(name);
-        if (!shown_.contains(id))
+        const QString id = m_ids.value(name);
+        if (!m_shown.contains(id))
             continue;
         if (has(name + ".track") && has(name + ".thumb"))
             addElement(id, SkinElementKind::Slider, titles.value(id));
-        else if (texts_.contains(id))
+        else if (m_texts.contains(id))
             addElement(id, SkinElementKind::Text, titles.value(id));
         else if (digit.match(name).hasMatch() && has("datum"))
             addElement(id, SkinElementKind::Digit, titles.value(id));
@@ -85,7 +85,7 @@ void SkinDrawing::findElements(const QHash<QString, QString>& titles) {
 }
 
 void SkinDrawing::addElement(const QString& id, SkinElementKind kind, const QString& title) {
-    SkinElement element{id, kind, title, bounds(id), texts_.value(id)};
+    SkinElement element{id, kind, title, bounds(id), m_texts.value(id)};
     if (kind == SkinElementKind::Slider) {
         const QRectF thumb = bounds(id + ".thumb");
         element.bounds = bounds(id + ".track") | bounds(id + ".range");
@@ -96,7 +96,7 @@ void SkinDrawing::addElement(const QString& id, SkinElementKind kind, const QStr
             element.bounds.adjust(0, -missing / 2, 0, missing / 2);
     }
     if (!element.bounds.isEmpty())
-        list_.push_back(element);
+        m_list.push_back(element);
 }
 
 QByteArray SkinDrawing::withoutElements(const QByteArray& drawing) const {
@@ -113,33 +113,33 @@ QByteArray SkinDrawing::withoutElements(const QByteArray& drawing) const {
 }
 
 const SkinElement* SkinDrawing::find(const QString& name) const {
-    const auto found = std::find_if(list_.begin(), list_.end(), [&](const SkinElement& element) {
+    const auto found = std::find_if(m_list.begin(), m_list.end(), [&](const SkinElement& element) {
         return element.id.compare(name, Qt::CaseInsensitive) == 0;
     });
-    return found == list_.end() ? nullptr : &*found;
+    return found == m_list.end() ? nullptr : &*found;
 }
 
 bool SkinDrawing::has(const QString& id) const {
-    return ids_.contains(id.toLower());
+    return m_ids.contains(id.toLower());
 }
 
 QRectF SkinDrawing::bounds(const QString& id) const {
     // Asked for an unknown id, the renderer answers with the whole drawing.
     if (!has(id))
         return {};
-    const QString written = ids_.value(id.toLower());
-    return elements_.transformForElement(written).mapRect(elements_.boundsOnElement(written));
+    const QString written = m_ids.value(id.toLower());
+    return m_elements.transformForElement(written).mapRect(m_elements.boundsOnElement(written));
 }
 
 void SkinDrawing::paint(QPainter& painter, const QString& id, const QRectF& target) {
     if (has(id))
-        elements_.render(&painter, ids_.value(id.toLower()), target);
+        m_elements.render(&painter, m_ids.value(id.toLower()), target);
 }
 
 QPixmap SkinDrawing::picture(const QString& id, const QSize& size, double devicePixelRatio) {
     const QString key =
         QString("%1 %2 %3 %4").arg(id).arg(size.width()).arg(size.height()).arg(devicePixelRatio);
-    QPixmap& picture = pictures_[key];
+    QPixmap& picture = m_pictures[key];
     if (picture.isNull() && !size.isEmpty()) {
         picture = QPixmap(size * devicePixelRatio);
         picture.setDevicePixelRatio(devicePixelRatio);
@@ -151,13 +151,13 @@ QPixmap SkinDrawing::picture(const QString& id, const QSize& size, double device
 }
 
 QPixmap SkinDrawing::background(double devicePixelRatio) {
-    QPixmap& picture = pictures_[QString("background %1").arg(devicePixelRatio)];
+    QPixmap& picture = m_pictures[QString("background %1").arg(devicePixelRatio)];
     if (picture.isNull()) {
         picture = QPixmap(size() * devicePixelRatio);
         picture.setDevicePixelRatio(devicePixelRatio);
         picture.fill(Qt::transparent);
         QPainter painter(&picture);
-        background_.render(&painter, QRectF(QPointF(0, 0), size()));
+        m_background.render(&painter, QRectF(QPointF(0, 0), size()));
     }
     return picture;
 }

@@ -48,11 +48,11 @@ class SkinDrawing {
     /// False when the file cannot be read as a drawing; the object is then of no use.
     bool load(const QString& path);
 
-    QSize size() const { return elements_.defaultSize(); }
-    QString title() const { return title_; } ///< of the drawing as a whole; empty when it has none
+    QSize size() const { return m_elements.defaultSize(); }
+    QString title() const { return m_title; } ///< of the drawing as a whole; empty when it has none
     /// Of the strip `datum`: what the display items show; empty when it has none.
-    QString digitsTitle() const { return digitsTitle_; }
-    const std::vector<SkinElement>& elements() const { return list_; }
+    QString digitsTitle() const { return m_digitsTitle; }
+    const std::vector<SkinElement>& elements() const { return m_list; }
     /// The element of a name without regard to case; null for none.
     const SkinElement* find(const QString& name) const;
     /// True for any id, a state or a place too. Ids are found without regard to case.
@@ -69,15 +69,15 @@ class SkinDrawing {
     void addElement(const QString& id, SkinElementKind kind, const QString& title);
     QByteArray withoutElements(const QByteArray& drawing) const;
 
-    QSvgRenderer elements_;
-    QSvgRenderer background_;
-    QString title_;
-    QString digitsTitle_;
-    std::vector<SkinElement> list_;
-    QHash<QString, QString> ids_; ///< lower case -> as written
-    QSet<QString> shown_;         ///< ids outside <defs>
-    QHash<QString, SkinElement::TextStyle> texts_;
-    QHash<QString, QPixmap> pictures_;
+    QSvgRenderer m_elements;
+    QSvgRenderer m_background;
+    QString m_title;
+    QString m_digitsTitle;
+    std::vector<SkinElement> m_list;
+    QHash<QString, QString> m_ids; ///< lower case -> as written
+    QSet<QString> m_shown;         ///< ids outside <defs>
+    QHash<QString, SkinElement::TextStyle> m_texts;
+    QHash<QString, QPixmap> m_pictures;
 };
 
 } // namespace velmorant

@@ -17,39 +17,39 @@ QString timeText(double seconds) {
 
 SkinSlider::SkinSlider(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element,
                        QWidget* parent)
-    : QWidget(parent), drawing_(std::move(drawing)), id_(element.id) {
+    : QWidget(parent), m_drawing(std::move(drawing)), m_id(element.id) {
     SkinSliderAccessible::install();
     const QRect area = element.bounds.toAlignedRect();
     setGeometry(area);
-    origin_ = area.topLeft();
-    range_ = drawing_->bounds(id_ + (drawing_->has(id_ + ".range") ? ".range" : ".track"));
+    m_origin = area.topLeft();
+    m_range = m_drawing->bounds(m_id + (m_drawing->has(m_id + ".range") ? ".range" : ".track"));
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
     setMouseTracking(true);
 }
 
 void SkinSlider::setValue(double value) {
-    if (value == value_)
+    if (value == m_value)
         return;
-    value_ = value;
+    m_value = value;
     update();
-    const double shown = options_.seconds ? value / 100.0 * options_.seconds() : value;
+    const double shown = m_options.seconds ? value / 100.0 * m_options.seconds() : value;
     QAccessibleValueChangeEvent event(this, shown);
     QAccessible::updateAccessibility(&event);
 }
 
 void SkinSlider::setOn(bool on) {
-    on_ = on;
+    m_on = on;
     update();
 }
 
 double SkinSlider::positionOf(double value) const {
-    return range_.left() - origin_.x() + value / 100.0 * range_.width();
+    return m_range.left() - m_origin.x() + value / 100.0 * m_range.width();
 }
 
 double SkinSlider::valueAt(double x) const {
-    const double inRange = x + origin_.x() - range_.left();
-    return std::clamp(inRange / range_.width() * 100.0, 0.0, 100.0);
+    const double inRange = x + m_origin.x() - m_range.left();
+    return std::clamp(inRange / m_range.width() * 100.0, 0.0, 100.0);
 }
 
 void SkinSlider::changeByUser(double value) {
@@ -65,55 +65,55 @@ void SkinSlider::mousePressEvent(QMouseEvent* event) {
 }
 
 void SkinSlider::mouseMoveEvent(QMouseEvent* event) {
-    if (!dragged_)
+    if (!m_dragged)
         return;
     if (event->buttons() & Qt::LeftButton)
         dragTo(event->position().x());
     else
-        endDrag(*dragged_); // it was let go over a box that came up meanwhile
+        endDrag(*m_dragged); // it was let go over a box that came up meanwhile
 }
 
 void SkinSlider::mouseReleaseEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || !dragged_)
+    if (event->button() != Qt::LeftButton || !m_dragged)
         return event->ignore();
     endDrag(valueAt(event->position().x()));
 }
 
 void SkinSlider::endDrag(double value) {
-    dragged_.reset();
+    m_dragged.reset();
     update();
-    if (options_.drag == SliderDrag::AtRelease)
+    if (m_options.drag == SliderDrag::AtRelease)
         changeByUser(value);
 }
 
 void SkinSlider::dragTo(double x) {
-    dragged_ = valueAt(x);
+    m_dragged = valueAt(x);
     update();
-    if (options_.drag == SliderDrag::Live)
-        changeByUser(*dragged_);
+    if (m_options.drag == SliderDrag::Live)
+        changeByUser(*m_dragged);
     else
-        emit previewed(*dragged_);
+        emit previewed(*m_dragged);
 }
 
 void SkinSlider::wheelEvent(QWheelEvent* event) {
     const double notches = event->angleDelta().y() / 120.0;
     if (notches == 0)
         return event->ignore();
-    changeByUser(value_ + notches * options_.step);
+    changeByUser(m_value + notches * m_options.step);
 }
 
 void SkinSlider::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
     case Qt::Key_Right:
     case Qt::Key_Up:
-        return changeByUser(value_ + options_.step);
+        return changeByUser(m_value + m_options.step);
     case Qt::Key_Left:
     case Qt::Key_Down:
-        return changeByUser(value_ - options_.step);
+        return changeByUser(m_value - m_options.step);
     case Qt::Key_PageUp:
-        return changeByUser(value_ + options_.page);
+        return changeByUser(m_value + m_options.page);
     case Qt::Key_PageDown:
-        return changeByUser(value_ - options_.page);
+        return changeByUser(m_value - m_options.page);
     case Qt::Key_Home:
         return changeByUser(0);
     case Qt::Key_End:
@@ -124,18 +124,18 @@ void SkinSlider::keyPressEvent(QKeyEvent* event) {
 }
 
 QString SkinSlider::thumbId() const {
-    const QString thumb = id_ + ".thumb";
+    const QString thumb = m_id + ".thumb";
     const auto first = [&](std::initializer_list<const char*> endings) {
         for (const char* ending : endings)
-            if (drawing_->has(thumb + ending))
+            if (m_drawing->has(thumb + ending))
                 return thumb + ending;
-        return drawing_->has(thumb + ".normal") ? thumb + ".normal" : thumb;
+        return m_drawing->has(thumb + ".normal") ? thumb + ".normal" : thumb;
     };
     if (!isEnabled())
         return first({".disabled"});
-    if (dragged_)
+    if (m_dragged)
         return first({".pressed"});
-    if (on_)
+    if (m_on)
         return hasFocus() ? first({".on.focus", ".focus"}) : first({".on"});
     if (hasFocus())
         return first({".focus"});
@@ -147,24 +147,24 @@ QString SkinSlider::thumbId() const {
 void SkinSlider::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const auto paintPart = [&](const QString& id) {
-        drawing_->paint(painter, id, drawing_->bounds(id).translated(-origin_));
+        m_drawing->paint(painter, id, m_drawing->bounds(id).translated(-m_origin));
     };
     const double x = positionOf(shownValue());
     if (!isEnabled())
-        paintPart(id_ + ".track.disabled");
-    if (isEnabled() && drawing_->has(id_ + ".fill")) {
+        paintPart(m_id + ".track.disabled");
+    if (isEnabled() && m_drawing->has(m_id + ".fill")) {
         // The groove as a whole, seen up to the value: a fill drawn for one value is drawn out.
-        QRectF whole = drawing_->bounds(id_ + ".fill");
-        whole.setRight(std::max(whole.right(), drawing_->bounds(id_ + ".track").right()));
+        QRectF whole = m_drawing->bounds(m_id + ".fill");
+        whole.setRight(std::max(whole.right(), m_drawing->bounds(m_id + ".track").right()));
         painter.save();
         painter.setClipRect(QRectF(0, 0, x, height()));
-        drawing_->paint(painter, id_ + ".fill", whole.translated(-origin_));
+        m_drawing->paint(painter, m_id + ".fill", whole.translated(-m_origin));
         painter.restore();
     }
     const QString thumb = thumbId();
-    QRectF knob = drawing_->bounds(thumb).translated(-origin_);
+    QRectF knob = m_drawing->bounds(thumb).translated(-m_origin);
     knob.moveCenter(QPointF(x, knob.center().y()));
-    drawing_->paint(painter, thumb, knob);
+    m_drawing->paint(painter, thumb, knob);
 }
 
 SkinSliderAccessible::SkinSliderAccessible(SkinSlider* slider)

@@ -29,12 +29,12 @@ class SkinSlider : public QWidget {
     Q_OBJECT
   public:
     SkinSlider(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element, QWidget* parent);
-    void setOptions(SliderOptions options) { options_ = std::move(options); }
-    const SliderOptions& options() const { return options_; }
+    void setOptions(SliderOptions options) { m_options = std::move(options); }
+    const SliderOptions& options() const { return m_options; }
     /// Raises no signal. While the user drags, the knob stays under the pointer; the value shows
     /// when it is let go.
     void setValue(double value);
-    double value() const { return value_; }
+    double value() const { return m_value; }
     void setOn(bool on);
     /// The value at a place of the widget, clamped.
     double valueAt(double x) const;
@@ -56,18 +56,18 @@ class SkinSlider : public QWidget {
   private:
     void dragTo(double x);
     void endDrag(double value);
-    double shownValue() const { return dragged_.value_or(value_); }
+    double shownValue() const { return m_dragged.value_or(m_value); }
     double positionOf(double value) const;
     QString thumbId() const;
 
-    std::shared_ptr<SkinDrawing> drawing_;
-    QString id_;
-    QPointF origin_; ///< of the widget in the drawing
-    QRectF range_;   ///< in the drawing
-    SliderOptions options_;
-    double value_ = 0;
-    std::optional<double> dragged_;
-    bool on_ = false;
+    std::shared_ptr<SkinDrawing> m_drawing;
+    QString m_id;
+    QPointF m_origin; ///< of the widget in the drawing
+    QRectF m_range;   ///< in the drawing
+    SliderOptions m_options;
+    double m_value = 0;
+    std::optional<double> m_dragged;
+    bool m_on = false;
 };
 
 /// Names and reads a slider to screen readers: in seconds where it stands for a time, else in its

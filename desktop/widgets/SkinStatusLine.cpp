@@ -6,10 +6,10 @@
 namespace velmorant {
 
 SkinStatusLine::SkinStatusLine(Skin& skin, std::string place)
-    : skin_(skin), place_(std::move(place)) {}
+    : m_skin(skin), m_place(std::move(place)) {}
 
 void SkinStatusLine::show(const std::string& text) {
-    skin_.setText(place_, text);
+    m_skin.setText(m_place, text);
 }
 
 } // namespace velmorant

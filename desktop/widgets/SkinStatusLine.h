@@ -15,8 +15,8 @@ class SkinStatusLine : public StatusLine {
     void show(const std::string& text) override;
 
   private:
-    Skin& skin_;
-    std::string place_;
+    Skin& m_skin;
+    std::string m_place;
 };
 
 } // namespace velmorant

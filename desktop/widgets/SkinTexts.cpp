@@ -26,7 +26,7 @@ QString cutToFit(const QString& text, const QFontMetrics& metrics, const QSize& 
 class SkinDigitsAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
     explicit SkinDigitsAccessible(SkinDigits& digits)
-        : QAccessibleWidget(&digits, QAccessible::Dial), digits_(digits) {}
+        : QAccessibleWidget(&digits, QAccessible::Dial), m_digits(digits) {}
 
     int childCount() const override { return 0; }
     QAccessibleInterface* child(int) const override { return nullptr; }
@@ -36,7 +36,7 @@ class SkinDigitsAccessible : public QAccessibleWidget, public QAccessibleValueIn
         return state;
     }
     QString text(QAccessible::Text text) const override {
-        return text == QAccessible::Value ? QString::number(digits_.number())
+        return text == QAccessible::Value ? QString::number(m_digits.number())
                                           : QAccessibleWidget::text(text);
     }
     void* interface_cast(QAccessible::InterfaceType type) override {
@@ -44,14 +44,14 @@ class SkinDigitsAccessible : public QAccessibleWidget, public QAccessibleValueIn
             return static_cast<QAccessibleValueInterface*>(this);
         return QAccessibleWidget::interface_cast(type);
     }
-    QVariant currentValue() const override { return digits_.number(); }
+    QVariant currentValue() const override { return m_digits.number(); }
     void setCurrentValue(const QVariant&) override {}
     QVariant minimumValue() const override { return 0; }
-    QVariant maximumValue() const override { return std::pow(10, digits_.children().size()) - 1; }
+    QVariant maximumValue() const override { return std::pow(10, m_digits.children().size()) - 1; }
     QVariant minimumStepSize() const override { return 1; }
 
   private:
-    SkinDigits& digits_;
+    SkinDigits& m_digits;
 };
 
 QAccessibleInterface* digitsInterface(const QString&, QObject* object) {
@@ -116,12 +116,12 @@ int SkinDigits::number() const {
 }
 
 void SkinDigits::digitChanged() {
-    if (std::exchange(telling_, true))
+    if (std::exchange(m_telling, true))
         return;
     QMetaObject::invokeMethod(
         this,
         [this] {
-            telling_ = false;
+            m_telling = false;
             QAccessibleValueChangeEvent event(this, number());
             QAccessible::updateAccessibility(&event);
         },
@@ -130,23 +130,23 @@ void SkinDigits::digitChanged() {
 
 SkinDigit::SkinDigit(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element,
                      SkinDigits& digits)
-    : QWidget(&digits), drawing_(std::move(drawing)), digits_(digits) {
+    : QWidget(&digits), m_drawing(std::move(drawing)), m_digits(digits) {
     setGeometry(element.bounds.toAlignedRect().translated(-digits.pos()));
 }
 
 void SkinDigit::setDigit(int digit) {
-    if (std::exchange(digit_, digit) == digit)
+    if (std::exchange(m_digit, digit) == digit)
         return;
     update();
-    digits_.digitChanged();
+    m_digits.digitChanged();
 }
 
 void SkinDigit::paintEvent(QPaintEvent*) {
     // The strip ten cells wide, moved so that the cell of the digit lies in this widget.
     QPainter painter(this);
     const QSize strip(width() * 10, height());
-    painter.drawPixmap(-digit_ * width(), 0,
-                       drawing_->picture(QStringLiteral("datum"), strip, devicePixelRatioF()));
+    painter.drawPixmap(-m_digit * width(), 0,
+                       m_drawing->picture(QStringLiteral("datum"), strip, devicePixelRatioF()));
 }
 
 } // namespace velmorant

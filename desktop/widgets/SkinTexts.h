@@ -30,7 +30,7 @@ class SkinDigits : public QWidget {
     friend class SkinDigit;
     void digitChanged();
 
-    bool telling_ = false; ///< the digits of a number come one by one
+    bool m_telling = false; ///< the digits of a number come one by one
 };
 
 /// One digit of the strip `datum`.
@@ -38,15 +38,15 @@ class SkinDigit : public QWidget {
   public:
     SkinDigit(std::shared_ptr<SkinDrawing> drawing, const SkinElement& element, SkinDigits& digits);
     void setDigit(int digit);
-    int digit() const { return digit_; }
+    int digit() const { return m_digit; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;
 
   private:
-    std::shared_ptr<SkinDrawing> drawing_;
-    SkinDigits& digits_;
-    int digit_ = 0;
+    std::shared_ptr<SkinDrawing> m_drawing;
+    SkinDigits& m_digits;
+    int m_digit = 0;
 };
 
 } // namespace velmorant

@@ -38,7 +38,7 @@ void sortForReading(std::vector<const SkinElement*>& elements) {
 
 } // namespace
 
-SkinView::SkinView(QWidget* parent) : QWidget(parent), drawing_(std::make_shared<SkinDrawing>()) {
+SkinView::SkinView(QWidget* parent) : QWidget(parent), m_drawing(std::make_shared<SkinDrawing>()) {
     // A click beside the elements takes the focus from where it was, such as the list.
     setFocusPolicy(Qt::ClickFocus);
 }
@@ -47,13 +47,13 @@ bool SkinView::load(const std::string& path) {
     auto drawing = std::make_shared<SkinDrawing>();
     if (!drawing->load(QString::fromStdString(path)))
         return false;
-    drawing_ = std::move(drawing);
-    path_ = QString::fromStdString(path);
-    reported_.clear();
-    setFixedSize(drawing_->size());
-    setAccessibleName(drawing_->title());
+    m_drawing = std::move(drawing);
+    m_path = QString::fromStdString(path);
+    m_reported.clear();
+    setFixedSize(m_drawing->size());
+    setAccessibleName(m_drawing->title());
     buildElements();
-    for (const std::string& element : expected_)
+    for (const std::string& element : m_expected)
         known(element);
     update();
     emit loaded();
@@ -61,19 +61,19 @@ bool SkinView::load(const std::string& path) {
 }
 
 void SkinView::buildElements() {
-    for (const auto& [key, widget] : widgets_) {
+    for (const auto& [key, widget] : m_widgets) {
         widget->hide();
         // The element may be the one whose click leads here.
         widget->deleteLater();
     }
-    widgets_.clear();
-    if (digits_)
-        digits_->deleteLater();
-    digits_.clear();
-    for (const SkinElement& element : drawing_->elements()) {
+    m_widgets.clear();
+    if (m_digits)
+        m_digits->deleteLater();
+    m_digits.clear();
+    for (const SkinElement& element : m_drawing->elements()) {
         QWidget* widget = buildElement(element);
         widget->setObjectName(element.id);
-        widgets_[element.id.toLower()] = widget;
+        m_widgets[element.id.toLower()] = widget;
         nameElement(element, *widget);
         applyState(element);
         widget->show();
@@ -90,44 +90,44 @@ QWidget* SkinView::buildElement(const SkinElement& element) {
     case SkinElementKind::Digit:
         return buildDigit(element);
     case SkinElementKind::Slider: {
-        auto* slider = new SkinSlider(drawing_, element, this);
-        if (const auto options = sliderOptions_.find(element.id.toLower());
-            options != sliderOptions_.end())
+        auto* slider = new SkinSlider(m_drawing, element, this);
+        if (const auto options = m_sliderOptions.find(element.id.toLower());
+            options != m_sliderOptions.end())
             slider->setOptions(options->second);
         connect(slider, &SkinSlider::changed, this, [this, id](double value) {
-            states_[keyOf(id)].value = value;
-            slider_(id, value);
+            m_states[keyOf(id)].value = value;
+            m_slider(id, value);
         });
         connect(slider, &SkinSlider::previewed, this,
-                [this, id](double value) { preview_.latest(id, value); });
+                [this, id](double value) { m_preview.latest(id, value); });
         return slider;
     }
     case SkinElementKind::Button:
         break;
     }
-    const SkinOn meaning = ready_.contains(keyOf(id)) ? SkinOn::Ready : SkinOn::Chosen;
-    auto* button = new SkinButton(drawing_, element, meaning, this);
+    const SkinOn meaning = m_ready.contains(keyOf(id)) ? SkinOn::Ready : SkinOn::Chosen;
+    auto* button = new SkinButton(m_drawing, element, meaning, this);
     connect(button, &SkinButton::clicked, this, [this, id] {
         emit clicked(id);
-        click_(id);
+        m_click(id);
     });
     return button;
 }
 
 QWidget* SkinView::buildDigit(const SkinElement& element) {
-    if (!digits_) {
-        digits_ = new SkinDigits(*drawing_, this);
-        digits_->show();
-        digits_->lower();
+    if (!m_digits) {
+        m_digits = new SkinDigits(*m_drawing, this);
+        m_digits->show();
+        m_digits->lower();
     }
-    return new SkinDigit(drawing_, element, *digits_);
+    return new SkinDigit(m_drawing, element, *m_digits);
 }
 
 void SkinView::nameElement(const SkinElement& element, QWidget& widget) const {
     if (element.kind == SkinElementKind::Text || element.kind == SkinElementKind::Digit)
         return;
-    const std::string name = name_ ? name_(stdId(element)) : std::string();
-    const std::string toolTip = toolTip_ ? toolTip_(stdId(element)) : std::string();
+    const std::string name = m_name ? m_name(stdId(element)) : std::string();
+    const std::string toolTip = m_toolTip ? m_toolTip(stdId(element)) : std::string();
     const QString title = name.empty() ? element.title : QString::fromStdString(name);
     widget.setAccessibleName(title.isEmpty() ? element.id : title);
     widget.setToolTip(toolTip.empty() ? shownToolTip(title) : shownToolTip(toolTip));
@@ -135,18 +135,18 @@ void SkinView::nameElement(const SkinElement& element, QWidget& widget) const {
 
 void SkinView::orderTabs() {
     std::vector<const SkinElement*> elements;
-    for (const SkinElement& element : drawing_->elements())
+    for (const SkinElement& element : m_drawing->elements())
         if (element.kind == SkinElementKind::Button || element.kind == SkinElementKind::Slider)
             elements.push_back(&element);
     sortForReading(elements);
     for (std::size_t i = 1; i < elements.size(); ++i)
-        setTabOrder(widgets_.at(elements[i - 1]->id.toLower()),
-                    widgets_.at(elements[i]->id.toLower()));
+        setTabOrder(m_widgets.at(elements[i - 1]->id.toLower()),
+                    m_widgets.at(elements[i]->id.toLower()));
 }
 
 void SkinView::applyState(const SkinElement& element) {
-    const State& state = states_[element.id.toLower()];
-    QWidget* widget = widgets_.at(element.id.toLower());
+    const State& state = m_states[element.id.toLower()];
+    QWidget* widget = m_widgets.at(element.id.toLower());
     widget->setEnabled(state.enabled);
     switch (element.kind) {
     case SkinElementKind::Button:
@@ -167,9 +167,9 @@ void SkinView::applyState(const SkinElement& element) {
 
 const SkinElement* SkinView::known(const std::string& element) const {
     const QString key = keyOf(element);
-    const SkinElement* found = drawing_->find(key);
-    if (!found && !path_.isEmpty() && !std::exchange(reported_[key], true))
-        std::cerr << path_.toStdString() << ": the skin has no element \"" << element << "\"\n";
+    const SkinElement* found = m_drawing->find(key);
+    if (!found && !m_path.isEmpty() && !std::exchange(m_reported[key], true))
+        std::cerr << m_path.toStdString() << ": the skin has no element \"" << element << "\"\n";
     return found;
 }
 
@@ -178,7 +178,7 @@ void SkinView::change(const std::string& element, Change change) {
     const SkinElement* found = known(element);
     if (!found)
         return;
-    change(states_[keyOf(element)]);
+    change(m_states[keyOf(element)]);
     applyState(*found);
 }
 
@@ -187,8 +187,8 @@ void SkinView::setOn(const std::string& element, bool on) {
 }
 
 bool SkinView::isOn(const std::string& element) const {
-    const auto state = states_.find(keyOf(element));
-    return state != states_.end() && state->second.on;
+    const auto state = m_states.find(keyOf(element));
+    return state != m_states.end() && state->second.on;
 }
 
 void SkinView::setEnabled(const std::string& element, bool enabled) {
@@ -200,8 +200,8 @@ void SkinView::setValue(const std::string& element, double value) {
 }
 
 double SkinView::value(const std::string& element) const {
-    const auto state = states_.find(keyOf(element));
-    return state == states_.end() ? 0.0 : state->second.value;
+    const auto state = m_states.find(keyOf(element));
+    return state == m_states.end() ? 0.0 : state->second.value;
 }
 
 void SkinView::setDigit(const std::string& element, int digit) {
@@ -219,7 +219,7 @@ void SkinView::setText(const std::string& element, const std::string& text) {
 
 std::int32_t SkinView::backColour() const {
     for (const char* id : {"place.list", "ground"}) {
-        const QPixmap sample = drawing_->has(id) ? drawing_->picture(id, {3, 3}, 1.0) : QPixmap();
+        const QPixmap sample = m_drawing->has(id) ? m_drawing->picture(id, {3, 3}, 1.0) : QPixmap();
         const QColor colour =
             sample.isNull() ? QColor(Qt::transparent) : sample.toImage().pixelColor(1, 1);
         if (colour.alpha() == 255)
@@ -229,57 +229,57 @@ std::int32_t SkinView::backColour() const {
 }
 
 void SkinView::setElementTexts(ElementText name, ElementText toolTip) {
-    name_ = std::move(name);
-    toolTip_ = std::move(toolTip);
-    for (const SkinElement& element : drawing_->elements())
-        nameElement(element, *widgets_.at(element.id.toLower()));
+    m_name = std::move(name);
+    m_toolTip = std::move(toolTip);
+    for (const SkinElement& element : m_drawing->elements())
+        nameElement(element, *m_widgets.at(element.id.toLower()));
 }
 
 void SkinView::setSliderOptions(const std::string& element, const SliderOptions& options) {
-    sliderOptions_[keyOf(element)] = options;
+    m_sliderOptions[keyOf(element)] = options;
     if (auto* slider = qobject_cast<SkinSlider*>(elementWidget(element)))
         slider->setOptions(options);
 }
 
 void SkinView::setReadyElements(const std::vector<std::string>& elements) {
     for (const std::string& element : elements)
-        ready_.insert(keyOf(element));
+        m_ready.insert(keyOf(element));
 }
 
 void SkinView::setExpectedElements(std::vector<std::string> elements) {
-    expected_ = std::move(elements);
+    m_expected = std::move(elements);
 }
 
 void SkinView::onClick(GatedListener<std::string> listener) {
-    click_ = std::move(listener);
+    m_click = std::move(listener);
 }
 
 void SkinView::onSlider(GatedListener<std::string, double> listener) {
-    slider_ = std::move(listener);
+    m_slider = std::move(listener);
 }
 
 void SkinView::onSliderPreview(GatedListener<std::string, double> listener) {
-    preview_ = std::move(listener);
+    m_preview = std::move(listener);
 }
 
 QRect SkinView::placeRect(const std::string& id) const {
-    return drawing_->bounds(QString::fromStdString(id)).toAlignedRect();
+    return m_drawing->bounds(QString::fromStdString(id)).toAlignedRect();
 }
 
 QPixmap SkinView::picture(const std::string& id, const QSize& size) const {
     const QString name = QString::fromStdString(id);
-    return drawing_->has(name) ? drawing_->picture(name, size, devicePixelRatioF()) : QPixmap();
+    return m_drawing->has(name) ? m_drawing->picture(name, size, devicePixelRatioF()) : QPixmap();
 }
 
 QWidget* SkinView::elementWidget(const std::string& element) const {
-    const auto found = widgets_.find(keyOf(element));
-    return found == widgets_.end() ? nullptr : found->second;
+    const auto found = m_widgets.find(keyOf(element));
+    return found == m_widgets.end() ? nullptr : found->second;
 }
 
 void SkinView::paintEvent(QPaintEvent*) {
-    if (drawing_->size().isEmpty())
+    if (m_drawing->size().isEmpty())
         return;
-    QPainter(this).drawPixmap(0, 0, drawing_->background(devicePixelRatioF()));
+    QPainter(this).drawPixmap(0, 0, m_drawing->background(devicePixelRatioF()));
 }
 
 } // namespace velmorant

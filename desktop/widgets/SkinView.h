@@ -91,20 +91,20 @@ class SkinView : public QWidget, public Skin {
     template <typename Change>
     void change(const std::string& element, Change change);
 
-    std::shared_ptr<SkinDrawing> drawing_;
-    QString path_;
-    QPointer<SkinDigits> digits_;
-    std::map<QString, QWidget*> widgets_; ///< by lower-case id; owned by this widget
-    std::map<QString, State> states_;     ///< by lower-case id
-    std::map<QString, SliderOptions> sliderOptions_;
-    std::vector<std::string> expected_;
-    std::set<QString> ready_; ///< lower-case ids
-    mutable std::map<QString, bool> reported_;
-    ElementText name_;
-    ElementText toolTip_;
-    GatedListener<std::string> click_;
-    GatedListener<std::string, double> slider_;
-    GatedListener<std::string, double> preview_;
+    std::shared_ptr<SkinDrawing> m_drawing;
+    QString m_path;
+    QPointer<SkinDigits> m_digits;
+    std::map<QString, QWidget*> m_widgets; ///< by lower-case id; owned by this widget
+    std::map<QString, State> m_states;     ///< by lower-case id
+    std::map<QString, SliderOptions> m_sliderOptions;
+    std::vector<std::string> m_expected;
+    std::set<QString> m_ready; ///< lower-case ids
+    mutable std::map<QString, bool> m_reported;
+    ElementText m_name;
+    ElementText m_toolTip;
+    GatedListener<std::string> m_click;
+    GatedListener<std::string, double> m_slider;
+    GatedListener<std::string, double> m_preview;
 };
 
 } // namespace velmorant

@@ -10,7 +10,7 @@
 namespace velmorant {
 
 FirstPainting::FirstPainting(QWidget& widget, std::function<void()> painted)
-    : QObject(&widget), painted_(std::move(painted)) {
+    : QObject(&widget), m_painted(std::move(painted)) {
     widget.installEventFilter(this);
 }
 
@@ -19,7 +19,7 @@ bool FirstPainting::eventFilter(QObject* watched, QEvent* event) {
         return false;
     watched->removeEventFilter(this);
     // Queued: what is painted goes to the screen when the whole window is.
-    QMetaObject::invokeMethod(this, painted_, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, m_painted, Qt::QueuedConnection);
     return false;
 }
 

@@ -17,7 +17,7 @@ class FirstPainting : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    std::function<void()> painted_;
+    std::function<void()> m_painted;
 };
 
 /// Shows a window and waits until it is painted, without user input, but no longer than `limit`: a

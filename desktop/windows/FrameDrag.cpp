@@ -7,15 +7,15 @@
 namespace velmorant {
 
 void FrameDrag::begin(const QMouseEvent& event) {
-    QWindow* native = window_.windowHandle();
+    QWindow* native = m_window.windowHandle();
     if (native && native->startSystemMove())
         return;
-    offset_ = event.globalPosition().toPoint() - window_.pos();
+    m_offset = event.globalPosition().toPoint() - m_window.pos();
 }
 
 void FrameDrag::move(const QMouseEvent& event) {
-    if (offset_)
-        window_.move(event.globalPosition().toPoint() - *offset_);
+    if (m_offset)
+        m_window.move(event.globalPosition().toPoint() - *m_offset);
 }
 
 } // namespace velmorant

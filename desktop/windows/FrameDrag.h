@@ -11,15 +11,15 @@ namespace velmorant {
 /// Moves a frameless window by the mouse: by the desktop's own move where it has one, else by hand.
 class FrameDrag {
   public:
-    explicit FrameDrag(QWidget& window) : window_(window) {}
+    explicit FrameDrag(QWidget& window) : m_window(window) {}
     /// At the press that begins it.
     void begin(const QMouseEvent& event);
     void move(const QMouseEvent& event);
-    void end() { offset_.reset(); }
+    void end() { m_offset.reset(); }
 
   private:
-    QWidget& window_;
-    std::optional<QPoint> offset_; ///< of the pointer in the window
+    QWidget& m_window;
+    std::optional<QPoint> m_offset; ///< of the pointer in the window
 };
 
 } // namespace velmorant

@@ -26,16 +26,16 @@ constexpr Qt::KeyboardModifiers otherModifiers =
 /// Gives the keys back to who had them.
 class KeepsKeys {
   public:
-    explicit KeepsKeys(const QWidget& window) : keys_(window.focusWidget()) {}
+    explicit KeepsKeys(const QWidget& window) : m_keys(window.focusWidget()) {}
     ~KeepsKeys() {
-        if (keys_)
-            keys_->setFocus(Qt::OtherFocusReason);
+        if (m_keys)
+            m_keys->setFocus(Qt::OtherFocusReason);
     }
     KeepsKeys(const KeepsKeys&) = delete;
     KeepsKeys& operator=(const KeepsKeys&) = delete;
 
   private:
-    QPointer<QWidget> keys_;
+    QPointer<QWidget> m_keys;
 };
 
 constexpr QRect pictureArea{10, 120, 656, 369};
@@ -47,75 +47,75 @@ constexpr QRect titleArea{0, 0, MainWindow::frameWidth, 40};
 } // namespace
 
 MainWindow::MainWindow(HandlerGate& gate, const Screen& screen)
-    : skin_(new SkinView),
-      window_(*this, gate, screen),
-      native_(*this),
-      bands_(*skin_, screen),
-      drag_(*this),
-      drop_(new DropTarget(*this)) {
+    : m_skin(new SkinView),
+      m_window(*this, gate, screen),
+      m_native(*this),
+      m_bands(*m_skin, screen),
+      m_drag(*this),
+      m_drop(new DropTarget(*this)) {
     setWindowFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
                    Qt::WindowMinimizeButtonHint);
-    skin_->setFixedSize(frameWidth, frameHeight);
+    m_skin->setFixedSize(frameWidth, frameHeight);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(new FrameArea(skin_));
+    layout->addWidget(new FrameArea(m_skin));
     resize(frameWidth, frameHeight);
     layoutPanes();
-    connect(skin_, &SkinView::loaded, this, &MainWindow::layoutPanes);
-    connect(skin_, &SkinView::clicked, this, [this](const std::string& element) {
+    connect(m_skin, &SkinView::loaded, this, &MainWindow::layoutPanes);
+    connect(m_skin, &SkinView::clicked, this, [this](const std::string& element) {
         if (element == "minimise")
             showMinimized();
         else if (element == "close")
             close();
         else
-            command_(element);
+            m_command(element);
     });
     setContextMenuPolicy(Qt::CustomContextMenu);
     connect(this, &QWidget::customContextMenuRequested, this,
-            [this](const QPoint& place) { contextMenu_(place); });
+            [this](const QPoint& place) { m_contextMenu(place); });
 }
 
 void MainWindow::layoutPanes() {
     using Edge = QtBandContainer::Edge;
-    bands_.setArea("MediaControl", placeIn(*skin_, "place.band", bandArea), Edge::Bottom);
-    bands_.setArea("ControlBand", placeIn(*skin_, "place.map", mapArea), Edge::Top);
-    bands_.recalculateLayout();
-    for (const auto& [pane, widget] : panes_)
+    m_bands.setArea("MediaControl", placeIn(*m_skin, "place.band", bandArea), Edge::Bottom);
+    m_bands.setArea("ControlBand", placeIn(*m_skin, "place.map", mapArea), Edge::Top);
+    m_bands.recalculateLayout();
+    for (const auto& [pane, widget] : m_panes)
         if (widget)
             widget->setGeometry(pane == Pane::Picture
-                                    ? placeIn(*skin_, "place.picture", pictureArea)
-                                    : placeIn(*skin_, "place.list", listArea));
+                                    ? placeIn(*m_skin, "place.picture", pictureArea)
+                                    : placeIn(*m_skin, "place.list", listArea));
 }
 
 void MainWindow::host(Pane pane, QWidget& widget) {
-    widget.setParent(skin_);
-    panes_[pane] = &widget;
+    widget.setParent(m_skin);
+    m_panes[pane] = &widget;
     layoutPanes();
     widget.show();
     widget.raise();
 }
 
 void MainWindow::onKey(std::vector<std::string> keys, GatedListener<KeyPress> listener) {
-    keys_ = std::move(keys);
-    key_ = std::move(listener);
+    m_keys = std::move(keys);
+    m_key = std::move(listener);
 }
 
 void MainWindow::enlarge(QWidget* widget) {
-    if (widget == enlarged_)
+    if (widget == m_enlarged)
         return;
     // A widget that is given to another parent loses the keys, and the next button would get them.
     const KeepsKeys keys(*this);
-    if (enlarged_ && enlargedParent_) {
-        enlarged_->setParent(enlargedParent_);
-        enlarged_->setGeometry(enlargedPlace_);
-        enlarged_->show();
+    if (m_enlarged && m_enlargedParent) {
+        m_enlarged->setParent(m_enlargedParent);
+        m_enlarged->setGeometry(m_enlargedPlace);
+        m_enlarged->show();
     }
-    enlarged_ = widget;
+    m_enlarged = widget;
     if (!widget)
         return;
-    enlargedParent_ = widget->parentWidget();
-    enlargedPlace_ = widget->geometry();
-    widget->setParent(skin_); // out of its pane, whose size does not change
+    m_enlargedParent = widget->parentWidget();
+    m_enlargedPlace = widget->geometry();
+    widget->setParent(m_skin); // out of its pane, whose size does not change
     widget->setGeometry(1, titleArea.height(), frameWidth - 2,
                         frameHeight - titleArea.height() - 1);
     widget->show();
@@ -127,8 +127,8 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier)
         openContextMenu();
     else if (!(event->modifiers() & otherModifiers) &&
-             std::find(keys_.begin(), keys_.end(), name) != keys_.end())
-        key_({name, event->modifiers().testFlag(Qt::ShiftModifier)});
+             std::find(m_keys.begin(), m_keys.end(), name) != m_keys.end())
+        m_key({name, event->modifiers().testFlag(Qt::ShiftModifier)});
     else
         event->ignore();
 }
@@ -137,7 +137,7 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 void MainWindow::openContextMenu() {
     QWidget* target = qobject_cast<QAbstractScrollArea*>(focusWidget());
     if (target == nullptr) { // a button, which has no menu but the frame's
-        contextMenu_(titleArea.center());
+        m_contextMenu(titleArea.center());
         return;
     }
     const QPoint place = target->rect().center();
@@ -146,26 +146,26 @@ void MainWindow::openContextMenu() {
 }
 
 void MainWindow::mousePressEvent(QMouseEvent* event) {
-    const QPoint place = skin_->mapFrom(this, event->position().toPoint());
+    const QPoint place = m_skin->mapFrom(this, event->position().toPoint());
     if (event->button() == Qt::LeftButton &&
-        placeIn(*skin_, "place.drag", titleArea).contains(place))
-        drag_.begin(*event);
+        placeIn(*m_skin, "place.drag", titleArea).contains(place))
+        m_drag.begin(*event);
 }
 
 void MainWindow::mouseMoveEvent(QMouseEvent* event) {
-    drag_.move(*event);
+    m_drag.move(*event);
 }
 
 void MainWindow::mouseReleaseEvent(QMouseEvent*) {
-    drag_.end();
+    m_drag.end();
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    native_.askSizeLimits();
+    m_native.askSizeLimits();
     // Else the first button would begin with the focus, and space would press it.
     if (!focusWidget())
-        skin_->setFocus();
+        m_skin->setFocus();
 }
 
 } // namespace velmorant

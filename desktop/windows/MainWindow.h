@@ -30,27 +30,27 @@ class MainWindow : public QWidget {
     /// Gate and screen must outlive the window.
     MainWindow(HandlerGate& gate, const Screen& screen);
 
-    SkinView& skin() { return *skin_; }
-    QtWindow& qtWindow() { return window_; }
-    QtNativeWindow& nativeWindow() { return native_; }
-    QtBandContainer& bands() { return bands_; } ///< of the frame and of the player in it
+    SkinView& skin() { return *m_skin; }
+    QtWindow& qtWindow() { return m_window; }
+    QtNativeWindow& nativeWindow() { return m_native; }
+    QtBandContainer& bands() { return m_bands; } ///< of the frame and of the player in it
 
     /// Puts a widget into a pane; it becomes a child of the frame.
     void host(Pane pane, QWidget& widget);
 
     /// Clicks on elements of the skin other than "minimise" and "close", which the frame serves.
-    void onCommand(GatedListener<std::string> listener) { command_ = std::move(listener); }
+    void onCommand(GatedListener<std::string> listener) { m_command = std::move(listener); }
     /// These keys, by the names of KeyPress, alone or with Shift, where the focused pane has no use
     /// for them.
     void onKey(std::vector<std::string> keys, GatedListener<KeyPress> listener);
-    void onDrop(DropTarget::Listener listener) { drop_->onDrop(std::move(listener)); }
+    void onDrop(DropTarget::Listener listener) { m_drop->onDrop(std::move(listener)); }
     /// Beside all panes: by mouse, menu key or Shift+F10; the place in pixels of the frame.
-    void onContextMenu(GatedListener<QPoint> listener) { contextMenu_ = std::move(listener); }
+    void onContextMenu(GatedListener<QPoint> listener) { m_contextMenu = std::move(listener); }
 
     /// Lets one widget of a pane, such as the map, fill the window below the title area; null: it
     /// is in its place again.
     void enlarge(QWidget* widget);
-    QWidget* enlarged() const { return enlarged_; }
+    QWidget* enlarged() const { return m_enlarged; }
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -63,20 +63,20 @@ class MainWindow : public QWidget {
     void layoutPanes();
     void openContextMenu();
 
-    SkinView* skin_;
-    QtWindow window_;
-    QtNativeWindow native_;
-    QtBandContainer bands_;
-    FrameDrag drag_;
-    std::map<Pane, QPointer<QWidget>> panes_;
-    QPointer<QWidget> enlarged_;
-    QPointer<QWidget> enlargedParent_; ///< where it came from
-    QRect enlargedPlace_;
-    DropTarget* drop_; ///< a child of this window
-    GatedListener<std::string> command_;
-    std::vector<std::string> keys_;
-    GatedListener<KeyPress> key_;
-    GatedListener<QPoint> contextMenu_;
+    SkinView* m_skin;
+    QtWindow m_window;
+    QtNativeWindow m_native;
+    QtBandContainer m_bands;
+    FrameDrag m_drag;
+    std::map<Pane, QPointer<QWidget>> m_panes;
+    QPointer<QWidget> m_enlarged;
+    QPointer<QWidget> m_enlargedParent; ///< where it came from
+    QRect m_enlargedPlace;
+    DropTarget* m_drop; ///< a child of this window
+    GatedListener<std::string> m_command;
+    std::vector<std::string> m_keys;
+    GatedListener<KeyPress> m_key;
+    GatedListener<QPoint> m_contextMenu;
 };
 
 } // namespace velmorant

@@ -6,43 +6,43 @@
 namespace velmorant {
 
 QtBandContainer::QtBandContainer(QWidget& container, const Screen& screen)
-    : container_(container), screen_(screen) {}
+    : m_container(container), m_screen(screen) {}
 
 void QtBandContainer::setArea(const std::string& name, const QRect& area, Edge edge) {
-    Band& place = bands_[lowerCase(name)];
+    Band& place = m_bands[lowerCase(name)];
     place.area = area;
     place.edge = edge;
 }
 
 void QtBandContainer::addWindow(const std::string& name, QWidget& widget) {
-    windows_[lowerCase(name)] = &widget;
+    m_windows[lowerCase(name)] = &widget;
 }
 
 QtBandContainer::Band& QtBandContainer::band(const std::string& name) {
-    const auto found = bands_.find(lowerCase(name));
-    if (found == bands_.end())
+    const auto found = m_bands.find(lowerCase(name));
+    if (found == m_bands.end())
         throw StepError("There is no band \"" + name + "\"");
     return found->second;
 }
 
 void QtBandContainer::setHeight(const std::string& name, int twips) {
-    band(name).height = twips / screen_.twipsPerPixelY();
+    band(name).height = twips / m_screen.twipsPerPixelY();
 }
 
 void QtBandContainer::setChild(const std::string& name, const std::string& window) {
     Band& place = band(name);
-    const auto found = windows_.find(lowerCase(window));
-    if (found == windows_.end() || !found->second)
+    const auto found = m_windows.find(lowerCase(window));
+    if (found == m_windows.end() || !found->second)
         throw StepError("There is no window \"" + window + "\" for the band \"" + name + "\"");
     place.child = found->second;
-    if (place.child->parentWidget() != &container_)
-        place.child->setParent(&container_);
+    if (place.child->parentWidget() != &m_container)
+        place.child->setParent(&m_container);
     layOut(place); // a container that is never told to lay itself out shows its band all the same
     place.child->show();
 }
 
 void QtBandContainer::recalculateLayout() {
-    for (auto& [name, band] : bands_)
+    for (auto& [name, band] : m_bands)
         layOut(band);
 }
 

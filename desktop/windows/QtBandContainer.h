@@ -39,10 +39,10 @@ class QtBandContainer : public BandContainer {
     Band& band(const std::string& name);
     static void layOut(Band& band);
 
-    QWidget& container_;
-    const Screen& screen_;
-    std::map<std::string, Band> bands_;                ///< by lower-case name
-    std::map<std::string, QPointer<QWidget>> windows_; ///< by lower-case name
+    QWidget& m_container;
+    const Screen& m_screen;
+    std::map<std::string, Band> m_bands;                ///< by lower-case name
+    std::map<std::string, QPointer<QWidget>> m_windows; ///< by lower-case name
 };
 
 } // namespace velmorant

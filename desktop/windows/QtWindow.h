@@ -38,12 +38,12 @@ class QtWindow : public QObject, public Window {
   private:
     void agreeOnPlace();
 
-    QPointer<QWidget> widget_;
-    HandlerGate& gate_;
-    const Screen& screen_;
-    bool closing_ = false;
-    GatedListener<> closeRequest_;
-    GatedListener<> resized_;
+    QPointer<QWidget> m_widget;
+    HandlerGate& m_gate;
+    const Screen& m_screen;
+    bool m_closing = false;
+    GatedListener<> m_closeRequest;
+    GatedListener<> m_resized;
 };
 
 } // namespace velmorant

@@ -8,13 +8,13 @@
 namespace velmorant {
 
 SkinDialog::SkinDialog(HandlerGate& gate, const Screen& screen, Kind kind, QWidget* parent)
-    : QWidget(parent), skin_(new SkinView), window_(*this, gate, screen), drag_(*this) {
+    : QWidget(parent), m_skin(new SkinView), m_window(*this, gate, screen), m_drag(*this) {
     setWindowFlags((kind == Kind::Splash ? Qt::SplashScreen : Qt::Dialog) |
                    Qt::FramelessWindowHint);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(new FrameArea(skin_));
-    connect(skin_, &SkinView::loaded, this, [this] { setWindowTitle(skin_->accessibleName()); });
+    layout->addWidget(new FrameArea(m_skin));
+    connect(m_skin, &SkinView::loaded, this, [this] { setWindowTitle(m_skin->accessibleName()); });
 }
 
 void SkinDialog::keyPressEvent(QKeyEvent* event) {
@@ -25,17 +25,17 @@ void SkinDialog::keyPressEvent(QKeyEvent* event) {
 }
 
 void SkinDialog::mousePressEvent(QMouseEvent* event) {
-    const QPoint place = skin_->mapFrom(this, event->position().toPoint());
-    if (event->button() == Qt::LeftButton && skin_->placeRect("place.drag").contains(place))
-        drag_.begin(*event);
+    const QPoint place = m_skin->mapFrom(this, event->position().toPoint());
+    if (event->button() == Qt::LeftButton && m_skin->placeRect("place.drag").contains(place))
+        m_drag.begin(*event);
 }
 
 void SkinDialog::mouseMoveEvent(QMouseEvent* event) {
-    drag_.move(*event);
+    m_drag.move(*event);
 }
 
 void SkinDialog::mouseReleaseEvent(QMouseEvent*) {
-    drag_.end();
+    m_drag.end();
 }
 
 SetupDialog::SetupDialog(HandlerGate& gate, const Screen& screen, QWidget* parent)

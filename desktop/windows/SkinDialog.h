@@ -19,8 +19,8 @@ class SkinDialog : public QWidget {
     /// Gate and screen must outlive the dialog.
     SkinDialog(HandlerGate& gate, const Screen& screen, Kind kind, QWidget* parent = nullptr);
 
-    SkinView& skin() { return *skin_; }
-    QtWindow& qtWindow() { return window_; }
+    SkinView& skin() { return *m_skin; }
+    QtWindow& qtWindow() { return m_window; }
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
@@ -29,9 +29,9 @@ class SkinDialog : public QWidget {
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
-    SkinView* skin_;
-    QtWindow window_;
-    FrameDrag drag_;
+    SkinView* m_skin;
+    QtWindow m_window;
+    FrameDrag m_drag;
 };
 
 /// 800 x 480.

@@ -27,49 +27,49 @@ QString sizeText(std::int64_t bytes) {
 
 UpdateWindow::UpdateWindow(const Texts& texts, QWidget* parent)
     : QWidget(parent, Qt::Window | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
-      texts_(texts),
-      status_(new QLabel),
-      sum_(new QProgressBar),
-      single_(new QProgressBar),
-      close_(new QPushButton) {
+      m_texts(texts),
+      m_status(new QLabel),
+      m_sum(new QProgressBar),
+      m_single(new QProgressBar),
+      m_close(new QPushButton) {
     setObjectName("frmUpdate");
     setAttribute(Qt::WA_StyledBackground);
-    status_->setObjectName("status");
-    status_->setTextFormat(Qt::PlainText);
-    status_->setWordWrap(true);
-    status_->setMinimumSize(420, 44);
-    sum_->setObjectName("prgSum");
-    single_->setObjectName("prgSingle");
-    single_->setRange(0, singleSteps);
+    m_status->setObjectName("status");
+    m_status->setTextFormat(Qt::PlainText);
+    m_status->setWordWrap(true);
+    m_status->setMinimumSize(420, 44);
+    m_sum->setObjectName("prgSum");
+    m_single->setObjectName("prgSingle");
+    m_single->setRange(0, singleSteps);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 20, 24, 20);
     layout->setSpacing(14);
-    layout->addWidget(status_);
-    layout->addWidget(sum_);
-    layout->addWidget(single_);
-    layout->addWidget(close_, 0, Qt::AlignRight);
-    connect(close_, &QPushButton::clicked, this, &QWidget::close);
+    layout->addWidget(m_status);
+    layout->addWidget(m_sum);
+    layout->addWidget(m_single);
+    layout->addWidget(m_close, 0, Qt::AlignRight);
+    connect(m_close, &QPushButton::clicked, this, &QWidget::close);
 }
 
 void UpdateWindow::showSum(int value, int maximum) {
-    sumValue_ = value;
-    sumMaximum_ = maximum;
+    m_sumValue = value;
+    m_sumMaximum = maximum;
     // A range from 0 to 0 would show a bar that never stops.
-    sum_->setRange(0, std::max(maximum, 1));
+    m_sum->setRange(0, std::max(maximum, 1));
     // A new value is painted at once, with the text of that moment.
     showTexts();
-    sum_->setValue(maximum == 0 ? 0 : value);
+    m_sum->setValue(maximum == 0 ? 0 : value);
 }
 
 void UpdateWindow::showSingle(std::int64_t value, std::int64_t maximum) {
     const std::int64_t most = std::max<std::int64_t>(maximum, 1);
     const double share = static_cast<double>(value) / static_cast<double>(most);
-    single_->setFormat(sizeText(value) + " / " + sizeText(maximum));
-    single_->setValue(static_cast<int>(share * singleSteps));
+    m_single->setFormat(sizeText(value) + " / " + sizeText(maximum));
+    m_single->setValue(static_cast<int>(share * singleSteps));
 }
 
 void UpdateWindow::showStatus(const std::string& text) {
-    status_->setText(shownText(text));
+    m_status->setText(shownText(text));
 }
 
 void UpdateWindow::showEvent(QShowEvent* event) {
@@ -91,14 +91,14 @@ void UpdateWindow::keyPressEvent(QKeyEvent* event) {
 
 void UpdateWindow::showTexts() {
     trapErrors([this] {
-        const std::string title = texts_.addition("update.title");
+        const std::string title = m_texts.addition("update.title");
         const std::string files =
-            fillIn(fillIn(texts_.addition("update.files"), "%1", std::to_string(sumValue_)), "%2",
-                   std::to_string(sumMaximum_));
-        sum_->setFormat(sumMaximum_ == 0 ? QString() : QString::fromStdString(files));
-        sum_->setAccessibleName(QString::fromStdString(title));
-        single_->setAccessibleName(status_->text());
-        close_->setText(QString::fromStdString(texts_.addition("update.close")));
+            fillIn(fillIn(m_texts.addition("update.files"), "%1", std::to_string(m_sumValue)), "%2",
+                   std::to_string(m_sumMaximum));
+        m_sum->setFormat(m_sumMaximum == 0 ? QString() : QString::fromStdString(files));
+        m_sum->setAccessibleName(QString::fromStdString(title));
+        m_single->setAccessibleName(m_status->text());
+        m_close->setText(QString::fromStdString(m_texts.addition("update.close")));
     });
 }
 

@@ -29,13 +29,13 @@ class UpdateWindow : public QWidget, public UpdateProgress {
   private:
     void showTexts();
 
-    const Texts& texts_;
-    QLabel* status_;
-    QProgressBar* sum_;
-    QProgressBar* single_;
-    QPushButton* close_;
-    int sumValue_ = 0;
-    int sumMaximum_ = 0;
+    const Texts& m_texts;
+    QLabel* m_status;
+    QProgressBar* m_sum;
+    QProgressBar* m_single;
+    QPushButton* m_close;
+    int m_sumValue = 0;
+    int m_sumMaximum = 0;
 };
 
 } // namespace velmorant

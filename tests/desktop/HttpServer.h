@@ -27,22 +27,22 @@ class HttpServer {
     enum class After { Close, KeepOpen };
     using Handler = std::function<After(const HttpRequest&, QTcpSocket&)>;
 
-    explicit HttpServer(Handler handler) : handler_(std::move(handler)) {
-        server_.listen(QHostAddress::LocalHost);
-        QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
-            QTcpSocket* const socket = server_.nextPendingConnection();
+    explicit HttpServer(Handler handler) : m_handler(std::move(handler)) {
+        m_server.listen(QHostAddress::LocalHost);
+        QObject::connect(&m_server, &QTcpServer::newConnection, &m_server, [this] {
+            QTcpSocket* const socket = m_server.nextPendingConnection();
             QObject::connect(socket, &QTcpSocket::readyRead, socket,
                              [this, socket] { read(*socket); });
         });
     }
 
-    int port() const { return server_.serverPort(); }
+    int port() const { return m_server.serverPort(); }
     QByteArray address(const QByteArray& target) const {
         return "http://127.0.0.1:" + QByteArray::number(port()) + target;
     }
-    void stop() { server_.close(); }
-    QObject& object() { return server_; } ///< for timers that end with the server
-    const QList<HttpRequest>& requests() const { return requests_; }
+    void stop() { m_server.close(); }
+    QObject& object() { return m_server; } ///< for timers that end with the server
+    const QList<HttpRequest>& requests() const { return m_requests; }
 
     static QByteArray response(const QByteArray& body, const QByteArray& type,
                                const QByteArray& moreHeaders = {},
@@ -62,14 +62,14 @@ class HttpServer {
         HttpRequest request;
         request.target = lines.value(0).split(' ').value(1);
         request.headers = lines.mid(1);
-        requests_.append(request);
-        if (handler_(request, socket) == After::Close)
+        m_requests.append(request);
+        if (m_handler(request, socket) == After::Close)
             socket.disconnectFromHost();
     }
 
-    Handler handler_;
-    QTcpServer server_;
-    QList<HttpRequest> requests_;
+    Handler m_handler;
+    QTcpServer m_server;
+    QList<HttpRequest> m_requests;
 };
 
 } // namespace velmorant

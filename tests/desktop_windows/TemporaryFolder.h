@@ -11,8 +11,8 @@ namespace velmorant {
 class TemporaryFolder {
   public:
     std::string path(const std::string& name = {}) const {
-        return name.empty() ? directory_.path().toStdString()
-                            : directory_.filePath(QString::fromStdString(name)).toStdString();
+        return name.empty() ? m_directory.path().toStdString()
+                            : m_directory.filePath(QString::fromStdString(name)).toStdString();
     }
 
     std::string write(const std::string& name, const QByteArray& bytes) const {
@@ -28,12 +28,12 @@ class TemporaryFolder {
     }
 
     QStringList names() const {
-        return QDir(directory_.path())
+        return QDir(m_directory.path())
             .entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden);
     }
 
   private:
-    QTemporaryDir directory_;
+    QTemporaryDir m_directory;
 };
 
 } // namespace velmorant

@@ -110,11 +110,11 @@ std::optional<std::string> writeAll(const fs::path& path, const ByteVector& byte
 
 class CardWriter {
   public:
-    explicit CardWriter(const CardPlan& plan) : plan_(plan), driver_(Place{}, 65, 20240612) {}
+    explicit CardWriter(const CardPlan& plan) : m_plan(plan), m_driver(Place{}, 65, 20240612) {}
 
     std::optional<std::string> write() {
         int number = 0;
-        for (const Entry& entry : entriesOf(plan_)) {
+        for (const Entry& entry : entriesOf(m_plan)) {
             if (auto problem = write(entry, number++)) {
                 return problem;
             }
@@ -124,42 +124,43 @@ class CardWriter {
 
   private:
     std::vector<DriveSecond> driveOf(const Entry& entry, int number) {
-        if (plan_.places == DrivenPlaces::oneTown) {
-            return driver_.drive(entry.start, plan_.seconds);
+        if (m_plan.places == DrivenPlaces::oneTown) {
+            return m_driver.drive(entry.start, m_plan.seconds);
         }
         const WorldDrive& world =
             worldDrives[static_cast<std::size_t>(number) % std::size(worldDrives)];
         Driver driver(world.start, world.direction, static_cast<unsigned>(number) + 1);
-        auto drive = driver.drive(entry.start, plan_.seconds);
+        auto drive = driver.drive(entry.start, m_plan.seconds);
         shape(drive, world.street);
         return drive;
     }
 
     std::optional<std::string> write(const Entry& entry, int number) {
-        const fs::path path = pathOf(plan_.folder, entry);
+        const fs::path path = pathOf(m_plan.folder, entry);
         fs::create_directories(path.parent_path());
-        if (picture_.empty() || plan_.pictures == PictureUse::ownForEach) {
+        if (m_picture.empty() || m_plan.pictures == PictureUse::ownForEach) {
             const fs::path raw = path.string() + ".part";
-            const auto problem = encodePicture(
-                {entry.start, plan_.seconds, plan_.pictureSize, plan_.pictureRate}, raw.string());
+            const auto problem =
+                encodePicture({entry.start, m_plan.seconds, m_plan.pictureSize, m_plan.pictureRate},
+                              raw.string());
             if (problem) {
                 return problem;
             }
-            picture_ = readAll(raw);
+            m_picture = readAll(raw);
             fs::remove(raw);
         }
         auto drive = driveOf(entry, number);
         if (entry.kind == Kind::lateFix) {
-            loseFix(drive, 0, static_cast<std::size_t>(std::min(20, plan_.seconds / 3)) - 1);
+            loseFix(drive, 0, static_cast<std::size_t>(std::min(20, m_plan.seconds / 3)) - 1);
         }
         std::vector<ByteVector> blocks;
         for (const DriveSecond& second : drive) {
-            blocks.push_back(freeGpsBlock(second, plan_.layout));
+            blocks.push_back(freeGpsBlock(second, m_plan.layout));
         }
         if (entry.kind == Kind::withoutGps) {
             blocks.clear();
         }
-        auto recording = interleave(picture_, blocks);
+        auto recording = interleave(m_picture, blocks);
         if (!recording) {
             return "ffmpeg wrote a file of an unexpected shape";
         }
@@ -171,9 +172,9 @@ class CardWriter {
         return writeAll(path, *recording);
     }
 
-    const CardPlan& plan_;
-    Driver driver_;
-    ByteVector picture_;
+    const CardPlan& m_plan;
+    Driver m_driver;
+    ByteVector m_picture;
 };
 
 } // namespace

@@ -61,36 +61,36 @@ struct Recording {
 
 class MapClickTest : public testing::Test {
   protected:
-    MapClickTest() : browser_(settings(), gate_.delivery()) {
-        browser_.view().resize(338, 248);
-        browser_.view().show();
+    MapClickTest() : m_browser(settings(), m_gate.delivery()) {
+        m_browser.view().resize(338, 248);
+        m_browser.view().show();
         bool complete = false;
-        browser_.onDocumentComplete(gate_.listener([&](const std::string&) { complete = true; }));
-        browser_.navigate("velmorant://map/DeskMap.asp?LangID=1028");
+        m_browser.onDocumentComplete(m_gate.listener([&](const std::string&) { complete = true; }));
+        m_browser.navigate("velmorant://map/DeskMap.asp?LangID=1028");
         EXPECT_TRUE(waitFor([&] { return complete; }, 30000));
-        browser_.onDocumentComplete({});
+        m_browser.onDocumentComplete({});
     }
 
     WebEngineBrowserSettings settings() const {
         WebEngineBrowserSettings settings;
         settings.pageFolder = VELMORANT_MAP_PAGE;
-        settings.storageFolder = storage_.path();
+        settings.storageFolder = m_storage.path();
         settings.language = "en";
         return settings;
     }
 
-    void script(const std::string& text) { browser_.execScript(text, "javascript"); }
+    void script(const std::string& text) { m_browser.execScript(text, "javascript"); }
 
     std::string property(const std::string& name) {
         std::optional<std::string> value;
-        browser_.readWindowProperty(name, [&](const std::string& read) { value = read; });
+        m_browser.readWindowProperty(name, [&](const std::string& read) { value = read; });
         EXPECT_TRUE(waitFor([&] { return value.has_value(); })) << name;
         return value.value_or("");
     }
 
     void add(Place start, std::mt19937& random) {
         Recording recording{drive(start, 120, random), {}};
-        const int number = int(recordings_.size()) + 1;
+        const int number = int(m_recordings.size()) + 1;
         char prefix[16];
         std::snprintf(prefix, sizeof prefix, "%03d", number);
         std::string text = prefix;
@@ -107,14 +107,14 @@ class MapClickTest : public testing::Test {
         }
         script("getContentHis('" + text + "')");
         script("getContentHis('Over')");
-        recordings_.push_back(std::move(recording));
+        m_recordings.push_back(std::move(recording));
     }
 
     /// Looks at the place from street height and clicks it; what the page leaves in varLocal. Each
     /// click falls on another spot of the view than the last: on the same it would be a double
     /// click.
     std::string clickAt(Place place) {
-        spot_ = (spot_ + 1) % 5;
+        m_spot = (m_spot + 1) % 5;
         const std::string latLng = "[" + degreesText(place.latitude, false) + "," +
                                    degreesText(place.longitude, false) + "]";
         script("window.varLocal = ''; window.pixel = ''; velmorantMap.view.userMoved();"
@@ -122,7 +122,7 @@ class MapClickTest : public testing::Test {
                latLng +
                ", 18, {animate: false});"
                "velmorantMap.map.panBy([" +
-               std::to_string(40 * spot_ - 80) + "," + std::to_string(25 * spot_ - 50) +
+               std::to_string(40 * m_spot - 80) + "," + std::to_string(25 * m_spot - 50) +
                "], {animate: false});"
                "(function () { const p = velmorantMap.map.latLngToContainerPoint(" +
                latLng + "); window.pixel = Math.round(p.x) + ' ' + Math.round(p.y); })()");
@@ -136,27 +136,27 @@ class MapClickTest : public testing::Test {
 
     void click(QPoint at) {
         for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
-            QMouseEvent event(type, at, browser_.view().mapToGlobal(at), Qt::LeftButton,
+            QMouseEvent event(type, at, m_browser.view().mapToGlobal(at), Qt::LeftButton,
                               type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton,
                               Qt::NoModifier);
-            QCoreApplication::sendEvent(browser_.view().focusProxy(), &event);
+            QCoreApplication::sendEvent(m_browser.view().focusProxy(), &event);
         }
     }
 
     /// Recording and dot that the program finds, each from 1; 0, 0 for none.
     std::pair<int, int> found(const std::string& picked) const {
         const PickedPlace place = PickedPlace::read(picked);
-        for (std::size_t i = 0; i < recordings_.size(); ++i)
-            if (const int index = recordings_[i].track.lPtLocal(place.x, place.y); index > 0)
+        for (std::size_t i = 0; i < m_recordings.size(); ++i)
+            if (const int index = m_recordings[i].track.lPtLocal(place.x, place.y); index > 0)
                 return {int(i) + 1, index};
         return {0, 0};
     }
 
-    QTemporaryDir storage_;
-    HandlerGate gate_;
-    WebEngineBrowser browser_;
-    std::vector<Recording> recordings_;
-    int spot_ = 0;
+    QTemporaryDir m_storage;
+    HandlerGate m_gate;
+    WebEngineBrowser m_browser;
+    std::vector<Recording> m_recordings;
+    int m_spot = 0;
 };
 
 TEST_F(MapClickTest, random_clicks_lead_to_the_right_recording_and_second) {
@@ -170,7 +170,7 @@ TEST_F(MapClickTest, random_clicks_lead_to_the_right_recording_and_second) {
                               {0.0005, 0.0005},
                               {-157.85, 21.3}})
         add(start, random);
-    std::uniform_int_distribution<std::size_t> which(0, recordings_.size() - 1);
+    std::uniform_int_distribution<std::size_t> which(0, m_recordings.size() - 1);
     std::uniform_int_distribution<std::size_t> second(0, 117); // but the last segment
     std::uniform_real_distribution<double> share(0.2, 0.8);
     int exact = 0;
@@ -178,8 +178,8 @@ TEST_F(MapClickTest, random_clicks_lead_to_the_right_recording_and_second) {
         const std::size_t recording = which(random);
         const std::size_t i = second(random);
         const double t = share(random);
-        const Place a = recordings_[recording].places[i];
-        const Place b = recordings_[recording].places[i + 1];
+        const Place a = m_recordings[recording].places[i];
+        const Place b = m_recordings[recording].places[i + 1];
         const Place place{a.longitude + t * std::remainder(b.longitude - a.longitude, 360.0),
                           a.latitude + t * (b.latitude - a.latitude)};
         const std::string picked = clickAt(place);

@@ -56,7 +56,7 @@ MapPageSource answers(HandlerGate& gate, bool& wholeWindow) {
 
 class MapPageSuiteTest : public testing::Test {
   protected:
-    HandlerGate gate_;
+    HandlerGate m_gate;
 
     static std::string property(WebEngineBrowser& browser, const std::string& name) {
         std::optional<std::string> value;
@@ -69,14 +69,14 @@ class MapPageSuiteTest : public testing::Test {
     void run(const MapPageSource& source, const QStringList& leftOut) {
         WebEngineBrowserSettings settings;
         settings.pageFolder = VELMORANT_MAP_PAGE;
-        settings.storageFolder = storage_.path();
+        settings.storageFolder = m_storage.path();
         settings.language = "en";
         settings.source = source;
-        WebEngineBrowser browser(settings, gate_.delivery());
+        WebEngineBrowser browser(settings, m_gate.delivery());
         browser.view().resize(338, 248);
         browser.view().show();
         bool complete = false;
-        browser.onDocumentComplete(gate_.listener([&](const std::string&) { complete = true; }));
+        browser.onDocumentComplete(m_gate.listener([&](const std::string&) { complete = true; }));
         browser.navigate("velmorant://map/DeskMap.asp?LangID=1028");
         ASSERT_TRUE(waitFor([&] { return complete; }, 30000));
         inject(browser, leftOut);
@@ -112,7 +112,7 @@ class MapPageSuiteTest : public testing::Test {
     }
 
   private:
-    QTemporaryDir storage_;
+    QTemporaryDir m_storage;
 };
 
 TEST_F(MapPageSuiteTest, passes_where_the_program_answers_nothing) {
@@ -121,7 +121,7 @@ TEST_F(MapPageSuiteTest, passes_where_the_program_answers_nothing) {
 
 TEST_F(MapPageSuiteTest, passes_with_the_programs_answers) {
     bool wholeWindow = false;
-    run(answers(gate_, wholeWindow), {"tileTests.js", "hangingTests.js"});
+    run(answers(m_gate, wholeWindow), {"tileTests.js", "hangingTests.js"});
 }
 
 } // namespace

@@ -14,7 +14,7 @@ namespace {
 class TileCacheTest : public testing::Test {
   protected:
     TileCacheTest()
-        : server_([this](const HttpRequest& request, QTcpSocket& socket) {
+        : m_server([this](const HttpRequest& request, QTcpSocket& socket) {
               if (request.target.contains("/hang"))
                   return HttpServer::After::KeepOpen;
               if (request.target.contains("/9/9/9"))
@@ -23,12 +23,12 @@ class TileCacheTest : public testing::Test {
                   socket.write(HttpServer::response("<p>captive portal</p>", "text/html"));
               else
                   socket.write(
-                      HttpServer::response("tile of " + request.target, "image/png", headers_));
+                      HttpServer::response("tile of " + request.target, "image/png", m_headers));
               return HttpServer::After::Close;
           }) {}
 
     TileProvider provider() const {
-        return {server_.address("/{z}/{x}/{y}.png"), "https://velmorant.example/", 19};
+        return {m_server.address("/{z}/{x}/{y}.png"), "https://velmorant.example/", 19};
     }
     static std::optional<Tile> fetch(TileCache& cache, int zoom, int x, int y) {
         std::optional<Tile> tile;
@@ -42,40 +42,40 @@ class TileCacheTest : public testing::Test {
         return tile;
     }
 
-    QByteArray headers_ = "Cache-Control: max-age=3600\r\n";
-    QTemporaryDir folder_;
-    HttpServer server_;
+    QByteArray m_headers = "Cache-Control: max-age=3600\r\n";
+    QTemporaryDir m_folder;
+    HttpServer m_server;
 };
 
 TEST_F(TileCacheTest, fetches_nothing_without_a_provider) {
-    TileCache cache(folder_.path(), 1000000);
+    TileCache cache(m_folder.path(), 1000000);
     EXPECT_FALSE(fetch(cache, 1, 0, 0));
-    EXPECT_TRUE(server_.requests().isEmpty());
+    EXPECT_TRUE(m_server.requests().isEmpty());
 }
 
 TEST_F(TileCacheTest, says_who_it_is_to_the_provider) {
-    TileCache cache(folder_.path(), 1000000);
+    TileCache cache(m_folder.path(), 1000000);
     cache.setProvider(provider());
     const std::optional<Tile> tile = fetch(cache, 12, 3430, 1750);
     ASSERT_TRUE(tile);
     EXPECT_EQ(tile->data, "tile of /12/3430/1750.png");
     EXPECT_EQ(tile->type, "image/png");
-    ASSERT_EQ(server_.requests().size(), 1);
-    EXPECT_TRUE(server_.requests()[0].header("User-Agent").startsWith("VelmorantDVRTools/"));
-    EXPECT_EQ(server_.requests()[0].header("Referer"), "https://velmorant.example/");
+    ASSERT_EQ(m_server.requests().size(), 1);
+    EXPECT_TRUE(m_server.requests()[0].header("User-Agent").startsWith("VelmorantDVRTools/"));
+    EXPECT_EQ(m_server.requests()[0].header("Referer"), "https://velmorant.example/");
 }
 
 TEST_F(TileCacheTest, refuses_places_outside_the_map) {
-    TileCache cache(folder_.path(), 1000000);
+    TileCache cache(m_folder.path(), 1000000);
     cache.setProvider(provider());
     const int places[][3] = {{-1, 0, 0}, {1, 2, 0}, {1, 0, 2}, {1, -1, 0}, {20, 0, 0}};
     for (const auto& place : places)
         EXPECT_FALSE(fetch(cache, place[0], place[1], place[2]));
-    EXPECT_TRUE(server_.requests().isEmpty());
+    EXPECT_TRUE(m_server.requests().isEmpty());
 }
 
 TEST_F(TileCacheTest, takes_nothing_but_pictures) {
-    TileCache cache(folder_.path(), 1000000);
+    TileCache cache(m_folder.path(), 1000000);
     cache.setProvider(provider());
     EXPECT_FALSE(fetch(cache, 9, 9, 9));
     EXPECT_FALSE(fetch(cache, 8, 8, 8));
@@ -84,11 +84,11 @@ TEST_F(TileCacheTest, takes_nothing_but_pictures) {
 }
 
 TEST_F(TileCacheTest, asks_once_for_a_tile_that_is_fresh) {
-    TileCache cache(folder_.path(), 1000000);
+    TileCache cache(m_folder.path(), 1000000);
     cache.setProvider(provider());
     EXPECT_TRUE(fetch(cache, 3, 1, 1));
     EXPECT_TRUE(fetch(cache, 3, 1, 1));
-    EXPECT_EQ(server_.requests().size(), 1);
+    EXPECT_EQ(m_server.requests().size(), 1);
 }
 
 TEST_F(TileCacheTest, shows_a_driven_area_without_a_network) {
@@ -120,12 +120,12 @@ TEST_F(TileCacheTest, keeps_to_its_limit_on_disk) {
         socket.write(HttpServer::response(body, "image/png", "Cache-Control: max-age=3600\r\n"));
         return HttpServer::After::Close;
     });
-    TileCache cache(folder_.path(), 500000);
+    TileCache cache(m_folder.path(), 500000);
     cache.setProvider(TileProvider{server.address("/{z}/{x}/{y}.png"), "", 19});
     for (int x = 0; x < 30; ++x)
         EXPECT_TRUE(fetch(cache, 5, x, 0));
     qint64 size = 0;
-    QDirIterator files(folder_.path(), QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator files(m_folder.path(), QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext())
         size += files.nextFileInfo().size();
     EXPECT_GT(size, 100000);

@@ -29,14 +29,14 @@ const std::string ownPage = "velmorant://map/DeskMap.asp?LangID=1028";
 class WebEngineBrowserTest : public testing::Test {
   protected:
     WebEngineBrowserTest() {
-        QDir(folder_.path()).mkpath("page/js");
+        QDir(m_folder.path()).mkpath("page/js");
         write("secret.txt", "secret");
         write("page/js/own.js", "var own = 'script of its own';");
         writePage("<p>page</p>");
     }
 
     void write(const std::string& name, const std::string& contents) const {
-        std::ofstream(folder_.path().toStdString() + "/" + name, std::ios::binary) << contents;
+        std::ofstream(m_folder.path().toStdString() + "/" + name, std::ios::binary) << contents;
     }
     void writePage(const std::string& body) const {
         write("page/DeskMap.asp", "<!DOCTYPE html><html><head><meta charset='utf-8'>"
@@ -45,15 +45,15 @@ class WebEngineBrowserTest : public testing::Test {
     }
     WebEngineBrowserSettings settings() const {
         WebEngineBrowserSettings settings;
-        settings.pageFolder = folder_.path() + "/page";
-        settings.storageFolder = folder_.path() + "/storage";
+        settings.pageFolder = m_folder.path() + "/page";
+        settings.storageFolder = m_folder.path() + "/storage";
         settings.language = "en";
         return settings;
     }
     bool load(WebEngineBrowser& browser, const std::string& address) {
         bool done = false;
-        browser.onDocumentComplete(gate_.listener([&](const std::string&) { done = true; }));
-        browser.onLoadFailed(gate_.listener([&](const std::string&) { done = true; }));
+        browser.onDocumentComplete(m_gate.listener([&](const std::string&) { done = true; }));
+        browser.onLoadFailed(m_gate.listener([&](const std::string&) { done = true; }));
         browser.navigate(address);
         waitFor([&] { return done; }, 30000);
         browser.onDocumentComplete({});
@@ -89,16 +89,16 @@ class WebEngineBrowserTest : public testing::Test {
         }
     }
 
-    HandlerGate gate_;
+    HandlerGate m_gate;
     // Not among the system's temporary files: the browser still writes while it ends.
-    QTemporaryDir folder_{(QDir().mkpath(VELMORANT_TEST_OUTPUT), VELMORANT_TEST_OUTPUT "/map")};
+    QTemporaryDir m_folder{(QDir().mkpath(VELMORANT_TEST_OUTPUT), VELMORANT_TEST_OUTPUT "/map")};
 };
 
 TEST_F(WebEngineBrowserTest, shows_the_page_of_the_program_and_says_when_it_is_complete) {
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     std::vector<std::string> complete;
     browser.onDocumentComplete(
-        gate_.listener([&](const std::string& address) { complete.push_back(address); }));
+        m_gate.listener([&](const std::string& address) { complete.push_back(address); }));
     browser.navigate(ownPage);
     ASSERT_TRUE(waitFor([&] { return !complete.empty(); }, 30000));
     EXPECT_THAT(complete, ElementsAre(ownPage));
@@ -116,13 +116,13 @@ std::set<std::string> environmentNames() {
 
 TEST_F(WebEngineBrowserTest, adds_nothing_to_the_environment_once_it_is_prepared) {
     const std::set<std::string> before = environmentNames();
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     EXPECT_EQ(environmentNames(), before);
 }
 
 TEST_F(WebEngineBrowserTest, reads_and_writes_properties_of_the_window) {
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     EXPECT_EQ(property(browser, "varLocal"), "");
     for (const std::string value : {"P121.5,25.04", "", "'\"\\ \n</script>", "\xE8\xBD\xA6", "0"}) {
@@ -134,10 +134,10 @@ TEST_F(WebEngineBrowserTest, reads_and_writes_properties_of_the_window) {
 }
 
 TEST_F(WebEngineBrowserTest, keeps_errors_of_a_script_in_the_page) {
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     std::vector<std::string> messages;
     browser.onPageMessage(
-        gate_.listener([&](const std::string& text) { messages.push_back(text); }));
+        m_gate.listener([&](const std::string& text) { messages.push_back(text); }));
     ASSERT_TRUE(load(browser, ownPage));
     browser.execScript("missingFunction('7')", "javascript");
     browser.execScript("this is no script", "javascript");
@@ -147,7 +147,7 @@ TEST_F(WebEngineBrowserTest, keeps_errors_of_a_script_in_the_page) {
 }
 
 TEST_F(WebEngineBrowserTest, runs_scripts_in_their_order) {
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     browser.execScript("var calls = '';", "javascript");
     std::string expected;
@@ -159,12 +159,12 @@ TEST_F(WebEngineBrowserTest, runs_scripts_in_their_order) {
 }
 
 TEST_F(WebEngineBrowserTest, holds_answers_back_while_a_handler_runs) {
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     const std::string before = "nothing yet";
     std::string value = before;
     bool late = false;
-    gate_.runWhenFree([&] {
+    m_gate.runWhenFree([&] {
         browser.readWindowProperty("own", [&](const std::string& text) { value = text; });
         // Asked behind the gate, so its answer comes after the first one has come to it.
         browser.view().page()->runJavaScript("1", [&](const QVariant&) { late = true; });
@@ -181,12 +181,12 @@ TEST_F(WebEngineBrowserTest, answers_what_the_page_asks_of_the_program) {
     with.source.track = [](long number) {
         return number == 7 ? std::optional<std::string>(R"({"number":7})") : std::nullopt;
     };
-    with.source.command = gate_.listener(
+    with.source.command = m_gate.listener(
         [&](const std::string& name, const std::string& query, const MapPageAnswer& answer) {
             commands.push_back(name + "?" + query);
             answer(R"({"wholeWindow":true})");
         });
-    WebEngineBrowser browser(with, gate_.delivery());
+    WebEngineBrowser browser(with, m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     EXPECT_EQ(get(browser, "config.json"), R"(200 {"language":"en"})");
     EXPECT_EQ(get(browser, "track/7.json"), R"(200 {"number":7})");
@@ -198,8 +198,8 @@ TEST_F(WebEngineBrowserTest, answers_what_the_page_asks_of_the_program) {
 }
 
 TEST_F(WebEngineBrowserTest, serves_nothing_outside_the_folder_of_the_page) {
-    QFile::link(folder_.path() + "/secret.txt", folder_.path() + "/page/link.txt");
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    QFile::link(m_folder.path() + "/secret.txt", m_folder.path() + "/page/link.txt");
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     EXPECT_EQ(get(browser, "js/own.js"), "200 var own = 'script of its own';");
     for (const char* address :
@@ -218,12 +218,12 @@ TEST_F(WebEngineBrowserTest, opens_no_other_address_than_the_pages_own) {
               address + "'></iframe><a id='a' href='" + address +
               "'>here</a><a style='position:fixed;left:0;top:0;width:90px;height:40px' href='" +
               address + "' target='_blank'>there</a><a id='c' href='file:///etc/hostname'>f</a>");
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     std::vector<std::string> links;
-    browser.onLink(gate_.listener([&](const std::string& link) { links.push_back(link); }));
+    browser.onLink(m_gate.listener([&](const std::string& link) { links.push_back(link); }));
     ASSERT_TRUE(load(browser, ownPage));
     int failures = 0;
-    browser.onLoadFailed(gate_.listener([&](const std::string&) { ++failures; }));
+    browser.onLoadFailed(m_gate.listener([&](const std::string&) { ++failures; }));
     EXPECT_EQ(property(browser, "foreign"), "");
     EXPECT_EQ(get(browser, address), "failed");
     browser.execScript("document.getElementById('c').click()", "javascript");
@@ -246,9 +246,9 @@ TEST_F(WebEngineBrowserTest, opens_a_link_by_a_click_of_the_user_alone) {
     writePage("<a id='a' style='position:fixed;left:0;top:0;width:90px;height:40px' "
               "href='http://127.0.0.1:9/a'>here</a><a id='b' target='_blank' "
               "href='http://127.0.0.1:9/b'>there</a>");
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     std::vector<std::string> links;
-    browser.onLink(gate_.listener([&](const std::string& link) { links.push_back(link); }));
+    browser.onLink(m_gate.listener([&](const std::string& link) { links.push_back(link); }));
     ASSERT_TRUE(load(browser, ownPage));
     browser.view().resize(300, 200);
     browser.view().show();
@@ -276,7 +276,7 @@ TEST_F(WebEngineBrowserTest, opens_a_link_by_a_click_of_the_user_alone) {
 }
 
 TEST_F(WebEngineBrowserTest, gives_the_page_no_connection_past_its_rules) {
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     for (const std::string name :
          {"RTCPeerConnection", "webkitRTCPeerConnection", "RTCDataChannel", "WebTransport"}) {
@@ -293,7 +293,7 @@ TEST_F(WebEngineBrowserTest, shows_the_page_of_an_operators_server) {
         socket.write(HttpServer::response("<script>var who='server'</script>", "text/html"));
         return HttpServer::After::Close;
     });
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     ASSERT_TRUE(load(browser, server.address("/DeskMap.asp?LangID=1028").toStdString()));
     EXPECT_EQ(property(browser, "who"), "server");
     EXPECT_EQ(server.requests().first().target, "/DeskMap.asp?LangID=1028");
@@ -302,12 +302,12 @@ TEST_F(WebEngineBrowserTest, shows_the_page_of_an_operators_server) {
 TEST_F(WebEngineBrowserTest, says_when_the_address_cannot_be_loaded) {
     HttpServer server([](const HttpRequest&, QTcpSocket&) { return HttpServer::After::Close; });
     server.stop();
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     std::vector<std::string> failed;
     bool complete = false;
     browser.onLoadFailed(
-        gate_.listener([&](const std::string& address) { failed.push_back(address); }));
-    browser.onDocumentComplete(gate_.listener([&](const std::string&) { complete = true; }));
+        m_gate.listener([&](const std::string& address) { failed.push_back(address); }));
+    browser.onDocumentComplete(m_gate.listener([&](const std::string&) { complete = true; }));
     browser.navigate(server.address("/DeskMap.asp").toStdString());
     ASSERT_TRUE(waitFor([&] { return !failed.empty(); }, 30000));
     EXPECT_FALSE(complete);
@@ -318,7 +318,7 @@ TEST_F(WebEngineBrowserTest, says_when_the_address_cannot_be_loaded) {
 TEST_F(WebEngineBrowserTest, tells_the_page_its_language) {
     WebEngineBrowserSettings with = settings();
     with.language = "zh-TW";
-    WebEngineBrowser browser(with, gate_.delivery());
+    WebEngineBrowser browser(with, m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     browser.execScript("var seen = navigator.language", "javascript");
     EXPECT_EQ(property(browser, "seen"), "zh-TW");
@@ -330,13 +330,13 @@ TEST_F(WebEngineBrowserTest, tells_the_page_its_language) {
 
 TEST_F(WebEngineBrowserTest, keeps_what_the_page_remembers) {
     {
-        WebEngineBrowser browser(settings(), gate_.delivery());
+        WebEngineBrowser browser(settings(), m_gate.delivery());
         ASSERT_TRUE(load(browser, ownPage));
         browser.execScript("localStorage.setItem('follow', 'off')", "javascript");
         EXPECT_EQ(property(browser, "own"), "script of its own");
         letRun(500); // the browser's process writes it in its own time
     }
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     browser.execScript("var kept = localStorage.getItem('follow')", "javascript");
     EXPECT_EQ(property(browser, "kept"), "off");
@@ -344,7 +344,7 @@ TEST_F(WebEngineBrowserTest, keeps_what_the_page_remembers) {
 
 TEST_F(WebEngineBrowserTest, takes_the_scroll_bars_away) {
     writePage("<div style='height:9000px'>long</div>");
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     ASSERT_TRUE(load(browser, ownPage));
     browser.setBodyScroll("no");
     browser.execScript("var overflow = getComputedStyle(document.body).overflow", "javascript");
@@ -354,10 +354,10 @@ TEST_F(WebEngineBrowserTest, takes_the_scroll_bars_away) {
 TEST_F(WebEngineBrowserTest, runs_the_map_page_itself) {
     WebEngineBrowserSettings with = settings();
     with.pageFolder = VELMORANT_MAP_PAGE;
-    WebEngineBrowser browser(with, gate_.delivery());
+    WebEngineBrowser browser(with, m_gate.delivery());
     std::vector<std::string> messages;
     browser.onPageMessage(
-        gate_.listener([&](const std::string& text) { messages.push_back(text); }));
+        m_gate.listener([&](const std::string& text) { messages.push_back(text); }));
     browser.view().resize(338, 248);
     browser.view().show();
     QElapsedTimer timer;
@@ -375,7 +375,7 @@ TEST_F(WebEngineBrowserTest, runs_the_map_page_itself) {
 
 TEST_F(WebEngineBrowserTest, may_end_after_the_window_that_held_its_view) {
     auto window = std::make_unique<QWidget>();
-    WebEngineBrowser browser(settings(), gate_.delivery());
+    WebEngineBrowser browser(settings(), m_gate.delivery());
     browser.view().setParent(window.get());
     window->show();
     ASSERT_TRUE(load(browser, ownPage));

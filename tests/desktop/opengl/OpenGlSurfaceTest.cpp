@@ -14,10 +14,10 @@ namespace {
 class OpenGlSurfaceTest : public testing::Test {
   protected:
     OpenGlSurfaceTest() {
-        window_.resize(400, 300);
-        widget_.setGeometry(10, 10, 320, 180);
-        view_.setSize(320, 180);
-        window_.show();
+        m_window.resize(400, 300);
+        m_widget.setGeometry(10, 10, 320, 180);
+        m_view.setSize(320, 180);
+        m_window.show();
     }
 
     bool shows(int frame) {
@@ -26,50 +26,50 @@ class OpenGlSurfaceTest : public testing::Test {
             return frameNumberOf(qRed(image.pixel(image.width() / 2, image.height() / 2))) == frame;
         });
     }
-    OpenGlSurface& surface() { return *surface_; }
+    OpenGlSurface& surface() { return *m_surface; }
 
-    MpvPlayer player_{VideoOutput::OpenGl, AudioOutput::None};
-    QWidget window_;
-    VideoWidget widget_{player_, &window_};
-    VideoWidgetView view_{widget_};
-    OpenGlSurface* surface_ = dynamic_cast<OpenGlSurface*>(widget_.findChild<QOpenGLWidget*>());
+    MpvPlayer m_player{VideoOutput::OpenGl, AudioOutput::None};
+    QWidget m_window;
+    VideoWidget m_widget{m_player, &m_window};
+    VideoWidgetView m_view{m_widget};
+    OpenGlSurface* m_surface = dynamic_cast<OpenGlSurface*>(m_widget.findChild<QOpenGLWidget*>());
 };
 
 TEST_F(OpenGlSurfaceTest, opens_what_was_set_before_it_was_shown) {
-    player_.setUrl(testMedium(TestMedium::TenSeconds));
-    player_.setCurrentPosition(2);
+    m_player.setUrl(testMedium(TestMedium::TenSeconds));
+    m_player.setCurrentPosition(2);
     letRun(200);
-    EXPECT_EQ(player_.playState(), PlayState::Undefined);
-    view_.setVisible(true);
-    EXPECT_TRUE(waitFor([&] { return player_.playState() == PlayState::Stopped; }));
+    EXPECT_EQ(m_player.playState(), PlayState::Undefined);
+    m_view.setVisible(true);
+    EXPECT_TRUE(waitFor([&] { return m_player.playState() == PlayState::Stopped; }));
     EXPECT_TRUE(shows(60));
-    player_.setCurrentPosition(1);
+    m_player.setCurrentPosition(1);
     EXPECT_TRUE(shows(30));
 }
 
 TEST_F(OpenGlSurfaceTest, fills_the_screen_and_comes_back_with_its_picture) {
-    view_.setVisible(true);
-    player_.setUrl(testMedium(TestMedium::TenSeconds));
-    player_.setCurrentPosition(2);
+    m_view.setVisible(true);
+    m_player.setUrl(testMedium(TestMedium::TenSeconds));
+    m_player.setCurrentPosition(2);
     ASSERT_TRUE(shows(60));
-    view_.setFullScreen(true);
+    m_view.setFullScreen(true);
     EXPECT_TRUE(waitFor([&] { return surface().size() == surface().screen()->size(); }));
-    player_.setCurrentPosition(1);
+    m_player.setCurrentPosition(1);
     EXPECT_TRUE(shows(30));
-    view_.setFullScreen(false);
-    player_.setCurrentPosition(3);
+    m_view.setFullScreen(false);
+    m_player.setCurrentPosition(3);
     EXPECT_TRUE(shows(90));
-    player_.play();
-    EXPECT_TRUE(waitFor([&] { return player_.currentPosition() > 3.5; }));
+    m_player.play();
+    EXPECT_TRUE(waitFor([&] { return m_player.currentPosition() > 3.5; }));
 }
 
 TEST_F(OpenGlSurfaceTest, plays_on_while_hidden) {
-    view_.setVisible(true);
-    player_.setUrl(testMedium(TestMedium::TenSeconds));
-    player_.play();
-    ASSERT_TRUE(waitFor([&] { return player_.currentPosition() > 0.2; }));
-    view_.setVisible(false);
-    EXPECT_TRUE(waitFor([&] { return player_.currentPosition() > 0.8; }));
+    m_view.setVisible(true);
+    m_player.setUrl(testMedium(TestMedium::TenSeconds));
+    m_player.play();
+    ASSERT_TRUE(waitFor([&] { return m_player.currentPosition() > 0.2; }));
+    m_view.setVisible(false);
+    EXPECT_TRUE(waitFor([&] { return m_player.currentPosition() > 0.8; }));
 }
 
 } // namespace

@@ -8,8 +8,8 @@ namespace {
 
 class MpvStage {
   public:
-    PlayerControls& controls() { return player_; }
-    PlayerSettings& settings() { return player_; }
+    PlayerControls& controls() { return m_player; }
+    PlayerSettings& settings() { return m_player; }
     static std::string recording() { return testMedium(TestMedium::TenSeconds); }
     static double length() { return 10; }
     static bool waitFor(const std::function<bool()>& condition) {
@@ -17,7 +17,7 @@ class MpvStage {
     }
 
   private:
-    MpvPlayer player_{VideoOutput::None, AudioOutput::None};
+    MpvPlayer m_player{VideoOutput::None, AudioOutput::None};
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Mpv, PlayerControlsSuite, MpvStage);

@@ -23,214 +23,214 @@ using testing::HasSubstr;
 class MpvPlayerTest : public testing::Test {
   protected:
     MpvPlayerTest() {
-        player_.onPlayStateChange(
-            gate_.listener([this](PlayState state) { states_.push_back(state); }));
-        player_.onOpenFailed(
-            gate_.listener([this](const std::string& path, const std::string& reason) {
-                failures_.push_back(path + ": " + reason);
+        m_player.onPlayStateChange(
+            m_gate.listener([this](PlayState state) { m_states.push_back(state); }));
+        m_player.onOpenFailed(
+            m_gate.listener([this](const std::string& path, const std::string& reason) {
+                m_failures.push_back(path + ": " + reason);
             }));
-        player_.onEndedEarly(
-            gate_.listener([this](const std::string& path, const std::string& reason) {
-                earlyEnds_.push_back(path + ": " + reason);
+        m_player.onEndedEarly(
+            m_gate.listener([this](const std::string& path, const std::string& reason) {
+                m_earlyEnds.push_back(path + ": " + reason);
             }));
-        widget_.resize(320, 180);
-        widget_.setPictureSize(320, 180);
-        widget_.show();
-        widget_.setPictureVisible(true);
+        m_widget.resize(320, 180);
+        m_widget.setPictureSize(320, 180);
+        m_widget.show();
+        m_widget.setPictureVisible(true);
     }
 
     void open(TestMedium medium) {
-        player_.setUrl(testMedium(medium));
-        ASSERT_TRUE(waitFor([this] { return player_.playState() == PlayState::Stopped; }));
+        m_player.setUrl(testMedium(medium));
+        ASSERT_TRUE(waitFor([this] { return m_player.playState() == PlayState::Stopped; }));
     }
     bool reaches(PlayState state) {
-        return waitFor([this, state] { return player_.playState() == state; });
+        return waitFor([this, state] { return m_player.playState() == state; });
     }
     /// The number, mod 100, of the decoded frame; -1 without one.
     int frame() const {
-        const std::optional<DecodedFrame> frame = player_.decodedFrame();
+        const std::optional<DecodedFrame> frame = m_player.decodedFrame();
         return frame && !frame->rgb.empty() ? frameNumberOf(frame->rgb[0]) : -1;
     }
     bool showsFrame(int number) {
         return waitFor([this, number] { return frame() == number % 100; }, 3000);
     }
 
-    HandlerGate gate_;
-    MpvPlayer player_{VideoOutput::Software, AudioOutput::System};
-    VideoWidget widget_{player_};
-    std::vector<PlayState> states_;
-    std::vector<std::string> failures_;
-    std::vector<std::string> earlyEnds_;
+    HandlerGate m_gate;
+    MpvPlayer m_player{VideoOutput::Software, AudioOutput::System};
+    VideoWidget m_widget{m_player};
+    std::vector<PlayState> m_states;
+    std::vector<std::string> m_failures;
+    std::vector<std::string> m_earlyEnds;
 };
 
 TEST_F(MpvPlayerTest, opens_a_recording_without_playing_it) {
-    EXPECT_EQ(player_.playState(), PlayState::Undefined);
-    EXPECT_EQ(player_.currentPosition(), std::nullopt);
+    EXPECT_EQ(m_player.playState(), PlayState::Undefined);
+    EXPECT_EQ(m_player.currentPosition(), std::nullopt);
     open(TestMedium::TenSeconds);
-    EXPECT_EQ(player_.url(), testMedium(TestMedium::TenSeconds));
-    ASSERT_TRUE(waitFor([this] { return player_.duration() && player_.currentPosition(); }));
-    EXPECT_NEAR(*player_.duration(), 10, 0.1);
+    EXPECT_EQ(m_player.url(), testMedium(TestMedium::TenSeconds));
+    ASSERT_TRUE(waitFor([this] { return m_player.duration() && m_player.currentPosition(); }));
+    EXPECT_NEAR(*m_player.duration(), 10, 0.1);
     EXPECT_TRUE(showsFrame(0));
     letRun(300);
-    EXPECT_NEAR(*player_.currentPosition(), 0, 0.001);
+    EXPECT_NEAR(*m_player.currentPosition(), 0, 0.001);
 }
 
 TEST_F(MpvPlayerTest, holds_play_and_seek_until_the_file_is_open) {
-    player_.setUrl(testMedium(TestMedium::TenSeconds));
-    player_.setCurrentPosition(4);
-    player_.play();
-    EXPECT_EQ(player_.currentPosition(), 4);
+    m_player.setUrl(testMedium(TestMedium::TenSeconds));
+    m_player.setCurrentPosition(4);
+    m_player.play();
+    EXPECT_EQ(m_player.currentPosition(), 4);
     ASSERT_TRUE(reaches(PlayState::Playing));
-    ASSERT_TRUE(waitFor([this] { return player_.currentPosition() > 4.2; }));
-    EXPECT_LT(*player_.currentPosition(), 6);
+    ASSERT_TRUE(waitFor([this] { return m_player.currentPosition() > 4.2; }));
+    EXPECT_LT(*m_player.currentPosition(), 6);
 }
 
 TEST_F(MpvPlayerTest, holds_a_pause_that_follows_a_held_play) {
-    player_.setUrl(testMedium(TestMedium::TenSeconds));
-    player_.play();
-    player_.pause();
+    m_player.setUrl(testMedium(TestMedium::TenSeconds));
+    m_player.play();
+    m_player.pause();
     ASSERT_TRUE(reaches(PlayState::Paused));
     letRun(200);
-    EXPECT_THAT(states_, ElementsAre(PlayState::Paused));
-    EXPECT_NEAR(*player_.currentPosition(), 0, 0.001);
+    EXPECT_THAT(m_states, ElementsAre(PlayState::Paused));
+    EXPECT_NEAR(*m_player.currentPosition(), 0, 0.001);
 }
 
 TEST_F(MpvPlayerTest, tells_each_change_of_its_state) {
     open(TestMedium::TenSeconds);
-    player_.play();
-    ASSERT_TRUE(waitFor([this] { return player_.currentPosition() > 0.2; }));
-    player_.pause();
+    m_player.play();
+    ASSERT_TRUE(waitFor([this] { return m_player.currentPosition() > 0.2; }));
+    m_player.pause();
     letRun(50);
-    player_.play();
-    player_.stop();
+    m_player.play();
+    m_player.stop();
     letRun(50);
-    EXPECT_THAT(states_, ElementsAre(PlayState::Stopped, PlayState::Playing, PlayState::Paused,
-                                     PlayState::Playing, PlayState::Stopped));
-    EXPECT_NEAR(*player_.currentPosition(), 0, 0.001);
+    EXPECT_THAT(m_states, ElementsAre(PlayState::Stopped, PlayState::Playing, PlayState::Paused,
+                                      PlayState::Playing, PlayState::Stopped));
+    EXPECT_NEAR(*m_player.currentPosition(), 0, 0.001);
     EXPECT_TRUE(showsFrame(0));
 }
 
 TEST_F(MpvPlayerTest, ends_with_media_ended_and_then_stopped_and_begins_anew) {
     open(TestMedium::Short);
-    player_.play();
-    ASSERT_TRUE(waitFor([this] { return states_.size() >= 4; }));
-    EXPECT_THAT(states_, ElementsAre(PlayState::Stopped, PlayState::Playing, PlayState::MediaEnded,
-                                     PlayState::Stopped));
+    m_player.play();
+    ASSERT_TRUE(waitFor([this] { return m_states.size() >= 4; }));
+    EXPECT_THAT(m_states, ElementsAre(PlayState::Stopped, PlayState::Playing, PlayState::MediaEnded,
+                                      PlayState::Stopped));
     EXPECT_EQ(frame(), 29);
-    EXPECT_EQ(player_.currentPosition(), 0);
-    EXPECT_TRUE(earlyEnds_.empty());
-    player_.play();
-    ASSERT_TRUE(waitFor([this] { return states_.size() >= 7; }));
-    EXPECT_EQ(states_[5], PlayState::MediaEnded);
+    EXPECT_EQ(m_player.currentPosition(), 0);
+    EXPECT_TRUE(m_earlyEnds.empty());
+    m_player.play();
+    ASSERT_TRUE(waitFor([this] { return m_states.size() >= 7; }));
+    EXPECT_EQ(m_states[5], PlayState::MediaEnded);
 }
 
 TEST_F(MpvPlayerTest, seeks_to_the_exact_frame) {
     open(TestMedium::TenSeconds);
     for (const double seconds : {3.5, 0.1, 9.0, 4.0 / 3, 6.0, 2.0}) {
         SCOPED_TRACE(seconds);
-        player_.setCurrentPosition(seconds);
-        EXPECT_NEAR(*player_.currentPosition(), seconds, 0.0001);
-        EXPECT_TRUE(player_.seeking());
+        m_player.setCurrentPosition(seconds);
+        EXPECT_NEAR(*m_player.currentPosition(), seconds, 0.0001);
+        EXPECT_TRUE(m_player.seeking());
         EXPECT_TRUE(showsFrame(static_cast<int>(std::lround(seconds * 30)))) << frame();
-        EXPECT_TRUE(waitFor([this] { return !player_.seeking(); }));
-        EXPECT_NEAR(*player_.currentPosition(), seconds, 0.034);
+        EXPECT_TRUE(waitFor([this] { return !m_player.seeking(); }));
+        EXPECT_NEAR(*m_player.currentPosition(), seconds, 0.034);
     }
 }
 
 TEST_F(MpvPlayerTest, loses_no_seek_of_many_in_a_row) {
     open(TestMedium::TenSeconds);
     for (int i = 0; i < 100; ++i) {
-        player_.setCurrentPosition(i * 37 % 90 / 10.0);
+        m_player.setCurrentPosition(i * 37 % 90 / 10.0);
         if (i % 3 == 0)
             letRun(5);
     }
-    player_.setCurrentPosition(5.5);
+    m_player.setCurrentPosition(5.5);
     EXPECT_TRUE(showsFrame(165)) << frame();
 }
 
 TEST_F(MpvPlayerTest, shows_the_last_frame_for_a_seek_past_the_end_and_does_not_end_while_paused) {
     open(TestMedium::TenSeconds);
-    player_.play();
-    player_.pause();
-    player_.setCurrentPosition(500);
+    m_player.play();
+    m_player.pause();
+    m_player.setCurrentPosition(500);
     EXPECT_TRUE(showsFrame(299)) << frame();
     letRun(200);
-    EXPECT_EQ(player_.playState(), PlayState::Paused);
-    EXPECT_NEAR(*player_.currentPosition(), 10, 0.1);
-    player_.play();
+    EXPECT_EQ(m_player.playState(), PlayState::Paused);
+    EXPECT_NEAR(*m_player.currentPosition(), 10, 0.1);
+    m_player.play();
     EXPECT_TRUE(reaches(PlayState::Stopped));
     letRun(20);
-    EXPECT_THAT(states_, testing::Contains(PlayState::MediaEnded));
+    EXPECT_THAT(m_states, testing::Contains(PlayState::MediaEnded));
 }
 
 TEST_F(MpvPlayerTest, ends_when_a_playing_recording_is_sought_past_its_end) {
     open(TestMedium::TenSeconds);
-    player_.play();
-    ASSERT_TRUE(waitFor([this] { return player_.currentPosition() > 0.1; }));
-    player_.setCurrentPosition(10);
+    m_player.play();
+    ASSERT_TRUE(waitFor([this] { return m_player.currentPosition() > 0.1; }));
+    m_player.setCurrentPosition(10);
     EXPECT_TRUE(reaches(PlayState::Stopped));
 }
 
 TEST_F(MpvPlayerTest, steps_single_frames_both_ways) {
     open(TestMedium::TenSeconds);
-    player_.setCurrentPosition(2);
+    m_player.setCurrentPosition(2);
     ASSERT_TRUE(showsFrame(60));
-    player_.stepFrame(FrameStep::Forward);
+    m_player.stepFrame(FrameStep::Forward);
     EXPECT_TRUE(showsFrame(61)) << frame();
-    EXPECT_EQ(player_.playState(), PlayState::Paused);
-    player_.stepFrame(FrameStep::Back);
+    EXPECT_EQ(m_player.playState(), PlayState::Paused);
+    m_player.stepFrame(FrameStep::Back);
     EXPECT_TRUE(showsFrame(60)) << frame();
-    player_.stepFrame(FrameStep::Back);
+    m_player.stepFrame(FrameStep::Back);
     EXPECT_TRUE(showsFrame(59)) << frame();
     EXPECT_TRUE(
-        waitFor([this] { return std::abs(*player_.currentPosition() - 59 / 30.0) < 0.01; }));
+        waitFor([this] { return std::abs(*m_player.currentPosition() - 59 / 30.0) < 0.01; }));
 }
 
 TEST_F(MpvPlayerTest, plays_at_the_rate_asked_for) {
     open(TestMedium::TenSeconds);
-    player_.setRate(4);
-    EXPECT_EQ(player_.rate(), 4);
-    player_.play();
-    ASSERT_TRUE(waitFor([this] { return player_.currentPosition() > 0.5; }));
-    const double from = *player_.currentPosition();
+    m_player.setRate(4);
+    EXPECT_EQ(m_player.rate(), 4);
+    m_player.play();
+    ASSERT_TRUE(waitFor([this] { return m_player.currentPosition() > 0.5; }));
+    const double from = *m_player.currentPosition();
     QElapsedTimer timer;
     timer.start();
-    ASSERT_TRUE(waitFor([&] { return player_.currentPosition() > from + 4; }));
+    ASSERT_TRUE(waitFor([&] { return m_player.currentPosition() > from + 4; }));
     // One second on an idle machine; four at the recording's own rate.
     EXPECT_LT(timer.elapsed(), 4000);
     double speed = 0;
-    ASSERT_EQ(mpv_get_property(player_.handle()->get(), "speed", MPV_FORMAT_DOUBLE, &speed), 0);
+    ASSERT_EQ(mpv_get_property(m_player.handle()->get(), "speed", MPV_FORMAT_DOUBLE, &speed), 0);
     EXPECT_EQ(speed, 4);
 }
 
 TEST_F(MpvPlayerTest, clamps_volume_and_rate) {
     const std::pair<int, int> volumes[] = {{50, 50}, {-1, 0}, {101, 100}, {100, 100}, {0, 0}};
     for (const auto& [asked, got] : volumes) {
-        player_.setVolume(asked);
-        EXPECT_EQ(player_.volume(), got);
+        m_player.setVolume(asked);
+        EXPECT_EQ(m_player.volume(), got);
     }
-    player_.setRate(0);
-    EXPECT_EQ(player_.rate(), 0.01);
-    player_.setRate(std::nan(""));
-    EXPECT_EQ(player_.rate(), 0.01);
-    player_.setMute(true);
-    EXPECT_TRUE(player_.mute());
+    m_player.setRate(0);
+    EXPECT_EQ(m_player.rate(), 0.01);
+    m_player.setRate(std::nan(""));
+    EXPECT_EQ(m_player.rate(), 0.01);
+    m_player.setMute(true);
+    EXPECT_TRUE(m_player.mute());
 }
 
 TEST_F(MpvPlayerTest, keeps_rate_volume_and_mute_over_a_change_of_recording) {
     open(TestMedium::TenSeconds);
-    player_.setRate(2);
-    player_.setVolume(30);
-    player_.setMute(true);
-    player_.setUrl(testMedium(TestMedium::Short));
-    player_.play();
+    m_player.setRate(2);
+    m_player.setVolume(30);
+    m_player.setMute(true);
+    m_player.setUrl(testMedium(TestMedium::Short));
+    m_player.play();
     ASSERT_TRUE(reaches(PlayState::Playing));
     double speed = 0;
     double volume = 0;
     int mute = 0;
-    mpv_get_property(player_.handle()->get(), "speed", MPV_FORMAT_DOUBLE, &speed);
-    mpv_get_property(player_.handle()->get(), "volume", MPV_FORMAT_DOUBLE, &volume);
-    mpv_get_property(player_.handle()->get(), "mute", MPV_FORMAT_FLAG, &mute);
+    mpv_get_property(m_player.handle()->get(), "speed", MPV_FORMAT_DOUBLE, &speed);
+    mpv_get_property(m_player.handle()->get(), "volume", MPV_FORMAT_DOUBLE, &volume);
+    mpv_get_property(m_player.handle()->get(), "mute", MPV_FORMAT_FLAG, &mute);
     EXPECT_EQ(speed, 2);
     EXPECT_EQ(volume, 30);
     EXPECT_EQ(mute, 1);
@@ -256,60 +256,60 @@ TEST_F(MpvPlayerTest, says_why_a_recording_cannot_be_opened) {
     };
     for (const Failure& failure : failures) {
         SCOPED_TRACE(failure.name);
-        failures_.clear();
-        player_.setUrl(failure.path);
-        player_.play();
-        ASSERT_TRUE(waitFor([this] { return !failures_.empty(); }));
-        EXPECT_THAT(failures_, ElementsAre(testing::StartsWith(failure.path + ": ")));
-        EXPECT_THAT(failures_[0], HasSubstr(failure.reason));
-        EXPECT_EQ(player_.playState(), PlayState::Undefined);
-        EXPECT_EQ(player_.url(), failure.path);
+        m_failures.clear();
+        m_player.setUrl(failure.path);
+        m_player.play();
+        ASSERT_TRUE(waitFor([this] { return !m_failures.empty(); }));
+        EXPECT_THAT(m_failures, ElementsAre(testing::StartsWith(failure.path + ": ")));
+        EXPECT_THAT(m_failures[0], HasSubstr(failure.reason));
+        EXPECT_EQ(m_player.playState(), PlayState::Undefined);
+        EXPECT_EQ(m_player.url(), failure.path);
     }
-    player_.setUrl(testMedium(TestMedium::Short));
-    player_.play();
+    m_player.setUrl(testMedium(TestMedium::Short));
+    m_player.play();
     EXPECT_TRUE(reaches(PlayState::Playing));
 }
 
 TEST_F(MpvPlayerTest, plays_a_cut_off_recording_as_far_as_it_can_and_says_so) {
     open(TestMedium::CutOff);
-    player_.setRate(10);
-    player_.play();
+    m_player.setRate(10);
+    m_player.play();
     ASSERT_TRUE(reaches(PlayState::Stopped));
     letRun(20);
-    EXPECT_THAT(states_, testing::Contains(PlayState::MediaEnded));
-    EXPECT_THAT(earlyEnds_, ElementsAre(HasSubstr("ends at 0:0")));
+    EXPECT_THAT(m_states, testing::Contains(PlayState::MediaEnded));
+    EXPECT_THAT(m_earlyEnds, ElementsAre(HasSubstr("ends at 0:0")));
 }
 
 TEST_F(MpvPlayerTest, opens_only_the_last_of_several_files_set_at_once) {
-    player_.setUrl("/nowhere/1.MP4");
-    player_.setUrl(testMedium(TestMedium::TenSeconds));
-    player_.setUrl(testMedium(TestMedium::Short));
-    player_.play();
+    m_player.setUrl("/nowhere/1.MP4");
+    m_player.setUrl(testMedium(TestMedium::TenSeconds));
+    m_player.setUrl(testMedium(TestMedium::Short));
+    m_player.play();
     ASSERT_TRUE(reaches(PlayState::Playing));
-    EXPECT_NEAR(*player_.duration(), 1, 0.1);
-    EXPECT_TRUE(failures_.empty());
+    EXPECT_NEAR(*m_player.duration(), 1, 0.1);
+    EXPECT_TRUE(m_failures.empty());
 }
 
 TEST_F(MpvPlayerTest, closes_with_the_empty_path) {
     open(TestMedium::TenSeconds);
-    player_.play();
-    player_.setUrl("");
-    EXPECT_EQ(player_.playState(), PlayState::Undefined);
-    player_.play();
-    player_.setCurrentPosition(3);
+    m_player.play();
+    m_player.setUrl("");
+    EXPECT_EQ(m_player.playState(), PlayState::Undefined);
+    m_player.play();
+    m_player.setCurrentPosition(3);
     letRun(100);
-    EXPECT_EQ(player_.playState(), PlayState::Undefined);
-    EXPECT_EQ(player_.currentPosition(), std::nullopt);
-    EXPECT_EQ(player_.duration(), std::nullopt);
-    EXPECT_FALSE(player_.decodedFrame());
+    EXPECT_EQ(m_player.playState(), PlayState::Undefined);
+    EXPECT_EQ(m_player.currentPosition(), std::nullopt);
+    EXPECT_EQ(m_player.duration(), std::nullopt);
+    EXPECT_FALSE(m_player.decodedFrame());
 }
 
 TEST_F(MpvPlayerTest, gives_the_decoded_frame_at_its_full_size) {
-    widget_.setPictureSize(64, 36);
+    m_widget.setPictureSize(64, 36);
     open(TestMedium::TenSeconds);
-    player_.setCurrentPosition(1);
+    m_player.setCurrentPosition(1);
     ASSERT_TRUE(showsFrame(30));
-    const std::optional<DecodedFrame> frame = player_.decodedFrame();
+    const std::optional<DecodedFrame> frame = m_player.decodedFrame();
     ASSERT_TRUE(frame);
     EXPECT_EQ(frame->width, 320);
     EXPECT_EQ(frame->height, 180);

@@ -8,22 +8,22 @@ namespace velmorant {
 class EnvironmentValue {
   public:
     EnvironmentValue(const char* name, const QByteArray& value)
-        : name_(name), wasSet_(qEnvironmentVariableIsSet(name)), before_(qgetenv(name)) {
+        : m_name(name), m_wasSet(qEnvironmentVariableIsSet(name)), m_before(qgetenv(name)) {
         qputenv(name, value);
     }
     ~EnvironmentValue() {
-        if (wasSet_)
-            qputenv(name_, before_);
+        if (m_wasSet)
+            qputenv(m_name, m_before);
         else
-            qunsetenv(name_);
+            qunsetenv(m_name);
     }
     EnvironmentValue(const EnvironmentValue&) = delete;
     EnvironmentValue& operator=(const EnvironmentValue&) = delete;
 
   private:
-    const char* name_;
-    bool wasSet_;
-    QByteArray before_;
+    const char* m_name;
+    bool m_wasSet;
+    QByteArray m_before;
 };
 
 } // namespace velmorant

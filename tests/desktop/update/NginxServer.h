@@ -22,23 +22,23 @@ class NginxServer {
   public:
     /// With certificates it speaks https; they are read once.
     explicit NginxServer(const TestCertificates* certificates = nullptr)
-        : certificates_(certificates) {
+        : m_certificates(certificates) {
         QTcpServer probe;
         probe.listen(QHostAddress::LocalHost);
-        port_ = probe.serverPort();
+        m_port = probe.serverPort();
         probe.close();
-        served_.write("map/DeskMap.asp", "map");
-        served_.write("update/none", "");
-        served_.write("nginx.conf", configuration());
+        m_served.write("map/DeskMap.asp", "map");
+        m_served.write("update/none", "");
+        m_served.write("nginx.conf", configuration());
         QString program = QStandardPaths::findExecutable("nginx");
         if (program.isEmpty())
             program = "/usr/sbin/nginx";
-        nginx_.start(program, {"-c", QString::fromStdString(served_.path("nginx.conf")), "-e",
-                               QString::fromStdString(served_.path("error.log"))});
+        m_nginx.start(program, {"-c", QString::fromStdString(m_served.path("nginx.conf")), "-e",
+                                QString::fromStdString(m_served.path("error.log"))});
     }
     ~NginxServer() {
-        nginx_.terminate();
-        nginx_.waitForFinished(10000);
+        m_nginx.terminate();
+        m_nginx.waitForFinished(10000);
     }
     NginxServer(const NginxServer&) = delete;
     NginxServer& operator=(const NginxServer&) = delete;
@@ -47,36 +47,36 @@ class NginxServer {
     bool ready() {
         for (int i = 0; i < 200; ++i) {
             QTcpSocket socket;
-            socket.connectToHost(QHostAddress::LocalHost, port_);
+            socket.connectToHost(QHostAddress::LocalHost, m_port);
             if (socket.waitForConnected(100))
                 return true;
-            if (nginx_.state() == QProcess::NotRunning)
+            if (m_nginx.state() == QProcess::NotRunning)
                 return false;
             QThread::msleep(25);
         }
         return false;
     }
     std::string base() const {
-        return (certificates_ ? "https" : "http") + std::string("://127.0.0.1:") +
-               std::to_string(port_) + "/";
+        return (m_certificates ? "https" : "http") + std::string("://127.0.0.1:") +
+               std::to_string(m_port) + "/";
     }
-    const builders::ScratchFolder& served() const { return served_; }
-    std::string errors() const { return served_.read("error.log"); }
+    const builders::ScratchFolder& served() const { return m_served; }
+    std::string errors() const { return m_served.read("error.log"); }
 
   private:
     QByteArray listening() const {
-        const QByteArray place = "listen 127.0.0.1:" + QByteArray::number(port_);
-        if (!certificates_)
+        const QByteArray place = "listen 127.0.0.1:" + QByteArray::number(m_port);
+        if (!m_certificates)
             return place + ";";
         return place + " ssl;\nssl_certificate " +
-               QByteArray::fromStdString(certificates_->certificate()) + ";\nssl_certificate_key " +
-               QByteArray::fromStdString(certificates_->key()) + ";";
+               QByteArray::fromStdString(m_certificates->certificate()) +
+               ";\nssl_certificate_key " + QByteArray::fromStdString(m_certificates->key()) + ";";
     }
     std::string configuration() const {
         QFile file(VELMORANT_SERVER_CONFIGURATION);
         file.open(QIODevice::ReadOnly);
         QByteArray site = file.readAll();
-        const QByteArray root = QByteArray::fromStdString(served_.path());
+        const QByteArray root = QByteArray::fromStdString(m_served.path());
         site.replace("listen 80;", listening());
         site.replace("/srv/velmorant", root);
         QByteArray temporary;
@@ -91,10 +91,10 @@ class NginxServer {
         return text.toStdString();
     }
 
-    const TestCertificates* certificates_;
-    builders::ScratchFolder served_;
-    quint16 port_ = 0;
-    QProcess nginx_;
+    const TestCertificates* m_certificates;
+    builders::ScratchFolder m_served;
+    quint16 m_port = 0;
+    QProcess m_nginx;
 };
 
 } // namespace velmorant

@@ -21,29 +21,31 @@ class TestCertificates {
         openssl({"req", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-nodes",
                  "-subj", "/CN=Test server", "-keyout", at("server.key"), "-out",
                  at("server.csr")});
-        folder_.write("server.ext", "subjectAltName=" + names + "\n");
+        m_folder.write("server.ext", "subjectAltName=" + names + "\n");
         openssl({"x509", "-req", "-in", at("server.csr"), "-CA", at("ca.pem"), "-CAkey",
                  at("ca.key"), "-days", "2", "-extfile", at("server.ext"), "-out",
                  at("server.pem")});
     }
 
-    std::string authority() const { return folder_.path("ca.pem"); }
-    std::string certificate() const { return folder_.path("server.pem"); }
-    std::string key() const { return folder_.path("server.key"); }
-    bool made() const { return folder_.has("server.pem") && messages_.empty(); }
-    std::string messages() const { return messages_; }
+    std::string authority() const { return m_folder.path("ca.pem"); }
+    std::string certificate() const { return m_folder.path("server.pem"); }
+    std::string key() const { return m_folder.path("server.key"); }
+    bool made() const { return m_folder.has("server.pem") && m_messages.empty(); }
+    std::string messages() const { return m_messages; }
 
   private:
-    QString at(const std::string& name) const { return QString::fromStdString(folder_.path(name)); }
+    QString at(const std::string& name) const {
+        return QString::fromStdString(m_folder.path(name));
+    }
     void openssl(const QStringList& arguments) {
         QProcess process;
         process.start("openssl", arguments);
         if (!process.waitForFinished() || process.exitCode() != 0)
-            messages_ += process.readAllStandardError().toStdString() + "\n";
+            m_messages += process.readAllStandardError().toStdString() + "\n";
     }
 
-    builders::ScratchFolder folder_;
-    std::string messages_;
+    builders::ScratchFolder m_folder;
+    std::string m_messages;
 };
 
 } // namespace velmorant
