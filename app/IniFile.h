@@ -7,7 +7,8 @@
 
 namespace velmorant {
 
-/// Whether a value reached the file. The program goes on either way; who must tell the user looks.
+/// Whether a value reached the file. The program continues either way; callers that must inform the
+/// user check the result.
 enum class IniFileWrite { Kept, NotKept };
 
 /// The INI file object: one file and one current section of it, to which every read and write goes.

@@ -17,12 +17,12 @@ enum class JournalLevel { Error, Warning, Info, Debug };
 /// "error", "warning", "info" or "debug" in any case; absent for any other word.
 std::optional<JournalLevel> journalLevelNamed(std::string_view word);
 
-/// Writes down what the program does, for whoever looks into a problem or drives the program from
+/// Logs what the program does, for those who investigate a problem or drive the program from
 /// outside. Without a file it writes nothing.
 ///
 /// A line is "TIME LEVEL TEXT\n": TIME as 2026-12-31T23:59:59.999Z, UTC, of the moment of writing;
 /// LEVEL one of the four words, lower case; TEXT UTF-8, whose control characters are written as
-/// "\n", "\r", "\t" or "\xHH" and whose "\" as "\\", and which is cut behind 4000 bytes with "...".
+/// "\n", "\r", "\t" or "\xHH" and whose "\" as "\\", and which is cut after 4000 bytes with "...".
 class Journal : public ErrorLog {
   public:
     using Now = std::function<std::chrono::system_clock::time_point()>;

@@ -11,7 +11,7 @@ namespace velmorant {
 /// stay. A folder that is missing is not made: the write fails.
 class PrivateProfile : public ProfileFunctions {
   public:
-    /// The log, where there is one, notes why a write failed.
+    /// The log, if any, records why a write failed.
     explicit PrivateProfile(ErrorLog* errors = nullptr) : m_errors(errors) {}
     std::string read(const std::string& file, const std::string& section,
                      const std::optional<std::string>& key, const std::string& defaultValue,

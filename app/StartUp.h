@@ -30,7 +30,7 @@ struct StartUpNeeds {
     StartUpWindows& windows;
     /// The language's code where the configuration has none and cannot be given one; "" for none.
     std::string languageForThisRun;
-    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
+    ErrorLog* errors = nullptr; ///< records what the handlers pass over
 };
 
 enum class StartUpResult {

@@ -33,7 +33,7 @@ struct frmMainNeeds {
     MessageBox& messageBox;
     Waits& waits;
     FrameCommands& commands;
-    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
+    ErrorLog* errors = nullptr; ///< records what the handlers pass over
 };
 
 enum class CloseDecision { Close, Stay };
@@ -47,7 +47,7 @@ class frmMain {
     SkinLoad Load();
     void Unload();
     void Resize();
-    /// Asks whether to exit; a failure on the way keeps the user in the program.
+    /// Asks whether to exit; a failure along the way keeps the program running.
     CloseDecision CloseRequest();
     void SkinClick(const std::string& element); ///< "open", "delete", "setup", "info"
 

@@ -5,8 +5,8 @@
 
 namespace velmorant {
 
-/// Where errors are noted that a handler passes over, so that they can be found afterwards. Whoever
-/// has none is handed null.
+/// Records the errors that handlers pass over, so that they can be found afterwards. Code without
+/// one is handed null.
 class ErrorLog {
   public:
     virtual ~ErrorLog() = default;

@@ -9,9 +9,10 @@
 namespace velmorant {
 
 /// A file that is written beside its name and takes the name when it is whole and on the disk, so
-/// that a reader finds the old file or the new one and never a half. Without commit() nothing of it
-/// stays. A link is followed; what replaces a file keeps its rights. What is no regular file, or is
-/// protected from writing, is refused. Every call throws StepError with path and reason.
+/// that a reader finds the old file or the new one and never half of one. Without commit() nothing
+/// of it remains. A link is followed; what replaces a file keeps its rights. What is no regular
+/// file, or is protected from writing, is refused. Every call throws StepError with path and
+/// reason.
 ///
 /// Beside: "NAME.part-" and six letters, in the same folder; a killed program may leave it.
 class FileReplacement {

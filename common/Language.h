@@ -18,9 +18,9 @@ struct Language {
     constexpr std::int32_t code() const { return 1000 + index; } ///< "mainv" of the configuration
 };
 
-/// Every language that the program offers. The first one serves whoever has no better one. A
-/// language is added by a row here, its texts, and its button in the settings dialog's skin. Index
-/// 3 stays free: the code 1003 stands for a language that has not been chosen.
+/// Every language that the program offers. The first one is used where no other fits. A language is
+/// added by a row here, its texts, and its button in the settings dialog's skin. Index 3 stays
+/// free: the code 1003 stands for a language that has not been chosen.
 inline constexpr std::array languages = {
     Language{1, "en", "en"},
     Language{2, "zh-TW", "zh"},
@@ -39,7 +39,7 @@ constexpr std::size_t columnOf(const Language& language) {
 }
 
 /// The language of a locale in lower case, for example "zh_tw.utf-8"; the first one for a locale
-/// that none is for.
+/// without a language of its own.
 constexpr const Language& languageOfLocale(std::string_view locale) {
     const auto found = std::find_if(languages.begin(), languages.end(), [=](const Language& each) {
         return locale.starts_with(each.locale);

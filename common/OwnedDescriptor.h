@@ -19,7 +19,7 @@ class OwnedDescriptor {
     int get() const { return m_descriptor; }
     bool valid() const { return m_descriptor >= 0; }
     int release() { return std::exchange(m_descriptor, -1); }
-    /// False when the system reports that what was written is not all there. Closed either way.
+    /// False when the system reports that not everything was written. Closed either way.
     bool close() { // NOLINT(modernize-use-nodiscard): the destructor cannot look
         const int descriptor = release();
         return descriptor < 0 || ::close(descriptor) == 0;

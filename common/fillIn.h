@@ -5,7 +5,8 @@
 
 namespace velmorant {
 
-/// The text with `value` in the place of its first `place` ("%1"); unchanged without such a place.
+/// The text with its first placeholder `place` ("%1") replaced by `value`; unchanged when it has
+/// none.
 inline std::string fillIn(std::string text, std::string_view place, std::string_view value) {
     const std::size_t start = text.find(place);
     if (start != std::string::npos)

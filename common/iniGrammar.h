@@ -5,7 +5,7 @@
 
 namespace velmorant {
 
-// The grammar of an INI file, which whoever reads or writes one asks here.
+// The grammar of an INI file, shared by everything that reads or writes one.
 //
 // An optional byte order mark; lines ended by LF or CR LF, the last one perhaps by nothing or CR;
 // "[name]" after optional blanks opens a section, what follows the first "]" is ignored;

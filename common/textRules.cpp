@@ -36,7 +36,7 @@ bool parseDouble(std::string_view text, double& value) {
         if (!text.empty() && (text.front() == '-' || text.front() == '+'))
             return false;
     }
-    // from_chars also takes "inf" and "nan", which are no numbers here.
+    // from_chars also takes "inf" and "nan", which do not count as numbers here.
     if (text.empty() || text.find_first_of("iInN") != std::string_view::npos)
         return false;
     const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
@@ -52,7 +52,7 @@ Integer rounded(double value) {
     return static_cast<Integer>(nearest);
 }
 
-/// The byte offset behind the first `count` characters; the text's size when it has fewer.
+/// The byte offset after the first `count` characters; the text's size when it has fewer.
 std::size_t offsetOfCharacter(std::string_view text, std::size_t count) {
     std::size_t offset = 0;
     while (count > 0 && offset < text.size()) {

@@ -13,8 +13,8 @@ namespace velmorant {
 /// Texts are UTF-8; a "character" is a Unicode code point, an invalid byte counts as one.
 /// "Halves to even" means that 0.5 becomes 0, 1.5 becomes 2 and 2.5 becomes 2.
 
-/// Rounds to the nearest integer, halves to even. Throws StepError outside the result's range
-/// and for values that are no number.
+/// Rounds to the nearest integer, halves to even. Throws StepError outside the result's range and
+/// for values that are not a number.
 std::int16_t toInt16(double value);
 std::int32_t toInt32(double value);
 

@@ -2,7 +2,7 @@
 
 namespace velmorant {
 
-/// Shows how far the adding of many files has come. Between step() calls the list lets events run.
+/// Shows the progress of adding many files. Between step() calls the list lets events run.
 class AddingProgress {
   public:
     virtual ~AddingProgress() = default;

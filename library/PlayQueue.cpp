@@ -51,7 +51,7 @@ RowStart PlayQueue::PlayEntry(int index) {
 void PlayQueue::start(int index, std::shared_ptr<clsDot> track) {
     RecordingList& list = m_needs.list;
     m_needs.state.currentTrack = std::move(track);
-    // A step that fails does not keep the others from being done.
+    // A failing step does not prevent the others.
     trapErrors([&] { m_needs.waits.sleep(pauseBeforeOpening); });
     trapErrors([&] { m_needs.drawChart(); });
     trapErrors([&] { m_needs.playRecording(list.row(index).path); });

@@ -56,7 +56,7 @@ class PlayQueue {
 
     bool requestPending() const { return m_needs.tContinue.enabled(); }
     int requestedIndex() const { return m_requested; } ///< the tag of tContinue
-    /// Makes a pending request mean its recording's new row; 0 drops the request.
+    /// Points a pending request at its recording's new row; 0 drops the request.
     void moveRequest(int newIndex);
 
   private:

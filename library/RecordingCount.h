@@ -26,7 +26,7 @@ class RecordingCount : public RecordingListListener {
     RecordingList& m_list;
     Skin& m_skin;
     const Texts& m_texts;
-    int m_shownMarks = -1; ///< most changes of rows are none of their marks
+    int m_shownMarks = -1; ///< most changes to rows leave their marks alone
 };
 
 } // namespace velmorant

@@ -27,7 +27,7 @@ class RecordingListFile {
 
     RecordingListFile(XmlDocument& document, FileSystem& files, const HostPaths& paths);
 
-    /// Replaces the file. Shows and throws nothing: a step that fails is passed over.
+    /// Replaces the file. Shows and throws nothing: a failing step is skipped.
     void SaveRecordingList(const RecordingList& list);
 
     /// The file's entries in order; none when it is missing or cannot be parsed. An entry without a

@@ -95,7 +95,7 @@ void RecordingMarks::markRows(const std::function<bool(int)>& condition, OtherRo
             }
         }
     }
-    // Who cancels the drawing wants no reading behind it.
+    // A user who cancels the drawing does not want the extraction that would follow.
     if (drawRows(hidden) && tracksMissing)
         m_needs.tracks.extractMarked();
 }

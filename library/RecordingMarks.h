@@ -36,7 +36,7 @@ class RecordingMarks {
     void markKind(RecordingKind kind); ///< and unmarks the rows of the other kind
     void unmarkAllButPlaying();        ///< the row of the current track stays
 
-    /// Whether this is the playing row and the player plays or is paused.
+    /// Whether this is the playing row and the player is playing or paused.
     bool isOpenInPlayer(int index) const;
 
   private:

@@ -9,7 +9,7 @@
 
 namespace velmorant {
 
-/// Removes rows from the list so that everything that names a row goes on meaning the same
+/// Removes rows from the list and keeps everything that refers to a row pointing at the same
 /// recording: the playing index, the selection, each track's lSerial and a pending request of the
 /// play queue. A removed recording's track leaves the table and, when it is drawn, the map.
 class RecordingRemoval {

@@ -70,8 +70,8 @@ struct frmMP4ListNeeds {
 
 /// The recording list window: adds, marks, plays and removes rows. Row indexes are 1-based.
 ///
-/// Every operation traps its errors and shows nothing of them; the list is then left as far as it
-/// got.
+/// Every operation traps its errors and shows none of them; the list then keeps what was done so
+/// far.
 class frmMP4List {
   public:
     explicit frmMP4List(const frmMP4ListNeeds& needs);

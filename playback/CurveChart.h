@@ -13,7 +13,7 @@ namespace velmorant {
 
 enum class ChartMode { Speed, Acceleration };
 
-/// What the chart works with; everything outlives it.
+/// What the chart works with; all of it must outlive its user.
 struct CurveChartNeeds {
     Chart& chart; ///< TCLine
     Texts& texts;
@@ -31,14 +31,14 @@ class CurveChart {
 
     ChartMode mode() const { return m_mode; }
     std::string tag() const { return m_mode == ChartMode::Speed ? "SPEED" : "GS"; }
-    /// When the window is built: takes its texts, which stay whatever becomes of the language, and
+    /// When the window is built: takes its texts, which stay even when the language changes, and
     /// draws in the speed mode.
     void Load();
     /// The mode of the next drawing; without a track the empty chart of that mode is shown at once.
     void setMode(ChartMode mode);
 
     /// Draws the current track anew, in the present unit; without one the chart is empty, its axes
-    /// those of a track that stands. Leaves the track's cursor.
+    /// those of a track at rest. Leaves the track's cursor.
     void Draw();
     void Clear(); ///< an empty chart, without a cursor
     /// A click: `point` is the 0-based point of the curve under the mouse, -1 for none. Seeks to

@@ -13,10 +13,10 @@
 
 namespace velmorant {
 
-/// What a saved picture tells of itself; what is unknown is absent.
+/// What is written into a saved picture; unknown values are absent.
 struct FrameDetails {
     std::optional<std::int64_t> utcSeconds;    ///< since 1970
-    std::optional<std::int64_t> cameraSeconds; ///< the recorder's own clock, where it is no UTC
+    std::optional<std::int64_t> cameraSeconds; ///< the recorder's own clock, where it is not UTC
     std::optional<double> longitude;           ///< decimal degrees, with latitude only
     std::optional<double> latitude;
     std::optional<double> heading; ///< degrees clockwise from north, with the place only
@@ -31,7 +31,7 @@ class FrameWriter {
     virtual void saveFrame(const std::string& path, const FrameDetails& details) = 0;
 };
 
-/// What saving a frame works with; everything outlives it.
+/// What saving a frame works with; all of it must outlive its user.
 struct FrameSaverNeeds {
     FrameWriter& writer;
     FileDialogs& dialogs;

@@ -13,7 +13,7 @@
 
 namespace velmorant {
 
-/// What the card works with; everything outlives it.
+/// What the card works with; all of it must outlive its user.
 struct MomentCardNeeds {
     PlayerControls& controls;
     frmChild& player;
@@ -26,9 +26,9 @@ struct MomentCardNeeds {
     std::function<int(std::int64_t)> zoneOffset;
 };
 
-/// Says what is seen: the recording's name, the clock time of the position in the system's zone and
-/// in UTC, the place, and the position in the recording. Where the extractor knew only the
-/// recorder's own clock, that time is shown as it stands and named so.
+/// Describes what is shown: the recording's name, the clock time of the position in the system's
+/// zone and in UTC, the place, and the position in the recording. Where the extractor knew only the
+/// recorder's own clock, that time is shown as it stands and labelled so.
 class MomentCard {
   public:
     explicit MomentCard(const MomentCardNeeds& needs) : m_needs(needs) {}
@@ -36,7 +36,7 @@ class MomentCard {
     void Show(); ///< the present position; empties the card while nothing is open
     /// The position a dragged progress slider stands for; it stays until EndPreview().
     void Preview(double percent);
-    /// The slider was let go. The card shows it until the player has come there.
+    /// The slider was let go. The card shows it until the player has reached it.
     void EndPreview();
     void ShowUnit(); ///< of the speed digits
 

@@ -11,7 +11,7 @@
 
 namespace velmorant {
 
-/// What the position follow works with; everything outlives it.
+/// What the position follow works with; all of it must outlive its user.
 struct PositionFollowNeeds {
     PlayerSettings& player;
     Skin& controlBar;

@@ -9,7 +9,7 @@
 
 namespace velmorant {
 
-/// What still pictures work with; everything outlives them.
+/// What still pictures work with; all of it must outlive its user.
 struct StillPictureNeeds {
     Screen& screen;
     ScreenCapture& capture;

@@ -18,7 +18,7 @@
 
 namespace velmorant {
 
-/// What the player window works with; everything outlives it.
+/// What the player window works with; all of it must outlive its user.
 struct ChildNeeds {
     PlayerControls& player; ///< qvWmp, the visible one
     PlayerSettings& settings;
@@ -55,8 +55,8 @@ class frmChild {
     void PictureClicked();      ///< leaves full screen
     void PictureMousePressed(); ///< keeps the player's own controls away
 
-    /// Opens a recording and plays it at the rate kept here, with its position followed. A step
-    /// that fails does not keep the others from being done.
+    /// Opens a recording and plays it at the rate kept here, with its position followed. A failing
+    /// step does not prevent the others.
     void playRecording(const std::string& path);
     void openRecording(const std::string& path); ///< and shows the picture; plays nothing yet
     void enablePlayTimer();
@@ -82,7 +82,7 @@ class frmChild {
     int pictureWidth() const { return m_pictureWidth; } ///< pixels
     int pictureHeight() const { return m_pictureHeight; }
 
-    /// Told of every change of the play state, and of every tick of the position timer.
+    /// Called on every change of the play state, and on every tick of the position timer.
     std::function<void(PlayState)> onPlayStateChanged;
     std::function<void()> onTicked;
 

@@ -26,7 +26,7 @@ namespace velmorant {
 
 enum class StepDirection { Back, Forward };
 
-/// What the control bar works with; everything outlives it.
+/// What the control bar works with; all of it must outlive its user.
 struct CurveNeeds {
     PlayerControls& controls;
     PlayerSettings& settings;
@@ -59,7 +59,7 @@ class frmCurve {
     SkinLoad Load();
 
     /// A button by its name, in any case: "SPEAKER", "CMDPLAY", "PAUSE", "STOP", "HEAD", "END",
-    /// "BACK", "FAST", "SPEED", "GS", "PHOTO"; beside them "SAVEFRAME".
+    /// "BACK", "FAST", "SPEED", "GS", "PHOTO", and "SAVEFRAME".
     void ButtonClicked(const std::string& name);
     /// A slider by its name, in any case: "PLAYPROGRESS", "PLAYSPEED", "VOLUME".
     void SliderChanged(const std::string& name);

@@ -5,8 +5,8 @@
 
 namespace velmorant {
 
-/// What the open-file dialog shows. Explorer style, several files, read-only box hidden,
-/// the current directory stays.
+/// What the open-file dialog shows. Explorer style, several files, read-only box hidden, the
+/// current directory is left unchanged.
 struct OpenFilesRequest {
     std::string title;
     std::string filter;                ///< description "|" pattern, for example "MP4 file|*.MP4"

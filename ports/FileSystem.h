@@ -13,7 +13,7 @@ class FileSystem {
     virtual bool fileExists(const std::string& path) const = 0; ///< false for a folder
     virtual bool folderExists(const std::string& path) const = 0;
     virtual void createFolder(const std::string& path) = 0; ///< its parents must exist
-    /// Nobody but its owner may look into the folder from now on.
+    /// From now on only its owner may read the folder.
     virtual void keepPrivate(const std::string& folder) = 0;
     virtual void createEmptyFile(const std::string& path) = 0; ///< overwrites
     virtual void deleteFile(const std::string& path) = 0;

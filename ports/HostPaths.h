@@ -20,13 +20,14 @@ class HostPaths {
     virtual std::string writableProgramFile(const std::string& relative) const = 0;
     /// The drive (or what stands for it) that carries `path`, followed by "VelmorantDVRtempFile".
     virtual std::string temporaryFolder() const = 0;
-    /// An executable of the program folder with the host's ending: executable("movsupport/Parse").
+    /// An executable of the program folder with the host's extension:
+    /// executable("movsupport/Parse").
     virtual std::string executable(const std::string& relative) const = 0;
     virtual std::string join(const std::string& folder, const std::string& name) const = 0;
     /// The path's components from the left, each with what is needed to join it to the one before:
-    /// joined one after the other with join() they give the path again.
+    /// joined one after another with join() they yield the path again.
     virtual std::vector<std::string> components(const std::string& path) const = 0;
-    /// The ending of a shortcut file, ".lnk" or ".desktop".
+    /// The extension of a shortcut file, ".lnk" or ".desktop".
     virtual std::string shortcutEnding() const = 0;
 };
 

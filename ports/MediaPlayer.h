@@ -18,17 +18,17 @@ enum class PlayState {
     OpeningToPause = 10
 };
 
-/// Opens and plays one recording at a time. What is asked of a file that still opens is held until
-/// it is open.
+/// Opens and plays one recording at a time. Requests made while a file is still opening are held
+/// until it is open.
 class PlayerControls {
   public:
     virtual ~PlayerControls() = default;
     /// Opens the file; plays nothing yet. The empty path closes the present file.
     virtual void setUrl(const std::string& path) = 0;
     virtual std::string url() const = 0; ///< the path last set
-    virtual void play() = 0;             ///< without a file: nothing
-    virtual void pause() = 0;            ///< of what plays, or is to; else nothing
-    virtual void stop() = 0;             ///< back to the start
+    virtual void play() = 0;             ///< does nothing without a file
+    virtual void pause() = 0; ///< pauses what plays or is about to; otherwise does nothing
+    virtual void stop() = 0;  ///< back to the start
     /// Seconds from the start, at a seek at once its target; absent while the player knows none, as
     /// while a file opens.
     virtual std::optional<double> currentPosition() const = 0;

@@ -20,13 +20,13 @@ struct ExportState {
     std::string technical; ///< the failure in plain English, with its place
 };
 
-/// Reads a recording and writes its track, beside the window's thread. One at a time.
+/// Reads a recording and writes its track, off the window's thread. One at a time.
 class TrackExport {
   public:
     virtual ~TrackExport() = default;
-    /// Not while one runs.
+    /// Must not be called while one runs.
     virtual void start(const ExportOrder& order) = 0;
-    /// Of the order begun last.
+    /// The state of the most recent order.
     virtual ExportState state() const = 0;
     /// The order ends soon, as Stopped unless it was done by then, and leaves no file.
     virtual void stop() = 0;

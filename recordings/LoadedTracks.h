@@ -23,7 +23,7 @@ class LoadedTracks {
     std::shared_ptr<clsDot> find(std::int32_t serial) const; ///< null when absent
     /// Does nothing when the recording has a track already, or without a track.
     void add(std::int32_t serial, std::shared_ptr<clsDot> track);
-    void remove(std::int32_t serial); ///< an absent one is no error
+    void remove(std::int32_t serial); ///< removing an absent one is not an error
     void clear();
 
     std::size_t size() const { return m_entries.size(); }

@@ -19,7 +19,7 @@ enum class MapState { Hidden, Shown };
 /// Missing: the file was not there when it was to be played, or its extraction timed out.
 enum class FileState { Present, Missing };
 
-/// One row of the recording list. How its fields read as texts is RowView's alone.
+/// One row of the recording list. Only RowView knows how its fields read as texts.
 struct RecordingEntry {
     std::int32_t serial = 0; ///< from 1, unique in a run of the program; the route's number too
     RecordingKind kind = RecordingKind::Normal;

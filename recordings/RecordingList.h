@@ -58,8 +58,8 @@ class RecordingList {
     void setMark(int index, MarkState mark) { set(index, &RecordingEntry::mark, mark); }
 
     void append(std::vector<RecordingEntry> rows);
-    /// The rows behind move up; the selected, playing and highlighted index keep meaning the same
-    /// rows, or none when theirs was removed.
+    /// The rows after it move up; the selected, playing and highlighted index keep referring to the
+    /// same rows, or to none when theirs was removed.
     void remove(int first, int removedCount);
 
     int selected() const { return m_selected; }

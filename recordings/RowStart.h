@@ -2,7 +2,7 @@
 
 namespace velmorant {
 
-/// What became of an attempt to play a row of the recording list.
+/// The outcome of an attempt to play a row of the recording list.
 enum class RowStart {
     Started,
     FileMissing, ///< the row is now unmarked and flagged

@@ -13,8 +13,8 @@
 
 namespace velmorant {
 
-/// The track of one recording: dots 1..count, one per second, and one spare empty dot behind them;
-/// a cursor, the current index, that follows the play position (0 at first: no dot); and what the
+/// The track of one recording: dots 1..count, one per second, and one spare empty dot after them; a
+/// cursor, the current index, that follows the play position (0 at first: no dot); and what the
 /// extractor says of the recording beyond its dots.
 ///
 /// "Outside" below means an index that is neither a dot nor the spare one. The extrema start at 0,
@@ -35,7 +35,7 @@ class clsDot {
     const std::string& strTime() const { return current().timeText; }
     const std::string& strDate() const { return current().dateText; }
 
-    /// A number free for the owner: the 1-based list index of the recording.
+    /// A number for the owner's use: the 1-based list index of the recording.
     std::int32_t lSerial() const { return m_serial; }
     void lSerial(std::int32_t serial) { m_serial = serial; }
 

@@ -10,7 +10,7 @@ namespace velmorant {
 enum class RecordingKind { Normal = 1, Locked = 2 };
 
 /// The date of a dated folder's name, in exactly 10 characters: "20121009_A" and "20121009" give
-/// "2012/10/09"; a name whose first 8 characters are no number stands as it is.
+/// "2012/10/09"; a name whose first 8 characters are not a number is kept as it is.
 std::string dateOfFolderName(std::string_view folderName);
 
 /// Locked when the base name's last character is "P" or "p".

@@ -19,7 +19,7 @@ struct UpdateScheduleNeeds {
     ProfileFunctions& profile;
     const HostPaths& paths;
     std::function<void()> open; ///< opens the update by itself (UpdateOpening::Automatic)
-    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
+    ErrorLog* errors = nullptr; ///< records what the handlers pass over
 };
 
 /// When the update opens by itself: some seconds after the start, at most once a day, and only when

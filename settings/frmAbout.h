@@ -15,7 +15,7 @@
 
 namespace velmorant {
 
-/// What the about box tells of the program.
+/// What the about box says about the program.
 struct ProgramFacts {
     std::string version;
     std::string licence;
@@ -33,7 +33,7 @@ struct frmAboutNeeds {
     MessageBox& messageBox;
     Shell& shell;
     ProgramFacts facts;
-    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
+    ErrorLog* errors = nullptr; ///< records what the handlers pass over
 };
 
 /// The about box.

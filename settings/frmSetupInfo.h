@@ -29,7 +29,7 @@ struct frmSetupInfoNeeds {
     MessageBox& messageBox;
     Shell& shell;
     SetupTargets& targets;
-    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
+    ErrorLog* errors = nullptr; ///< records what the handlers pass over
 };
 
 /// The settings dialog: display language and speed unit.

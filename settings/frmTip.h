@@ -24,7 +24,7 @@ struct frmTipNeeds {
     const HostPaths& paths;
     const Texts& texts;
     MessageBox& messageBox;
-    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
+    ErrorLog* errors = nullptr; ///< records what the handlers pass over
 };
 
 /// The loading splash. It has the frame's size: the frame takes its place, and so stands in the

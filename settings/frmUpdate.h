@@ -32,7 +32,7 @@ struct frmUpdateNeeds {
     const HostPaths& paths;
     std::string mainProgram; ///< the executable's name in the program folder
     std::string publicKey{}; ///< signs catalogues (checkSignature); empty: none needs a signature
-    ErrorLog* errors = nullptr; ///< notes what the handlers pass over
+    ErrorLog* errors = nullptr; ///< records what the handlers pass over
 };
 
 enum class UpdateOpening {

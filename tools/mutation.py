@@ -102,14 +102,14 @@ class Workshop:
                               stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
                               stderr=subprocess.STDOUT, check=False, **options)
 
-    def try_test(self, test, limit):
+    def try_test(self, test, limit, *options):
         """The ended test program, or None where it did not end."""
         def bounded():
             os.setsid()
             resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
             resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
 
-        command = [str(self.build / test), "--gtest_fail_fast", "--gtest_brief=1"]
+        command = [str(self.build / test), "--gtest_brief=1", *options]
         process = subprocess.Popen((FENCE if Workshop.fenced else []) + command, env=self.environment,
                                    cwd=self.home, text=True, errors="replace", preexec_fn=bounded,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
@@ -134,7 +134,7 @@ class Workshop:
                 return "not compiled"
             if built.returncode != 0:
                 return "not compiled"
-            ended = self.try_test(test, self.limits[test])
+            ended = self.try_test(test, self.limits[test], "--gtest_fail_fast")
             if ended is None or ended.returncode != 0:
                 return "caught"
         return "survived"

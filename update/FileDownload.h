@@ -27,19 +27,19 @@ struct DownloadFailure {
     std::string reason; ///< with the address
 };
 
-/// What a listener learns of a download. Exactly one of `complete` and `failed` comes, unless the
-/// download was cancelled.
+/// What a listener learns of a download. Exactly one of `complete` and `failed` is called, unless
+/// the download was cancelled.
 struct DownloadListener {
-    std::function<void(std::int64_t maximum)> length;  ///< the response tells its "Content-Length"
+    std::function<void(std::int64_t maximum)>
+        length; ///< the response announces its "Content-Length"
     std::function<void(std::int64_t written)> written; ///< after each chunk
     std::function<void()> complete;                    ///< the file is in the tree's group
     std::function<void(const DownloadFailure&)> failed;
 };
 
 /// Fetches one file at a time into the program folder, written beside its destination. The file
-/// joins the tree's group only when the response was 200, the body ended well and was of the length
-/// that the response told, and the digest fits. A program that was not there before gets the right
-/// to run.
+/// joins the tree's group only when the response was 200, the body ended well and had the announced
+/// length, and the digest fits. A program that was not there before gets the right to run.
 class FileDownload {
   public:
     static constexpr std::size_t chunkSize = 1024;

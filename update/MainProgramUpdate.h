@@ -17,7 +17,7 @@ class ProgramHost {
     virtual ~ProgramHost() = default;
     virtual bool isRunning(const std::string& path) = 0;
     virtual void waitABit() = 0;
-    /// Starts it and looks on for some seconds. Failed: it did not start, or ended with an error.
+    /// Starts it and watches it for some seconds. Failed: it did not start, or ended with an error.
     virtual ProgramStart startAndWatch(const std::string& path, const std::string& folder) = 0;
 };
 

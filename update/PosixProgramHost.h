@@ -9,7 +9,7 @@ namespace velmorant {
 /// The programs of a system that lists its processes under /proc.
 class PosixProgramHost : public ProgramHost {
   public:
-    /// `watched` is how long a program that was started is looked on.
+    /// `watched` is how long a started program is watched.
     explicit PosixProgramHost(std::chrono::milliseconds watched);
 
     bool isRunning(const std::string& path) override; ///< any process of this user's

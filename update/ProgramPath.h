@@ -18,7 +18,7 @@ class ProgramPath {
   public:
     /// Reads a catalogue's "LOCAL": components between "/" or "\", UTF-8. Refused are: absolute
     /// names, drives and streams (":"), empty components, "." and "..", components that end in a
-    /// dot or a blank, device names (CON, COM1 ..., with any ending), control characters, the
+    /// dot or a blank, device names (CON, COM1 ..., with any extension), control characters, the
     /// characters that some host gives a meaning (< > " | ? *), more than 16 components, and what
     /// belongs to the user or to the update itself (isReserved).
     static std::variant<ProgramPath, PathRefusal> fromCatalogue(std::string_view local);
@@ -37,11 +37,11 @@ class ProgramPath {
     std::vector<std::string> m_components; ///< at least one
 };
 
-/// The ending of a file that is being written beside its destination.
+/// The suffix of a file that is being written beside its destination.
 inline constexpr std::string_view besideEnding = ".part~";
-/// The ending of the main program's last version, kept beside the present one.
+/// The suffix of the main program's last version, kept beside the present one.
 inline constexpr std::string_view keptEnding = ".old";
-/// The ending of the main program's next version, until the present one has ended.
+/// The suffix of the main program's next version, until the present one has ended.
 inline constexpr std::string_view nextEnding = ".next";
 
 /// Whether a catalogue may not name this path: the update's own files, the configuration, the

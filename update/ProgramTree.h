@@ -33,8 +33,8 @@ class ProgramTree {
     ProgramTree(const ProgramTree&) = delete;
     ProgramTree& operator=(const ProgramTree&) = delete;
 
-    /// Held until this object is gone, or unlock(): two updates of one folder would write the same
-    /// files beside.
+    /// Held until unlock() or the end of this object: two updates of one folder would write the
+    /// same files beside.
     TreeLock lock();
     void unlock();
 

@@ -10,9 +10,9 @@ namespace velmorant {
 
 class ChartWidget;
 
-/// The chart for those who use no mouse: a stop of the Tab key, the arrow keys go from point to
-/// point, Home, End and the page keys further, Enter is a click on the point. Screen readers get a
-/// slider over the points with the point's text as its value.
+/// Makes the chart usable without a mouse: Tab reaches it, the arrow keys move from point to point,
+/// Home, End and the page keys move further, Enter acts as a click on the point. Screen readers get
+/// a slider over the points with the point's text as its value.
 ///
 /// Belongs to the plot.
 class ChartKeys : public QObject {
@@ -20,7 +20,7 @@ class ChartKeys : public QObject {
   public:
     ChartKeys(ChartWidget& chart, QCustomPlot& plot);
     ChartWidget& chart() { return m_chart; }
-    /// The point that is shown has another text.
+    /// The text of the point that is shown has changed.
     void tell();
 
   protected:
@@ -32,7 +32,7 @@ class ChartKeys : public QObject {
 
     ChartWidget& m_chart;
     QCustomPlot& m_plot;
-    QFrame* m_frame; ///< tells that the chart has the keys
+    QFrame* m_frame; ///< shows that the chart has the keyboard focus
 };
 
 } // namespace velmorant

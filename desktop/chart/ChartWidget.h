@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-// The plot's own header takes longer to compile than all else of a window together.
+// The plot's own header takes longer to compile than the rest of a window together.
 class QColor;
 class QCPAxis;
 class QCPItemLine;
@@ -25,10 +25,10 @@ class ChartKeys;
 
 /// The line chart on QCustomPlot. Points are collected by addXY() and shown by redraw().
 ///
-/// The x of a series rise. Series 1 alone is drawn with a light fill (the speed); with series 2
-/// present, 1 to 3 are the three curves of the G sensor. A single point at y = 200 in series 3 is
-/// the click marker: it lies outside most axes and is drawn as a vertical line at its x, in its
-/// colour. The bottom axis is labelled in minutes and seconds.
+/// The x values of a series increase. Series 1 alone is drawn with a light fill (the speed); with
+/// series 2 present, 1 to 3 are the three curves of the G sensor. A single point at y = 200 in
+/// series 3 is the click marker: it lies outside most axes and is drawn as a vertical line at its
+/// x, in its colour. The bottom axis is labelled in minutes and seconds.
 class ChartWidget : public Chart {
   public:
     static constexpr int seriesCount = 4;
@@ -46,16 +46,16 @@ class ChartWidget : public Chart {
     QWidget& widget();
 
     /// The left button was released over the point with that index of its series, from 0; -1: over
-    /// none. A place counts for the point whose x is nearest, at any height within the axes.
+    /// none. A place selects the point whose x is nearest, at any height within the axes.
     void onMouseUp(GatedListener<int> listener);
     /// The point under the mouse changed; -1: none.
     void onHover(GatedListener<int> listener);
     /// The text shown at the point under the mouse; empty: none.
     void setHoverText(const std::string& text);
     QString hoverText() const;
-    /// Shows the text of a point as the mouse over it would; -1: of none.
+    /// Shows the text of a point as hovering over it would; -1 hides it.
     void point(int index);
-    /// As a click on the point would.
+    /// Acts as a click on the point.
     void choose(int index);
     int pointCount() const;
     int pointed() const { return m_hovered; } ///< -1: none

@@ -12,10 +12,10 @@ class HandlerGate;
 
 /// A listener of a widget or of a component that calls the logic, and does so through the gate
 /// alone: only HandlerGate::listener() makes one, so that a plain function cannot be handed to what
-/// asks for this type. Empty it is nobody, and calls of it do nothing.
+/// asks for this type. An empty one has no receiver, and calling it does nothing.
 ///
-/// What waits in the gate is dropped when the last copy of the listener ends or is replaced: whom
-/// it was for is gone then.
+/// Calls waiting in the gate are dropped when the last copy of the listener is destroyed or
+/// replaced: their receiver is gone by then.
 template <typename... Arguments>
 class GatedListener {
   public:
@@ -35,8 +35,8 @@ class GatedListener {
             });
     }
 
-    /// For what only counts in its last form, as a size does: while the gate is busy one call is
-    /// held, with the arguments that came last.
+    /// For events of which only the latest counts, such as a resize: while the gate is busy a
+    /// single call is held, with the most recent arguments.
     void latest(Arguments... arguments) const {
         const auto state = m_state;
         if (!state)
@@ -64,8 +64,7 @@ class GatedListener {
     std::shared_ptr<State> m_state;
 };
 
-/// Takes steps of a component that answers later, such as a transfer, to the time when they may
-/// run.
+/// Defers the steps of a component that answers later, such as a transfer, until they may run.
 using GatedDelivery = GatedListener<std::function<void()>>;
 
 } // namespace velmorant

@@ -9,11 +9,11 @@
 
 namespace velmorant {
 
-/// Who serves street tiles.
+/// The server of street tiles.
 struct TileProvider {
     /// http or https, with {z}, {x} and {y}, perhaps {s} for one of the sub-domains a, b and c.
     QString urlTemplate;
-    QString referer;  ///< tile servers ask who fetches
+    QString referer;  ///< tile servers require one
     int maxZoom = 19; ///< 0 .. 22
 };
 
@@ -23,7 +23,7 @@ struct Tile {
 };
 
 /// Fetches street tiles from the provider, when one is set, and keeps them on disk up to a limit:
-/// an area once seen is there without a network. Freshness follows the server's headers.
+/// an area seen once is available offline. Freshness follows the server's headers.
 class TileCache {
   public:
     /// Creates the folder when first used.
@@ -33,7 +33,7 @@ class TileCache {
     const std::optional<TileProvider>& provider() const { return m_provider; }
 
     /// Calls back once, from the event loop; without a tile when there is no provider, the place is
-    /// outside the map, or the tile can be had neither from the network nor from the disk.
+    /// outside the map, or the tile is available neither from the network nor from the disk.
     void fetch(int zoom, int x, int y, const std::function<void(std::optional<Tile>)>& result);
 
   private:

@@ -13,7 +13,7 @@ class UserGesture : public QObject {
     Q_OBJECT
   public:
     void watch(QWidget& widget);
-    /// True once for each gesture, and not when it is long past.
+    /// True once for each gesture, and only shortly after it.
     bool take();
 
   protected:

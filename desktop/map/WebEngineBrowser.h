@@ -29,7 +29,7 @@ class WebEngineBrowser : public WebBrowser {
   public:
     using Listener = GatedListener<std::string>;
 
-    /// Answers of the page are handed to the logic through the delivery.
+    /// Answers from the page reach the logic through `delivery`.
     WebEngineBrowser(WebEngineBrowserSettings settings, GatedDelivery delivery);
     ~WebEngineBrowser() override;
 

@@ -11,7 +11,7 @@
 namespace velmorant {
 
 /// The one origin whose addresses the control opens: that of the address last navigated to.
-/// Addresses that carry their content in themselves (data, blob) are open too.
+/// Addresses that contain their own content (data, blob) are allowed too.
 class OwnOrigin {
   public:
     void set(const QUrl& address) { m_address = address; }
@@ -21,7 +21,7 @@ class OwnOrigin {
     QUrl m_address;
 };
 
-/// Blocks every request, of whatever the page embeds, that leaves the own origin.
+/// Blocks every request that leaves the page's own origin, embedded content included.
 class OwnOriginInterceptor : public QWebEngineUrlRequestInterceptor {
   public:
     explicit OwnOriginInterceptor(const OwnOrigin& origin) : m_origin(origin) {}
@@ -32,8 +32,8 @@ class OwnOriginInterceptor : public QWebEngineUrlRequestInterceptor {
 };
 
 /// A page that never leaves its origin: links that lead elsewhere, and windows that it wants to
-/// open, are reported instead when the user has asked for them. It has no connections but requests,
-/// which its profile's interceptor sees.
+/// open, are reported instead when the user has asked for them. Its only connections are requests,
+/// all of which pass its profile's interceptor.
 class WebMapPage : public QWebEnginePage {
     Q_OBJECT
   public:

@@ -10,8 +10,8 @@ inline constexpr char mapHost[] = "map";
 enum class OpenGlUse { None, Picture };
 
 /// Call once, before the application object and before any thread: registers the scheme and sets
-/// the variables that Qt WebEngine reads or sets at its start. What the environment already sets
-/// stays. Nothing else in the program changes the environment: threads may be reading it.
+/// the variables that Qt WebEngine reads or sets at its start. Variables that are already set are
+/// kept. Nothing else in the program changes the environment: threads may be reading it.
 void prepareWebEngine(OpenGlUse use = OpenGlUse::None);
 
 } // namespace velmorant

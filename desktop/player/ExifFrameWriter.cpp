@@ -93,7 +93,7 @@ QByteArray ExifFrameWriter::withDetails(const QByteArray& picture, const FrameDe
 }
 
 void ExifFrameWriter::saveFrame(const std::string& path, const FrameDetails& details) {
-    const std::optional<DecodedFrame> frame = player_.decodedFrame();
+    const std::optional<DecodedFrame> frame = m_player.decodedFrame();
     if (!frame)
         throw StepError(path + ": there is no picture to save");
     const QImage image(frame->rgb.data(), frame->width, frame->height, qsizetype{3} * frame->width,

@@ -10,8 +10,8 @@
 namespace velmorant {
 
 /// Owns one libmpv core, in which no script runs. Everything but the constructor is asynchronous:
-/// no call waits for the core, which may be busy opening a slow card. Requests are executed in the
-/// order given.
+/// no call waits for the core, which may be busy opening a file on a slow card. Requests are
+/// executed in the order given.
 class MpvHandle {
   public:
     using Options = std::vector<std::pair<const char*, const char*>>;
@@ -24,7 +24,7 @@ class MpvHandle {
     MpvHandle& operator=(const MpvHandle&) = delete;
 
     mpv_handle* get() const { return m_handle; }
-    /// `reply` comes back in the MPV_EVENT_COMMAND_REPLY event; 0: nobody asks for it.
+    /// `reply` is returned in the MPV_EVENT_COMMAND_REPLY event; 0 when it is not needed.
     void command(const std::vector<std::string>& words, std::uint64_t reply = 0);
     void setFlag(const char* property, bool value);
     void setNumber(const char* property, double value);

@@ -15,7 +15,7 @@ namespace velmorant {
 enum class VideoOutput {
     Software, ///< drawn by the processor into a plain widget
     OpenGl,   ///< for a real graphics processor and high resolutions
-    None      ///< decoded and dropped: a player that nobody looks at
+    None      ///< decoded and dropped: a player that is never visible
 };
 enum class AudioOutput { System, None };
 enum class FrameStep { Back, Forward };
@@ -26,7 +26,7 @@ enum class FrameStep { Back, Forward };
 /// playState(): Undefined while nothing is open and while a file opens of which nothing is asked
 /// yet; Stopped once it is open, after stop() and after the end; Paused and Playing. At the end of
 /// a playing recording the event MediaEnded is sent, then Stopped; the picture stays the last one
-/// and the next play() begins anew. A pause at the end of the file is no end.
+/// and the next play() starts over. A pause at the end of the file does not count as the end.
 ///
 /// All events are sent from the event loop, never from inside a call. Where there is no sound card
 /// the recording plays without sound.
@@ -46,7 +46,7 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     void play() override;
     void pause() override;
     void stop() override;
-    /// Where a seek is under way, its target.
+    /// While a seek is under way, its target.
     std::optional<double> currentPosition() const override;
     /// Exact: the first picture at or after that time; past the end the last picture.
     void setCurrentPosition(double seconds) override;
@@ -58,10 +58,10 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     int volume() const override { return m_volume; }
     void setVolume(int volume) override;
     double rate() const override { return m_rate; }
-    /// The pitch stays. Clamped to 0.01 .. 100; what is no number is ignored.
+    /// The pitch stays. Clamped to 0.01 .. 100; NaN is ignored.
     void setRate(double rate) override;
 
-    /// A seek is held or under way: its picture is not there yet.
+    /// A seek is held or under way; its picture has not arrived yet.
     bool seeking() const { return m_heldSeek || m_seekTarget; }
     /// Pauses and shows the next or the previous picture.
     void stepFrame(FrameStep direction);
@@ -76,7 +76,7 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     /// cut off; sent before MediaEnded.
     void onEndedEarly(FailureListener listener);
 
-    /// For the widget that shows the picture. The core lives until both have let go of it.
+    /// For the widget that shows the picture. The core lives until both have released it.
     std::shared_ptr<MpvHandle> handle() const { return m_handle; }
     VideoOutput videoOutput() const { return m_video; }
     std::shared_ptr<PictureLink> link() const { return m_link; }
@@ -114,7 +114,7 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     void setState(PlayState state);
     void sendState(PlayState state);
 
-    QObject m_context; ///< what is queued for it dies with it
+    QObject m_context; ///< destroying it drops what is queued for it
     VideoOutput m_video;
     std::shared_ptr<MpvHandle> m_handle;
     std::shared_ptr<PictureLink> m_link = std::make_shared<PictureLink>();
@@ -134,7 +134,7 @@ class MpvPlayer : public PlayerControls, public PlayerSettings {
     bool m_seekExecuted = false;
     bool m_steppingBack = false; ///< until its picture is there; libmpv loses a step before
     int m_heldSteps = 0;         ///< asked for meanwhile; back is negative
-    bool m_atEnd = false;        ///< ended by itself: the next play() begins anew
+    bool m_atEnd = false;        ///< ended by itself: the next play() starts over
     std::optional<double> m_position;
     std::optional<double> m_duration;
     std::string m_firstError; ///< of libmpv's log since the file was set

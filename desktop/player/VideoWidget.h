@@ -21,7 +21,7 @@ struct PictureMouseEvent {
 
 /// The background picture box and, over it, the player's picture, letterboxed. The player's picture
 /// is hidden at first; made visible it takes the background's place when it has something to show,
-/// so that nothing flashes between the two. It becomes a window of its own while it fills the
+/// so that nothing flickers between the two. It becomes a window of its own while it fills the
 /// screen; keys pressed there arrive in this widget.
 class VideoWidget : public QWidget, private PictureListener {
   public:
@@ -59,7 +59,7 @@ class VideoWidget : public QWidget, private PictureListener {
     std::shared_ptr<PictureLink> m_link;
     QSize m_pictureSize;
     bool m_pictureVisible = false; ///< as asked for
-    bool m_pictureThere = false;   ///< the present recording has one, or an earlier one is held
+    bool m_pictureThere = false;   ///< the present recording has one, or the previous one is held
     bool m_fullScreen = false;
     int m_wheelAngle = 0;
     QString m_backgroundPath;
@@ -76,7 +76,7 @@ class VideoWidgetView : public PlayerView {
     void setVisible(bool visible) override { m_widget.setPictureVisible(visible); }
     bool fullScreen() const override { return m_widget.isFullScreenPicture(); }
     void setFullScreen(bool fullScreen) override { m_widget.setFullScreenPicture(fullScreen); }
-    /// The picture never has controls of its own.
+    /// The picture has no controls of its own.
     void setUiMode(const std::string&) override {}
     void setSize(int width, int height) override { m_widget.setPictureSize(width, height); }
     bool setBackgroundPicture(const std::string& path) override {

@@ -14,7 +14,7 @@ constexpr int dateColumn = 3;
 } // namespace
 
 FileRowDelegate::FileRowDelegate(const FileKinds& kinds, QObject* parent)
-    : QStyledItemDelegate(parent), kinds_(kinds) {}
+    : QStyledItemDelegate(parent), m_kinds(kinds) {}
 
 void FileRowDelegate::initStyleOption(QStyleOptionViewItem* option,
                                       const QModelIndex& index) const {
@@ -24,7 +24,7 @@ void FileRowDelegate::initStyleOption(QStyleOptionViewItem* option,
         return;
     if (index.column() == kindColumn)
         // What was read before the dialog had its own provider is still the toolkit's text.
-        option->text = kinds_.type(files->fileInfo(index));
+        option->text = m_kinds.type(files->fileInfo(index));
     else if (index.column() == dateColumn)
         option->text = files->lastModified(index).toString(QStringLiteral("yyyy-MM-dd HH:mm"));
 }

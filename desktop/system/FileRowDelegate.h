@@ -18,7 +18,7 @@ class FileRowDelegate : public QStyledItemDelegate {
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
 
   private:
-    const FileKinds& kinds_;
+    const FileKinds& m_kinds;
 };
 
 } // namespace velmorant

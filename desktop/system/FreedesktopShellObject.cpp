@@ -65,7 +65,7 @@ std::string entryText(const std::string& name, const std::string& icon, const st
 } // namespace
 
 FreedesktopShellObject::FreedesktopShellObject(std::string iconName)
-    : iconName_(std::move(iconName)) {}
+    : m_iconName(std::move(iconName)) {}
 
 std::string FreedesktopShellObject::readRegistry(const std::string& valueName) const {
     const std::pair<std::string, QStandardPaths::StandardLocation> values[] = {
@@ -91,7 +91,7 @@ void FreedesktopShellObject::createShortcut(const std::string& path, const std::
         throw StepError(file.absolutePath().toStdString() + ": the folder cannot be made");
     const std::string name = file.completeBaseName().toStdString();
     FileReplacement shortcut(path);
-    shortcut.write(entryText(name, iconName_, targetPath, workingDirectory));
+    shortcut.write(entryText(name, m_iconName, targetPath, workingDirectory));
     // Desktops start a desktop entry in the user's own folders only when it is executable.
     shortcut.setMode(0755);
     shortcut.commit();

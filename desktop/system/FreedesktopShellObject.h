@@ -20,7 +20,7 @@ class FreedesktopShellObject : public ShellObject {
                         const std::string& workingDirectory) override;
 
   private:
-    std::string iconName_;
+    std::string m_iconName;
 };
 
 } // namespace velmorant

@@ -51,22 +51,22 @@ QString endingOf(const QString& nameFilter) {
 
 QtFileDialogs::QtFileDialogs(HandlerGate& gate, const std::string& memoryFile, Additions additions,
                              Cards cards)
-    : gate_(gate),
-      memoryFile_(QString::fromStdString(memoryFile)),
-      additions_(std::move(additions)),
-      cards_(std::move(cards)) {}
+    : m_gate(gate),
+      m_memoryFile(QString::fromStdString(memoryFile)),
+      m_additions(std::move(additions)),
+      m_cards(std::move(cards)) {}
 
 void QtFileDialogs::translate() {
-    toolkitTexts_.use(addition("toolkit.language", "en"));
+    m_toolkitTexts.use(addition("toolkit.language", "en"));
 }
 
 void QtFileDialogs::prepare(QFileDialog& dialog) {
     // One look on every desktop, reachable by the keyboard, in the program's own colours.
     dialog.setOption(QFileDialog::DontUseNativeDialog);
-    kinds_ = std::make_unique<FileKinds>(addition("files.folder", "Folder"),
-                                         addition("files.file", "%1 file"));
-    dialog.setIconProvider(kinds_.get());
-    dialog.setItemDelegate(new FileRowDelegate(*kinds_, &dialog));
+    m_kinds = std::make_unique<FileKinds>(addition("files.folder", "Folder"),
+                                          addition("files.file", "%1 file"));
+    dialog.setIconProvider(m_kinds.get());
+    dialog.setItemDelegate(new FileRowDelegate(*m_kinds, &dialog));
     // As wide as what they show; the toolkit measures them by texts of its own.
     if (const auto* rows = dialog.findChild<QTreeView*>(QStringLiteral("treeView"))) {
         rows->header()->setStretchLastSection(false);
@@ -81,13 +81,13 @@ void QtFileDialogs::listPlaces(QFileDialog& dialog) const {
     QList<QUrl> places = dialog.sidebarUrls();
     // The toolkit keeps them from dialog to dialog, also those of cards that were taken out.
     places.removeIf([](const QUrl& place) { return isCardFolder(place.path().toStdString()); });
-    for (const std::string& card : cards_())
+    for (const std::string& card : m_cards())
         places << QUrl::fromLocalFile(QString::fromStdString(card));
     dialog.setSidebarUrls(places);
 }
 
 QString QtFileDialogs::addition(const char* name, const char* english) const {
-    return additions_ ? QString::fromStdString(additions_(name)) : QString(english);
+    return m_additions ? QString::fromStdString(m_additions(name)) : QString(english);
 }
 
 QStringList QtFileDialogs::nameFilters(const std::string& filter) {
@@ -135,7 +135,7 @@ std::string QtFileDialogs::saveFile(const SaveFileRequest& request) {
 bool QtFileDialogs::run(QFileDialog& dialog, Kind kind) {
     if (kind == Kind::Open)
         dialog.setDirectory(lastFolder(kind));
-    const HandlerGate::ModalScope modal(gate_);
+    const HandlerGate::ModalScope modal(m_gate);
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return false;
     keepFolder(kind, QFileInfo(dialog.selectedFiles().front()).absolutePath());
@@ -143,16 +143,16 @@ bool QtFileDialogs::run(QFileDialog& dialog, Kind kind) {
 }
 
 QString QtFileDialogs::lastFolder(Kind kind) const {
-    QString folder = folders_[static_cast<std::size_t>(kind)];
-    if (folder.isEmpty() && !memoryFile_.isEmpty()) {
-        const QSettings memory(memoryFile_, QSettings::IniFormat);
+    QString folder = m_folders[static_cast<std::size_t>(kind)];
+    if (folder.isEmpty() && !m_memoryFile.isEmpty()) {
+        const QSettings memory(m_memoryFile, QSettings::IniFormat);
         folder = memory.value(memoryKey(kind == Kind::Open)).toString();
     }
     if (!folder.isEmpty() && QFileInfo(folder).isDir())
         return folder;
     // Whoever opens recordings for the first time comes with a card.
     const std::vector<std::string> cards =
-        kind == Kind::Open ? cards_() : std::vector<std::string>();
+        kind == Kind::Open ? m_cards() : std::vector<std::string>();
     if (!cards.empty())
         return QString::fromStdString(cards.front());
     folder = QStandardPaths::writableLocation(
@@ -161,9 +161,9 @@ QString QtFileDialogs::lastFolder(Kind kind) const {
 }
 
 void QtFileDialogs::keepFolder(Kind kind, const QString& folder) {
-    folders_[static_cast<std::size_t>(kind)] = folder;
-    if (!memoryFile_.isEmpty())
-        QSettings(memoryFile_, QSettings::IniFormat)
+    m_folders[static_cast<std::size_t>(kind)] = folder;
+    if (!m_memoryFile.isEmpty())
+        QSettings(m_memoryFile, QSettings::IniFormat)
             .setValue(memoryKey(kind == Kind::Open), folder);
 }
 

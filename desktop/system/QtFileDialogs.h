@@ -54,13 +54,13 @@ class QtFileDialogs : public FileDialogs {
     QString lastFolder(Kind kind) const;
     void keepFolder(Kind kind, const QString& folder);
 
-    HandlerGate& gate_;
-    QString memoryFile_;
-    Additions additions_;
-    Cards cards_;
-    ToolkitTexts toolkitTexts_;
-    std::unique_ptr<FileKinds> kinds_;
-    QString folders_[2];
+    HandlerGate& m_gate;
+    QString m_memoryFile;
+    Additions m_additions;
+    Cards m_cards;
+    ToolkitTexts m_toolkitTexts;
+    std::unique_ptr<FileKinds> m_kinds;
+    QString m_folders[2];
 };
 
 } // namespace velmorant

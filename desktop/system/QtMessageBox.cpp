@@ -69,7 +69,7 @@ QWidget* windowBelow() {
 } // namespace
 
 QtMessageBox::QtMessageBox(HandlerGate& gate, ButtonText buttonText)
-    : gate_(gate), buttonText_(std::move(buttonText)) {}
+    : m_gate(gate), m_buttonText(std::move(buttonText)) {}
 
 MessageAnswer QtMessageBox::show(const std::string& text, const std::string& title,
                                  MessageStyle style) {
@@ -81,7 +81,7 @@ MessageAnswer QtMessageBox::show(const std::string& text, const std::string& tit
     // A text is shown as it is: a path may look like markup.
     box.setTextFormat(Qt::PlainText);
     const auto add = [&](MessageAnswer answer, QMessageBox::ButtonRole role) {
-        return box.addButton(QString::fromStdString(buttonText_(answer)), role);
+        return box.addButton(QString::fromStdString(m_buttonText(answer)), role);
     };
     const QPushButton* yes = nullptr;
     if (asksYesOrNo(style)) {
@@ -95,7 +95,7 @@ MessageAnswer QtMessageBox::show(const std::string& text, const std::string& tit
         box.setDefaultButton(only);
         box.setEscapeButton(only);
     }
-    const HandlerGate::ModalScope modal(gate_);
+    const HandlerGate::ModalScope modal(m_gate);
     box.exec();
     if (!asksYesOrNo(style))
         return MessageAnswer::Ok;

@@ -16,8 +16,8 @@ class QtMessageBox : public MessageBox {
                        MessageStyle style) override;
 
   private:
-    HandlerGate& gate_;
-    ButtonText buttonText_;
+    HandlerGate& m_gate;
+    ButtonText m_buttonText;
 };
 
 } // namespace velmorant

@@ -41,33 +41,33 @@ SizeLimits presentLimits(const QWidget& window) {
 } // namespace
 
 QtNativeWindow::QtNativeWindow(QWidget& window)
-    : window_(&window),
+    : m_window(&window),
       // The default procedure: the record arrives filled and stays as it is.
-      procedure_([](const WindowMessage&) -> std::intptr_t { return 0; }),
-      menu_{MenuItem::Restore,  MenuItem::Move,      MenuItem::Size, MenuItem::Minimize,
-            MenuItem::Maximize, MenuItem::Separator, MenuItem::Close} {}
+      m_procedure([](const WindowMessage&) -> std::intptr_t { return 0; }),
+      m_menu{MenuItem::Restore,  MenuItem::Move,      MenuItem::Size, MenuItem::Minimize,
+             MenuItem::Maximize, MenuItem::Separator, MenuItem::Close} {}
 
 void QtNativeWindow::setWindowProcedure(WindowProcedure procedure) {
-    procedure_ = std::move(procedure);
+    m_procedure = std::move(procedure);
     askSizeLimits();
 }
 
 void QtNativeWindow::deleteSystemMenuItem(int position) {
     if (position >= 0 && position < systemMenuItemCount())
-        menu_.erase(menu_.begin() + position);
+        m_menu.erase(m_menu.begin() + position);
 }
 
 void QtNativeWindow::askSizeLimits() {
-    if (!window_ || !procedure_)
+    if (!m_window || !m_procedure)
         return;
-    SizeLimits limits = presentLimits(*window_);
+    SizeLimits limits = presentLimits(*m_window);
     Record record;
     std::memcpy(record.data(), &limits, record.size());
-    procedure_(WindowMessage{getMinMaxInfo, 0, record.data()});
+    m_procedure(WindowMessage{getMinMaxInfo, 0, record.data()});
     std::memcpy(&limits, record.data(), record.size());
     const QSize greatest(limits.greatestTrackingSize.x, limits.greatestTrackingSize.y);
     if (greatest.width() > 0 && greatest.height() > 0)
-        window_->setMaximumSize(greatest.boundedTo(QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX)));
+        m_window->setMaximumSize(greatest.boundedTo(QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX)));
 }
 
 } // namespace velmorant

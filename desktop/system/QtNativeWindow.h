@@ -17,21 +17,21 @@ class QtNativeWindow : public NativeWindow {
 
     /// The widget is not owned.
     explicit QtNativeWindow(QWidget& window);
-    WindowProcedure windowProcedure() const override { return procedure_; }
-    /// Asks for the size limits anew.
+    WindowProcedure windowProcedure() const override { return m_procedure; }
+    /// Asks for the size limits again.
     void setWindowProcedure(WindowProcedure procedure) override;
-    int systemMenuItemCount() const override { return static_cast<int>(menu_.size()); }
-    /// A position that the menu does not have changes nothing.
+    int systemMenuItemCount() const override { return static_cast<int>(m_menu.size()); }
+    /// A position outside the menu changes nothing.
     void deleteSystemMenuItem(int position) override;
 
     /// Sends message 0x24 and applies the greatest tracking size of the answer.
     void askSizeLimits();
-    const std::vector<MenuItem>& systemMenu() const { return menu_; }
+    const std::vector<MenuItem>& systemMenu() const { return m_menu; }
 
   private:
-    QPointer<QWidget> window_;
-    WindowProcedure procedure_;
-    std::vector<MenuItem> menu_;
+    QPointer<QWidget> m_window;
+    WindowProcedure m_procedure;
+    std::vector<MenuItem> m_menu;
 };
 
 } // namespace velmorant

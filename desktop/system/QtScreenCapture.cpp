@@ -26,14 +26,14 @@ void QtScreenCapture::capture(const PixelRectangle& area) {
             throw StepError("The screen cannot be copied: this desktop does not allow it");
         QPainter(&picture).drawPixmap(inside.topLeft() - wanted.topLeft(), copy);
     }
-    picture_ = picture;
+    m_picture = picture;
 }
 
 void QtScreenCapture::savePicture(const std::string& path) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
-    if (picture_.isNull() || !picture_.save(&buffer, "BMP"))
+    if (m_picture.isNull() || !m_picture.save(&buffer, "BMP"))
         throw StepError(path + ": there is no picture to save");
     replaceFile(path, {bytes.constData(), static_cast<std::size_t>(bytes.size())});
 }

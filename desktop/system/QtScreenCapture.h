@@ -12,7 +12,7 @@ class QtScreenCapture : public ScreenCapture {
     void savePicture(const std::string& path) override;
 
   private:
-    QImage picture_;
+    QImage m_picture;
 };
 
 } // namespace velmorant

@@ -42,9 +42,9 @@ void passBytesAsTheyStand(QProcess& program, const QString& file, const std::str
 
 } // namespace
 
-QtShell::QtShell(OpenAddress openAddress) : openAddress_(std::move(openAddress)) {
-    if (!openAddress_)
-        openAddress_ = [](const QUrl& url) { return QDesktopServices::openUrl(url); };
+QtShell::QtShell(OpenAddress openAddress) : m_openAddress(std::move(openAddress)) {
+    if (!m_openAddress)
+        m_openAddress = [](const QUrl& url) { return QDesktopServices::openUrl(url); };
 }
 
 QtShell::~QtShell() {
@@ -53,7 +53,7 @@ QtShell::~QtShell() {
 
 int QtShell::execute(const std::string& verb, const std::string& file,
                      const std::string& parameters, const std::string& folder, ShowWindow show) {
-    error_.clear();
+    m_error.clear();
     if (QString::fromStdString(verb).compare(QLatin1String("open"), Qt::CaseInsensitive) != 0)
         return fail(noAssociation, file + ": no verb \"" + verb + "\"");
     const QString name = QString::fromStdString(file);
@@ -88,67 +88,67 @@ int QtShell::startProgram(const QString& file, const std::string& parameters, co
     program->start();
     if (!program->waitForStarted(startLimitMilliseconds))
         return fail(accessDenied, file.toStdString() + ": " + program->errorString().toStdString());
-    program_ = std::move(program);
-    show_ = show;
-    words_.clear();
+    m_program = std::move(program);
+    m_show = show;
+    m_words.clear();
     // Taken as they come: a program that nobody listens to would wait for room in its pipe.
     if (show == ShowWindow::Hidden)
-        QObject::connect(program_.get(), &QProcess::readyReadStandardError, program_.get(),
+        QObject::connect(m_program.get(), &QProcess::readyReadStandardError, m_program.get(),
                          [this] { takeWords(); });
     return succeeded;
 }
 
 void QtShell::takeWords() {
-    const QByteArray words = program_->readAllStandardError();
+    const QByteArray words = m_program->readAllStandardError();
     const std::size_t kept =
-        std::min(mostWords - words_.size(), static_cast<std::size_t>(words.size()));
-    words_.append(words.constData(), kept);
+        std::min(mostWords - m_words.size(), static_cast<std::size_t>(words.size()));
+    m_words.append(words.constData(), kept);
     std::fwrite(words.constData(), 1, kept, stderr);
 }
 
 std::optional<ProgramEnd> QtShell::lastProgramEnd() {
-    if (!program_ || show_ != ShowWindow::Hidden || program_->state() != QProcess::NotRunning)
+    if (!m_program || m_show != ShowWindow::Hidden || m_program->state() != QProcess::NotRunning)
         return std::nullopt;
     takeWords();
-    const bool crashed = program_->exitStatus() == QProcess::CrashExit;
-    return ProgramEnd{crashed ? 0 : program_->exitCode(), crashed, words_};
+    const bool crashed = m_program->exitStatus() == QProcess::CrashExit;
+    return ProgramEnd{crashed ? 0 : m_program->exitCode(), crashed, m_words};
 }
 
 int QtShell::openByDesktop(const QUrl& url, const std::string& name) {
-    if (!openAddress_(url))
+    if (!m_openAddress(url))
         return fail(noAssociation, name + ": the desktop has no program that opens it");
     return succeeded;
 }
 
 int QtShell::fail(int result, const std::string& description) {
-    error_ = description;
+    m_error = description;
     return result;
 }
 
 void QtShell::stopLastProgram() {
-    if (!program_)
+    if (!m_program)
         return;
-    if (program_->state() != QProcess::NotRunning) {
-        program_->terminate();
-        if (!program_->waitForFinished(stopLimitMilliseconds)) {
-            program_->kill();
-            program_->waitForFinished(stopLimitMilliseconds);
+    if (m_program->state() != QProcess::NotRunning) {
+        m_program->terminate();
+        if (!m_program->waitForFinished(stopLimitMilliseconds)) {
+            m_program->kill();
+            m_program->waitForFinished(stopLimitMilliseconds);
         }
     }
-    program_.reset();
+    m_program.reset();
 }
 
 void QtShell::releaseLastProgram() {
-    if (!program_)
+    if (!m_program)
         return;
-    if (show_ == ShowWindow::Hidden) {
+    if (m_show == ShowWindow::Hidden) {
         stopLastProgram();
         return;
     }
     // The destructor of a process object kills its program. What the user sees as a program of its
     // own - the new instance after a language change - has to go on, so the object is left to end
     // with the program, or with this process.
-    QProcess* running = program_.release();
+    QProcess* running = m_program.release();
     if (running->state() == QProcess::NotRunning)
         delete running;
     else

@@ -14,8 +14,8 @@ namespace velmorant {
 /// Starts programs as children of this process and hands everything else - web addresses, folders,
 /// documents - to the desktop's own association.
 ///
-/// Results of execute(): 42 for success, 2 for a file that does not exist, 5 for one that may not
-/// be run, 31 when the desktop has nothing that opens it.
+/// Results of execute(): 42 for success, 2 for a file that does not exist, 5 for one that must not
+/// be run, 31 when the desktop has no application for it.
 ///
 /// What a hidden program writes to its error output is kept up to its bound and handed on to this
 /// process's own.
@@ -32,7 +32,7 @@ class QtShell : public Shell {
 
     int execute(const std::string& verb, const std::string& file, const std::string& parameters,
                 const std::string& folder, ShowWindow show) override;
-    std::string lastErrorDescription() const override { return error_; }
+    std::string lastErrorDescription() const override { return m_error; }
     std::optional<ProgramEnd> lastProgramEnd() override;
     void stopLastProgram() override;
 
@@ -44,11 +44,11 @@ class QtShell : public Shell {
     void releaseLastProgram();
     void takeWords();
 
-    OpenAddress openAddress_;
-    std::unique_ptr<QProcess> program_;
-    ShowWindow show_ = ShowWindow::Hidden;
-    std::string error_;
-    std::string words_; ///< of the last hidden program
+    OpenAddress m_openAddress;
+    std::unique_ptr<QProcess> m_program;
+    ShowWindow m_show = ShowWindow::Hidden;
+    std::string m_error;
+    std::string m_words; ///< of the last hidden program
 };
 
 } // namespace velmorant

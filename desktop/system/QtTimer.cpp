@@ -4,10 +4,10 @@
 
 namespace velmorant {
 
-QtTimer::QtTimer(HandlerGate& gate) : state_(std::make_shared<State>()) {
-    state_->timer.setTimerType(Qt::PreciseTimer);
-    const std::weak_ptr<State> weak = state_;
-    QObject::connect(&state_->timer, &QTimer::timeout, &gate, [&gate, weak] {
+QtTimer::QtTimer(HandlerGate& gate) : m_state(std::make_shared<State>()) {
+    m_state->timer.setTimerType(Qt::PreciseTimer);
+    const std::weak_ptr<State> weak = m_state;
+    QObject::connect(&m_state->timer, &QTimer::timeout, &gate, [&gate, weak] {
         if (const auto state = weak.lock())
             fire(gate, state);
     });
@@ -29,26 +29,26 @@ void QtTimer::fire(HandlerGate& gate, const std::shared_ptr<State>& state) {
 }
 
 void QtTimer::setInterval(std::chrono::milliseconds interval) {
-    state_->timer.setInterval(interval);
+    m_state->timer.setInterval(interval);
 }
 
 void QtTimer::setEnabled(bool enabled) {
-    if (enabled == state_->timer.isActive())
+    if (enabled == m_state->timer.isActive())
         return;
-    ++state_->starts;
-    state_->held = false;
+    ++m_state->starts;
+    m_state->held = false;
     if (enabled)
-        state_->timer.start();
+        m_state->timer.start();
     else
-        state_->timer.stop();
+        m_state->timer.stop();
 }
 
 bool QtTimer::enabled() const {
-    return state_->timer.isActive();
+    return m_state->timer.isActive();
 }
 
 void QtTimer::onTick(std::function<void()> tick) {
-    state_->tick = std::move(tick);
+    m_state->tick = std::move(tick);
 }
 
 } // namespace velmorant

@@ -8,7 +8,7 @@
 namespace velmorant {
 
 /// A window timer whose ticks pass the gate. At most one tick is held back: a timer that fired ten
-/// times during a long wait ticks once after it.
+/// times during a long wait ticks once afterwards.
 class QtTimer : public Timer {
   public:
     /// The gate must outlive the timer.
@@ -28,7 +28,7 @@ class QtTimer : public Timer {
 
     static void fire(HandlerGate& gate, const std::shared_ptr<State>& state);
 
-    std::shared_ptr<State> state_;
+    std::shared_ptr<State> m_state;
 };
 
 } // namespace velmorant

@@ -38,7 +38,7 @@ bool isUserInput(QEvent::Type type) {
 /// Lets the input of one window through and swallows that of all others.
 class InputFilter : public QObject {
   public:
-    explicit InputFilter(const QWidget& window) : window_(window) {
+    explicit InputFilter(const QWidget& window) : m_window(window) {
         qApp->installEventFilter(this);
     }
 
@@ -49,11 +49,11 @@ class InputFilter : public QObject {
   private:
     bool belongs(QObject* receiver) const {
         if (const auto* widget = qobject_cast<QWidget*>(receiver))
-            return widget->window() == &window_;
-        return receiver == window_.windowHandle();
+            return widget->window() == &m_window;
+        return receiver == m_window.windowHandle();
     }
 
-    const QWidget& window_;
+    const QWidget& m_window;
 };
 
 template <typename Run>
@@ -75,9 +75,9 @@ void QtWaits::sleep(std::chrono::milliseconds duration) {
 void QtWaits::sleepUntil(std::chrono::milliseconds longest, const std::function<bool()>& over) {
     if (over && over())
         return;
-    runGuarded(answering_, [&](QEventLoop::ProcessEventsFlags flags) {
+    runGuarded(m_answering, [&](QEventLoop::ProcessEventsFlags flags) {
         QEventLoop loop;
-        const QPointer<QEventLoop> outer = std::exchange(sleeping_, &loop);
+        const QPointer<QEventLoop> outer = std::exchange(m_sleeping, &loop);
         QTimer end;
         end.setTimerType(Qt::PreciseTimer);
         end.setSingleShot(true);
@@ -93,23 +93,23 @@ void QtWaits::sleepUntil(std::chrono::milliseconds longest, const std::function<
             question.start(questionInterval);
         }
         loop.exec(flags);
-        sleeping_ = outer;
+        m_sleeping = outer;
     });
 }
 
 void QtWaits::endSleep() {
-    if (sleeping_)
-        sleeping_->quit();
+    if (m_sleeping)
+        m_sleeping->quit();
 }
 
 void QtWaits::letEventsRun() {
-    runGuarded(answering_, [](QEventLoop::ProcessEventsFlags flags) {
+    runGuarded(m_answering, [](QEventLoop::ProcessEventsFlags flags) {
         QCoreApplication::processEvents(flags);
     });
 }
 
 void QtWaits::setAnsweringWindow(QWidget* window) {
-    answering_ = window;
+    m_answering = window;
 }
 
 } // namespace velmorant

@@ -50,23 +50,23 @@ ThreadedTrackExport::~ThreadedTrackExport() {
 
 void ThreadedTrackExport::start(const ExportOrder& order) {
     end();
-    stopping_ = false;
-    percent_ = 0;
-    state_ = {};
-    thread_ = std::thread([this, order] { run(order); });
+    m_stopping = false;
+    m_percent = 0;
+    m_state = {};
+    m_thread = std::thread([this, order] { run(order); });
 }
 
 ExportState ThreadedTrackExport::state() const {
-    const std::lock_guard lock(mutex_);
-    ExportState state = state_;
-    state.percent = percent_;
+    const std::lock_guard lock(m_mutex);
+    ExportState state = m_state;
+    state.percent = m_percent;
     return state;
 }
 
 void ThreadedTrackExport::end() {
-    stopping_ = true;
-    if (thread_.joinable())
-        thread_.join();
+    m_stopping = true;
+    if (m_thread.joinable())
+        m_thread.join();
 }
 
 void ThreadedTrackExport::run(const ExportOrder& order) {
@@ -77,8 +77,8 @@ void ThreadedTrackExport::run(const ExportOrder& order) {
         // An exception that leaves a thread ends the program.
         state = failed("not-written", failure.what());
     }
-    const std::lock_guard lock(mutex_);
-    state_ = std::move(state);
+    const std::lock_guard lock(m_mutex);
+    m_state = std::move(state);
 }
 
 ExportState ThreadedTrackExport::carriedOut(const ExportOrder& order) {
@@ -88,12 +88,12 @@ ExportState ThreadedTrackExport::carriedOut(const ExportOrder& order) {
     if (sameFile(order.recording, order.target))
         return failed("same-file", order.target + ": is the recording");
     telemetry::ReadOptions options;
-    options.shouldStop = [this] { return stopping_.load(); };
+    options.shouldStop = [this] { return m_stopping.load(); };
     options.progress = [this](std::uint64_t done, std::uint64_t total) {
-        percent_ = total == 0 ? 0 : static_cast<int>(std::min(done, total) * 100 / total);
+        m_percent = total == 0 ? 0 : static_cast<int>(std::min(done, total) * 100 / total);
     };
     const auto read = telemetry::extractFile(order.recording, options);
-    if (stopping_)
+    if (m_stopping)
         return {Stage::Stopped, 0, {}, {}};
     if (!read)
         return failed(read.error());
@@ -102,7 +102,7 @@ ExportState ThreadedTrackExport::carriedOut(const ExportOrder& order) {
                       order.recording + ": no position is known");
     FileReplacement file(order.target);
     file.write(exported(order, *format, read.value()));
-    if (stopping_)
+    if (m_stopping)
         return {Stage::Stopped, 0, {}, {}};
     file.commit();
     return {Stage::Done, 100, {}, {}};

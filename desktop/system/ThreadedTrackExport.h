@@ -8,29 +8,29 @@
 
 namespace velmorant {
 
-/// Exports on a thread of its own, in this process. The state is safe to ask for at any time.
+/// Exports on a thread of its own, in this process. The state may be queried at any time.
 class ThreadedTrackExport : public TrackExport {
   public:
     ThreadedTrackExport() = default;
-    /// Stops what runs and waits for its end.
+    /// Stops the export under way and waits for it to end.
     ~ThreadedTrackExport() override;
     ThreadedTrackExport(const ThreadedTrackExport&) = delete;
     ThreadedTrackExport& operator=(const ThreadedTrackExport&) = delete;
 
     void start(const ExportOrder& order) override;
     ExportState state() const override;
-    void stop() override { stopping_ = true; }
+    void stop() override { m_stopping = true; }
 
   private:
     void run(const ExportOrder& order);
     ExportState carriedOut(const ExportOrder& order);
     void end();
 
-    std::atomic<bool> stopping_{false};
-    std::atomic<int> percent_{0};
-    mutable std::mutex mutex_;
-    ExportState state_{ExportState::Stage::Done, 0, {}, {}};
-    std::thread thread_;
+    std::atomic<bool> m_stopping{false};
+    std::atomic<int> m_percent{0};
+    mutable std::mutex m_mutex;
+    ExportState m_state{ExportState::Stage::Done, 0, {}, {}};
+    std::thread m_thread;
 };
 
 } // namespace velmorant

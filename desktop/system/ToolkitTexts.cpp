@@ -6,12 +6,12 @@
 namespace velmorant {
 
 void ToolkitTexts::use(const QString& language) {
-    if (language == language_)
+    if (language == m_language)
         return;
-    language_ = language;
-    QCoreApplication::removeTranslator(&translator_);
-    if (translator_.load("qtbase_" + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
-        QCoreApplication::installTranslator(&translator_);
+    m_language = language;
+    QCoreApplication::removeTranslator(&m_translator);
+    if (m_translator.load("qtbase_" + language, QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&m_translator);
 }
 
 } // namespace velmorant

@@ -10,12 +10,12 @@ namespace velmorant {
 class ToolkitTexts {
   public:
     /// A language as the toolkit's translations name it, for example "zh_TW"; empty or "en": the
-    /// texts as built in. Takes effect in what is built from then on.
+    /// texts as built in. Takes effect for widgets built afterwards.
     void use(const QString& language);
 
   private:
-    QString language_;
-    QTranslator translator_;
+    QString m_language;
+    QTranslator m_translator;
 };
 
 } // namespace velmorant

@@ -12,16 +12,16 @@ namespace velmorant {
 constexpr qsizetype mostShownCharacters = 2000;
 constexpr qsizetype mostShownLines = 24;
 
-/// One that is too long or has too many lines comes without its middle: a notice begins with a
-/// file's name and ends with the reason.
+/// A text that is too long or has too many lines loses its middle: a notice begins with a file's
+/// name and ends with the reason.
 QString shownText(const std::string& text);
 QString shownText(const QString& text);
 
-/// Tool tips take what looks like markup for markup.
+/// Tool tips interpret what looks like markup as markup.
 QString shownToolTip(const std::string& text);
 QString shownToolTip(const QString& text);
 
-/// Of a menu's item or a button, where a single "&" would underline the letter behind it.
+/// For a menu item or a button, where a single "&" would underline the letter after it.
 QString shownLabel(const std::string& text);
 
 } // namespace velmorant

@@ -23,13 +23,13 @@ class CurlLoop;
 
 /// The transfer control on libcurl, for http and https addresses.
 ///
-/// ResponseCompleted is sent as soon as a good response begins; what arrives of the body is told by
-/// onData(), and never much more than a quarter of a megabyte of it lies in memory. Error is sent
-/// for everything else: no connection, a certificate that is not trusted, a status of 400 and
-/// above, another kind of address, a connection that breaks in the body, 30 seconds without a byte,
-/// and a redirection that leaves scheme, host or port, or the fifth in a row. responseCode() is the
-/// HTTP status, or 0 when there was no response. Listeners are called from the event loop, never
-/// from inside a call.
+/// ResponseCompleted is sent as soon as a good response begins; onData() reports arriving body
+/// data, of which never much more than a quarter of a megabyte is held in memory. Error is sent for
+/// everything else: no connection, a certificate that is not trusted, a status of 400 and above,
+/// another kind of address, a connection that breaks in the body, 30 seconds without a byte, and a
+/// redirection that leaves scheme, host or port, or the fifth in a row. responseCode() is the HTTP
+/// status, or 0 when there was no response. Listeners are called from the event loop, never from
+/// inside a call.
 ///
 /// The connection is kept for the next transfer, and closed when none comes for a while.
 /// Certificates are checked with the system's store, or with SSL_CERT_FILE and SSL_CERT_DIR where

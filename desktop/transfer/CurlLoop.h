@@ -27,7 +27,7 @@ class CurlLoop {
     /// False when the transfer has ended with it.
     bool add(CURL* transfer);
     void remove(CURL* transfer);
-    /// How a transfer has ended; told once. The transfer is out of the loop then.
+    /// How a transfer ended; reported once. The transfer is out of the loop then.
     std::optional<CURLcode> takeResult();
 
   private:

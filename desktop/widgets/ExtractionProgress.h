@@ -12,8 +12,8 @@ class QPushButton;
 
 namespace velmorant {
 
-/// The small window of an extraction run. Its "Cancel", Escape and the close button answer during
-/// waits too and end nothing by themselves: the window closes when the run calls close().
+/// The small window of an extraction run. Its "Cancel", Escape and the close button respond during
+/// waits too, but end nothing by themselves: the window closes when the run calls close().
 class ExtractionProgress : public QObject, public ProgressWindow {
     Q_OBJECT
   public:

@@ -12,7 +12,7 @@ namespace velmorant {
 /// outlives the menu, which closes when it is chosen.
 class GatedMenu {
   public:
-    /// The gate must outlive the menu; parent: whom the menu belongs to.
+    /// The gate must outlive the menu; the parent owns the menu.
     GatedMenu(HandlerGate& gate, QWidget& parent) : m_gate(gate), m_menu(&parent) {}
 
     void add(const std::string& text, std::function<void()> command);

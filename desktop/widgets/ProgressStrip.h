@@ -4,7 +4,7 @@
 
 namespace velmorant {
 
-/// A thin line that fills while something long is done, and is not there else.
+/// A thin line that fills while something long is done, and is hidden otherwise.
 class ProgressStrip : public QProgressBar {
   public:
     explicit ProgressStrip(QWidget* parent = nullptr);

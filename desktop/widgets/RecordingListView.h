@@ -30,7 +30,7 @@ class RecordingListView : public QTreeView,
         GatedListener<> toggle;    ///< space
         GatedListener<> activate;  ///< Enter
         GatedListener<> remove;    ///< Delete
-        /// What was typed so far, digits and ":"; a pause of a second begins anew.
+        /// What has been typed so far, digits and ":"; a pause of one second starts over.
         GatedListener<std::string> type;
         GatedListener<int, QPoint> contextMenu; ///< row, 0 for none, and place on the screen
     };
@@ -42,7 +42,7 @@ class RecordingListView : public QTreeView,
     void setSource(const RowSource* source);
     void setPictures(RowPictures pictures);
     void setWords(RowWords words);
-    /// What stands in the list while it is empty: how recordings come into it.
+    /// Shown while the list is empty: how to add recordings.
     void setEmptyHint(const std::string& hint);
 
     void rowsAdded(int first, int count) override;
@@ -56,7 +56,7 @@ class RecordingListView : public QTreeView,
     int rowHeight() const override;
 
     void setBackColour(int colour) override;
-    /// The picture behind the rows is a plain colour, as high as the control at least.
+    /// The picture behind the rows is a plain colour, at least as high as the control.
     void setHeight(int twips) override { m_backgroundHeight = twips; }
     void draw() override;
     int backgroundHeight() const { return m_backgroundHeight; }
@@ -93,7 +93,7 @@ class RecordingListView : public QTreeView,
     RecordingListDelegate* m_delegate;
     Listeners m_listeners;
     int m_pressedRow = 0;
-    QString m_currentName; ///< of the current cell, as screen readers were told last
+    QString m_currentName; ///< of the current cell, as last announced to screen readers
     int m_playingRow = 0;  ///< 0: none is known
     QString m_typed;
     QElapsedTimer m_sinceTyped;

@@ -7,7 +7,7 @@
 
 namespace velmorant {
 
-/// One pass through the XML text of a skin.
+/// A single pass over the XML text of a skin.
 class SkinDocument {
   public:
     enum class Shown { Yes, No };

@@ -13,15 +13,14 @@ class QPainter;
 
 namespace velmorant {
 
-/// What an element of a skin is, found from the ids of the drawing:
-///   Button  `name` with at least one of name.normal, .hover, .pressed, .focus, .on, .disabled
-///           (name.on.focus: switched on and focused)
-///   Slider  name.track and name.thumb; name.range is the strip of the values 0 to 100 (without it:
-///           name.track), name.fill the groove up to the value, name.thumb.hover ... its states
-///   Digit   `A1`, `A2` ... in a drawing that has the strip `datum` of ten digits
-///   Text    `place.name` with the attribute font-size; color, font-weight and text-anchor say how
-/// Elements stand outside <defs>, their states may stand in it. Any other id is a place: a
-/// rectangle that something is put into.
+/// The kind of a skin's element, derived from the ids of the drawing:   Button  `name` with at
+/// least one of name.normal, .hover, .pressed, .focus, .on, .disabled           (name.on.focus:
+/// switched on and focused)   Slider  name.track and name.thumb; name.range is the strip of the
+/// values 0 to 100 (without it:           name.track), name.fill the groove up to the value,
+/// name.thumb.hover ... its states   Digit   `A1`, `A2` ... in a drawing that has the strip `datum`
+/// of ten digits   Text    `place.name` with the attribute font-size; color, font-weight and
+/// text-anchor say how Elements stand outside <defs>, their states may stand in it. Any other id is
+/// a place: a rectangle that something is put into.
 enum class SkinElementKind { Button, Slider, Digit, Text };
 
 struct SkinElement {
@@ -45,7 +44,7 @@ struct SkinElement {
 /// pictures other than embedded ones are taken out, and a document type is refused.
 class SkinDrawing {
   public:
-    /// False when the file cannot be read as a drawing; the object is then of no use.
+    /// False when the file cannot be read as a drawing; the object must not be used then.
     bool load(const QString& path);
 
     QSize size() const { return m_elements.defaultSize(); }

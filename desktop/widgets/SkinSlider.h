@@ -38,7 +38,7 @@ class SkinSlider : public QWidget {
     void setOn(bool on);
     /// The value at a place of the widget, clamped.
     double valueAt(double x) const;
-    /// What the user does: clamps, shows and reports.
+    /// A change by the user: clamps, shows and reports it.
     void changeByUser(double value);
 
   signals:
@@ -75,7 +75,7 @@ class SkinSlider : public QWidget {
 class SkinSliderAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
     explicit SkinSliderAccessible(SkinSlider* slider);
-    /// Makes the toolkit use this class; any number of times.
+    /// Makes the toolkit use this class; may be called repeatedly.
     static void install();
 
     void* interface_cast(QAccessible::InterfaceType type) override;

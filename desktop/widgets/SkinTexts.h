@@ -16,12 +16,12 @@ class SkinLabel : public QLabel {
     void paintEvent(QPaintEvent* event) override;
 };
 
-/// The display items of a skin, which screen readers get as one number with the title of the strip
-/// `datum`.
+/// The display items of a skin, announced to screen readers as one number with the title of the
+/// strip `datum`.
 class SkinDigits : public QWidget {
     Q_OBJECT
   public:
-    /// As large as all of them together.
+    /// Covers all of them.
     SkinDigits(const SkinDrawing& drawing, QWidget* parent);
     /// Of the digits from left to right.
     int number() const;
@@ -30,7 +30,7 @@ class SkinDigits : public QWidget {
     friend class SkinDigit;
     void digitChanged();
 
-    bool m_telling = false; ///< the digits of a number come one by one
+    bool m_telling = false; ///< the digits of a number are set one by one
 };
 
 /// One digit of the strip `datum`.

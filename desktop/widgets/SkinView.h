@@ -40,14 +40,14 @@ class SkinView : public QWidget, public Skin {
     void setText(const std::string& element, const std::string& text) override;
     using QWidget::setEnabled;
 
-    /// Name for screen readers and tool tip of an element; where it gives none, the <title> of the
-    /// drawing stands. Called on load.
+    /// Name for screen readers and tool tip of an element; where it yields none, the drawing's
+    /// <title> is used. Called on load.
     void setElementTexts(ElementText name, ElementText toolTip);
     void setSliderOptions(const std::string& element, const SliderOptions& options);
     /// Buttons whose state `on` says that they are ready, from the next load on; of all others it
     /// says that they are chosen.
     void setReadyElements(const std::vector<std::string>& elements);
-    /// Elements that the window counts on: load() names those that are missing.
+    /// Elements that the window relies on: load() reports those that are missing.
     void setExpectedElements(std::vector<std::string> elements);
 
     /// Listeners get the id as the drawing writes it.
@@ -86,7 +86,7 @@ class SkinView : public QWidget, public Skin {
     void applyState(const SkinElement& element);
     void nameElement(const SkinElement& element, QWidget& widget) const;
     void orderTabs();
-    /// Null, after saying so, when the drawing lacks it.
+    /// Null, after reporting it, when the drawing lacks it.
     const SkinElement* known(const std::string& element) const;
     template <typename Change>
     void change(const std::string& element, Change change);

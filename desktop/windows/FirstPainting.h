@@ -8,7 +8,7 @@ class QWidget;
 
 namespace velmorant {
 
-/// Tells once that a widget's first picture has gone to the screen. Belongs to the widget.
+/// Reports once that a widget's first frame has reached the screen. Belongs to the widget.
 class FirstPainting : public QObject {
   public:
     FirstPainting(QWidget& widget, std::function<void()> painted);
@@ -21,7 +21,7 @@ class FirstPainting : public QObject {
 };
 
 /// Shows a window and waits until it is painted, without user input, but no longer than `limit`: a
-/// desktop that hides new windows must not hold the program. True when it was painted.
+/// desktop that hides new windows must not block the program. True when it was painted.
 bool showPainted(QWidget& window, QWidget& contents, std::chrono::milliseconds limit);
 
 } // namespace velmorant

@@ -12,7 +12,7 @@ namespace velmorant {
 class FrameDrag {
   public:
     explicit FrameDrag(QWidget& window) : m_window(window) {}
-    /// At the press that begins it.
+    /// Call it on the press that begins the drag.
     void begin(const QMouseEvent& event);
     void move(const QMouseEvent& event);
     void end() { m_offset.reset(); }

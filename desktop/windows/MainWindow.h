@@ -44,7 +44,7 @@ class MainWindow : public QWidget {
     /// for them.
     void onKey(std::vector<std::string> keys, GatedListener<KeyPress> listener);
     void onDrop(DropTarget::Listener listener) { m_drop->onDrop(std::move(listener)); }
-    /// Beside all panes: by mouse, menu key or Shift+F10; the place in pixels of the frame.
+    /// Outside all panes: by mouse, menu key or Shift+F10; the place in pixels of the frame.
     void onContextMenu(GatedListener<QPoint> listener) { m_contextMenu = std::move(listener); }
 
     /// Lets one widget of a pane, such as the map, fill the window below the title area; null: it

@@ -20,7 +20,7 @@ namespace velmorant {
 /// How the picture is drawn: as VELMORANT_VIDEO says.
 VideoOutput videoOutput(const EnvironmentLookup& environment);
 
-/// The whole program: machine, widgets, rooms and what connects them.
+/// The whole program: host, widgets, rooms and the connections between them.
 ///
 /// The application object must exist, and prepareWebEngine() have been called before it.
 class Application {
@@ -33,7 +33,7 @@ class Application {
     /// Start-up, without the event loop.
     StartUpResult start(const std::string& commandLine);
 
-    // For whoever drives the program from within; there once it is running.
+    // For code that drives the program from within; available once it is running.
     Rooms& rooms() { return m_rooms; }
     Panes& panes() { return *m_panes; }
     Host& host() { return *m_host; }

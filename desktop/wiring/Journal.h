@@ -7,7 +7,7 @@
 
 namespace velmorant {
 
-/// The browser control with every script call written down.
+/// The browser control with every script call logged.
 class JournalledBrowser : public WebBrowser {
   public:
     JournalledBrowser(WebBrowser& browser, Journal& journal)

@@ -22,7 +22,7 @@
 
 namespace velmorant {
 
-/// Shows in the list's own progress line how far the adding of many files has come.
+/// Shows the progress of adding many files in the list's own progress line.
 class ListProgress : public AddingProgress {
   public:
     explicit ListProgress(ProgressStrip& strip) : m_strip(strip) {}
@@ -38,7 +38,7 @@ class ListProgress : public AddingProgress {
 struct PicturePane {
     PicturePane(VideoOutput output, QWidget* parent);
     MpvPlayer player;
-    MpvPlayer hidden;    ///< plays the system clip, seen and heard by nobody
+    MpvPlayer hidden;    ///< plays the system clip, invisible and muted
     VideoWidget* widget; ///< a child of the frame
     VideoWidgetView view;
 };

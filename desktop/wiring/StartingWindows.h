@@ -14,7 +14,7 @@
 namespace velmorant {
 
 /// app -> settings, library: the windows of the start. The splash is shown alone; all others are
-/// built behind it, because the player and the browser take longer to come than a user likes to
+/// built behind it, because the player and the browser take longer to start than a user likes to
 /// look at nothing.
 class StartingWindows : public StartUpWindows {
   public:

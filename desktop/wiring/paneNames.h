@@ -5,8 +5,8 @@
 
 namespace velmorant {
 
-/// Gives a name, in the language of the program, to whatever no skin of one language names: for
-/// screen readers and as tool tips. Before the skins are loaded; the texts must outlive the panes.
+/// Names whatever is not named by a language's skin, in the language of the program, for screen
+/// readers and as tool tips. Call it before the skins are loaded; the texts must outlive the panes.
 void namePanes(Panes& panes, const Texts& texts);
 
 /// Adds the player's keys to the tool tips of the control bar's elements, which its skin has named.

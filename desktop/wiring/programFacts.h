@@ -4,7 +4,7 @@
 
 namespace velmorant {
 
-/// What the about box tells of this build and of the libraries that it runs with.
+/// What the about box says about this build and the libraries it runs with.
 ProgramFacts programFacts();
 
 } // namespace velmorant

@@ -7,18 +7,18 @@ namespace {
 
 class FakeStage {
   public:
-    PlayerControls& controls() { return controls_; }
-    PlayerSettings& settings() { return settings_; }
+    PlayerControls& controls() { return m_controls; }
+    PlayerSettings& settings() { return m_settings; }
     static std::string recording() { return "/card/1.MP4"; }
     static double length() { return 10; }
     bool waitFor(const std::function<bool()>& condition) {
-        controls_.finishOpening(length());
+        m_controls.finishOpening(length());
         return condition();
     }
 
   private:
-    fakes::FakePlayerControls controls_;
-    fakes::FakePlayerSettings settings_;
+    fakes::FakePlayerControls m_controls;
+    fakes::FakePlayerSettings m_settings;
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Fake, PlayerControlsSuite, FakeStage);

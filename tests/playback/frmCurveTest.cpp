@@ -222,9 +222,9 @@ TEST_F(frmCurveTest, head_and_end_start_the_marked_neighbour_whose_file_exists) 
 }
 
 TEST_F(frmCurveTest, fast_and_back_work_only_while_playing) {
-    for (const PlayState state_ :
+    for (const PlayState m_state :
          {PlayState::Undefined, PlayState::Stopped, PlayState::Paused, PlayState::MediaEnded}) {
-        open(state_, 10, 100);
+        open(m_state, 10, 100);
         click("FAST");
         EXPECT_FALSE(tFast.enabled());
         click("BACK");

@@ -19,16 +19,16 @@ namespace velmorant {
 template <typename Stage>
 class PlayerControlsSuite : public testing::Test {
   protected:
-    PlayerControls& player() { return stage_.controls(); }
+    PlayerControls& player() { return m_stage.controls(); }
     bool reaches(PlayState state) {
-        return stage_.waitFor([&] { return player().playState() == state; });
+        return m_stage.waitFor([&] { return player().playState() == state; });
     }
     void open() {
-        player().setUrl(stage_.recording());
+        player().setUrl(m_stage.recording());
         ASSERT_TRUE(reaches(PlayState::Stopped));
     }
 
-    Stage stage_;
+    Stage m_stage;
 };
 
 TYPED_TEST_SUITE_P(PlayerControlsSuite);
@@ -47,18 +47,18 @@ TYPED_TEST_P(PlayerControlsSuite, does_nothing_without_a_file) {
 
 TYPED_TEST_P(PlayerControlsSuite, opens_without_playing) {
     PlayerControls& player = this->player();
-    player.setUrl(this->stage_.recording());
-    EXPECT_EQ(player.url(), this->stage_.recording());
+    player.setUrl(this->m_stage.recording());
+    EXPECT_EQ(player.url(), this->m_stage.recording());
     EXPECT_EQ(player.playState(), PlayState::Undefined);
     EXPECT_EQ(player.currentPosition(), std::nullopt);
     ASSERT_TRUE(this->reaches(PlayState::Stopped));
     EXPECT_NEAR(player.currentPosition().value_or(-1), 0, 0.1);
-    EXPECT_NEAR(player.duration().value_or(-1), this->stage_.length(), 0.1);
+    EXPECT_NEAR(player.duration().value_or(-1), this->m_stage.length(), 0.1);
 }
 
 TYPED_TEST_P(PlayerControlsSuite, says_while_it_opens_that_it_will_play) {
     PlayerControls& player = this->player();
-    player.setUrl(this->stage_.recording());
+    player.setUrl(this->m_stage.recording());
     player.play();
     EXPECT_EQ(player.playState(), PlayState::OpeningToPlay);
     player.play();
@@ -68,7 +68,7 @@ TYPED_TEST_P(PlayerControlsSuite, says_while_it_opens_that_it_will_play) {
 
 TYPED_TEST_P(PlayerControlsSuite, says_while_it_opens_that_it_will_pause) {
     PlayerControls& player = this->player();
-    player.setUrl(this->stage_.recording());
+    player.setUrl(this->m_stage.recording());
     player.pause();
     EXPECT_EQ(player.playState(), PlayState::Undefined) << "nothing was to play";
     player.play();
@@ -79,7 +79,7 @@ TYPED_TEST_P(PlayerControlsSuite, says_while_it_opens_that_it_will_pause) {
 
 TYPED_TEST_P(PlayerControlsSuite, what_was_asked_last_while_it_opens_counts) {
     PlayerControls& player = this->player();
-    player.setUrl(this->stage_.recording());
+    player.setUrl(this->m_stage.recording());
     player.play();
     player.pause();
     player.play();
@@ -91,7 +91,7 @@ TYPED_TEST_P(PlayerControlsSuite, what_was_asked_last_while_it_opens_counts) {
 
 TYPED_TEST_P(PlayerControlsSuite, a_seek_while_it_opens_is_held) {
     PlayerControls& player = this->player();
-    player.setUrl(this->stage_.recording());
+    player.setUrl(this->m_stage.recording());
     player.setCurrentPosition(3);
     EXPECT_EQ(player.currentPosition(), 3);
     player.play();
@@ -121,10 +121,10 @@ TYPED_TEST_P(PlayerControlsSuite, a_seek_stays_within_the_recording) {
     PlayerControls& player = this->player();
     player.setCurrentPosition(-4);
     EXPECT_EQ(player.currentPosition(), 0);
-    player.setCurrentPosition(this->stage_.length() + 100);
-    EXPECT_NEAR(player.currentPosition().value_or(-1), this->stage_.length(), 0.1);
+    player.setCurrentPosition(this->m_stage.length() + 100);
+    EXPECT_NEAR(player.currentPosition().value_or(-1), this->m_stage.length(), 0.1);
     player.setCurrentPosition(std::numeric_limits<double>::quiet_NaN());
-    EXPECT_NEAR(player.currentPosition().value_or(-1), this->stage_.length(), 0.1);
+    EXPECT_NEAR(player.currentPosition().value_or(-1), this->m_stage.length(), 0.1);
 }
 
 TYPED_TEST_P(PlayerControlsSuite, another_file_begins_anew) {
@@ -132,7 +132,7 @@ TYPED_TEST_P(PlayerControlsSuite, another_file_begins_anew) {
     PlayerControls& player = this->player();
     player.play();
     player.setCurrentPosition(3);
-    player.setUrl(this->stage_.recording());
+    player.setUrl(this->m_stage.recording());
     EXPECT_EQ(player.playState(), PlayState::Undefined);
     EXPECT_EQ(player.currentPosition(), std::nullopt);
     EXPECT_EQ(player.duration(), std::nullopt);
@@ -143,7 +143,7 @@ TYPED_TEST_P(PlayerControlsSuite, another_file_begins_anew) {
 }
 
 TYPED_TEST_P(PlayerControlsSuite, settings_stay_within_their_bounds) {
-    PlayerSettings& settings = this->stage_.settings();
+    PlayerSettings& settings = this->m_stage.settings();
     settings.setVolume(130);
     EXPECT_EQ(settings.volume(), 100);
     settings.setVolume(-1);

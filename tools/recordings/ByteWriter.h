@@ -15,10 +15,10 @@ using ByteVector = std::vector<std::uint8_t>;
 
 class ByteWriter {
   public:
-    std::size_t size() const { return bytes_.size(); }
-    const ByteVector& bytes() const { return bytes_; }
+    std::size_t size() const { return m_bytes.size(); }
+    const ByteVector& bytes() const { return m_bytes; }
     // Leaves the writer empty.
-    ByteVector take() { return std::move(bytes_); }
+    ByteVector take() { return std::move(m_bytes); }
 
     ByteWriter& u8(std::uint64_t value) { return big(value, 1); }
     ByteWriter& u16be(std::uint64_t value) { return big(value, 2); }
@@ -43,13 +43,13 @@ class ByteWriter {
     ByteWriter& text(std::initializer_list<char> letters);
     ByteWriter& append(const ByteVector& value);
     ByteWriter& zeros(std::size_t count) {
-        bytes_.resize(bytes_.size() + count);
+        m_bytes.resize(m_bytes.size() + count);
         return *this;
     }
     // Goes on writing at an absolute place that lies ahead; what is between is zero.
     ByteWriter& padTo(std::size_t place) {
-        if (place > bytes_.size()) {
-            bytes_.resize(place);
+        if (place > m_bytes.size()) {
+            m_bytes.resize(place);
         }
         return *this;
     }
@@ -58,7 +58,7 @@ class ByteWriter {
     ByteWriter& big(std::uint64_t value, int width);
     ByteWriter& little(std::uint64_t value, int width);
 
-    ByteVector bytes_;
+    ByteVector m_bytes;
 };
 
 } // namespace velmorant::recordings

@@ -25,25 +25,25 @@ double turn(double from, double to) {
 } // namespace
 
 Driver::Driver(Place start, double direction, unsigned seed)
-    : place_(start),
-      direction_(direction),
-      heading_(direction),
-      random_(seed),
-      plannedHeading_(direction) {}
+    : m_place(start),
+      m_direction(direction),
+      m_heading(direction),
+      m_random(seed),
+      m_plannedHeading(direction) {}
 
 // A street and the curve at its end; the curves lead back towards the drive's direction.
 void Driver::buildMore() {
-    const double limit = fraction(random_) < 0.3 ? 70 / 3.6 : 50 / 3.6;
-    ahead_.push_back({90 + 160 * fraction(random_), 0, limit});
-    const double off = turn(plannedHeading_, direction_);
-    const bool right = std::abs(off) > 40 ? off > 0 : fraction(random_) < 0.5;
-    const double angle = (35 + 50 * fraction(random_)) * (right ? 1 : -1);
-    const double radius = 14 + 30 * fraction(random_);
-    plannedHeading_ += angle;
-    ahead_.push_back({radius * std::abs(angle) * pi / 180, (right ? 1 : -1) / radius,
-                      std::sqrt(comfortableCurve * radius)});
-    if (fraction(random_) < 0.25) {
-        ahead_.push_back({1, 0, 0.3}); // a stop line
+    const double limit = fraction(m_random) < 0.3 ? 70 / 3.6 : 50 / 3.6;
+    m_ahead.push_back({90 + 160 * fraction(m_random), 0, limit});
+    const double off = turn(m_plannedHeading, m_direction);
+    const bool right = std::abs(off) > 40 ? off > 0 : fraction(m_random) < 0.5;
+    const double angle = (35 + 50 * fraction(m_random)) * (right ? 1 : -1);
+    const double radius = 14 + 30 * fraction(m_random);
+    m_plannedHeading += angle;
+    m_ahead.push_back({radius * std::abs(angle) * pi / 180, (right ? 1 : -1) / radius,
+                       std::sqrt(comfortableCurve * radius)});
+    if (fraction(m_random) < 0.25) {
+        m_ahead.push_back({1, 0, 0.3}); // a stop line
     }
 }
 
@@ -51,7 +51,7 @@ void Driver::buildMore() {
 double Driver::allowedSpeed() const {
     double allowed = 1e9;
     double way = 0;
-    for (const Piece& piece : ahead_) {
+    for (const Piece& piece : m_ahead) {
         allowed =
             std::min(allowed, std::sqrt(piece.limit * piece.limit + 2 * comfortableBraking * way));
         way += piece.length;
@@ -60,39 +60,39 @@ double Driver::allowedSpeed() const {
 }
 
 void Driver::step(double seconds) {
-    while (ahead_.size() < 8) {
+    while (m_ahead.size() < 8) {
         buildMore();
     }
-    if (waiting_ > 0) {
-        waiting_ -= seconds;
-        acceleration_ = 0;
-        speed_ = 0;
+    if (m_waiting > 0) {
+        m_waiting -= seconds;
+        m_acceleration = 0;
+        m_speed = 0;
         return;
     }
-    const double before = speed_;
+    const double before = m_speed;
     const double allowed = allowedSpeed();
-    speed_ = std::min(allowed, speed_ + comfortableStart * seconds);
-    speed_ = std::max(speed_, std::max(0.2, before - 1.5 * comfortableBraking * seconds));
-    acceleration_ = (speed_ - before) / seconds;
-    double way = speed_ * seconds;
+    m_speed = std::min(allowed, m_speed + comfortableStart * seconds);
+    m_speed = std::max(m_speed, std::max(0.2, before - 1.5 * comfortableBraking * seconds));
+    m_acceleration = (m_speed - before) / seconds;
+    double way = m_speed * seconds;
     while (way > 0) {
-        Piece& piece = ahead_.front();
+        Piece& piece = m_ahead.front();
         const double part = std::min(way, piece.length);
         const double turned = part * piece.curvature * 180 / pi;
-        const double middle = (heading_ + turned / 2) * pi / 180;
-        place_.latitude += part * std::cos(middle) / metresPerDegree;
-        place_.longitude +=
-            part * std::sin(middle) / (metresPerDegree * std::cos(place_.latitude * pi / 180));
-        place_.longitude = std::remainder(place_.longitude, 360);
-        heading_ += turned;
-        altitude_ += part * 0.01 * std::sin(place_.latitude * 3000);
+        const double middle = (m_heading + turned / 2) * pi / 180;
+        m_place.latitude += part * std::cos(middle) / metresPerDegree;
+        m_place.longitude +=
+            part * std::sin(middle) / (metresPerDegree * std::cos(m_place.latitude * pi / 180));
+        m_place.longitude = std::remainder(m_place.longitude, 360);
+        m_heading += turned;
+        m_altitude += part * 0.01 * std::sin(m_place.latitude * 3000);
         piece.length -= part;
         way -= part;
         if (piece.length <= 1e-9) {
             if (piece.limit < 1) {
-                waiting_ = 4 + 4 * fraction(random_);
+                m_waiting = 4 + 4 * fraction(m_random);
             }
-            ahead_.erase(ahead_.begin());
+            m_ahead.erase(m_ahead.begin());
         }
     }
 }
@@ -103,19 +103,19 @@ std::vector<DriveSecond> Driver::drive(std::int64_t time, int seconds) {
     for (int second = 0; second < seconds; ++second) {
         DriveSecond now;
         now.time = time + second;
-        now.latitude = place_.latitude;
-        now.longitude = place_.longitude;
-        now.altitude = altitude_;
-        now.speed = speed_ * 3.6;
-        now.heading = std::fmod(std::fmod(heading_, 360) + 360, 360);
+        now.latitude = m_place.latitude;
+        now.longitude = m_place.longitude;
+        now.altitude = m_altitude;
+        now.speed = m_speed * 3.6;
+        now.heading = std::fmod(std::fmod(m_heading, 360) + 360, 360);
         for (int i = 0; i < steps; ++i) {
             step(1.0 / steps);
-            const double curvature = waiting_ > 0 ? 0 : ahead_.front().curvature;
-            now.right += speed_ * speed_ * curvature / gravity / steps;
-            now.forwards += acceleration_ / gravity / steps;
+            const double curvature = m_waiting > 0 ? 0 : m_ahead.front().curvature;
+            now.right += m_speed * m_speed * curvature / gravity / steps;
+            now.forwards += m_acceleration / gravity / steps;
         }
         // The road's own roughness, more of it at speed.
-        now.up += (fraction(random_) - 0.5) * 0.004 * speed_;
+        now.up += (fraction(m_random) - 0.5) * 0.004 * m_speed;
         result.push_back(now);
     }
     return result;

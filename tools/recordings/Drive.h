@@ -45,16 +45,16 @@ class Driver {
     double allowedSpeed() const;
     void step(double seconds);
 
-    Place place_;
-    double direction_;
-    double heading_; // degrees
-    std::mt19937 random_;
-    std::vector<Piece> ahead_; // the piece under the car first
-    double plannedHeading_;
-    double speed_ = 0;        // metres per second
-    double acceleration_ = 0; // metres per second squared
-    double waiting_ = 2;      // seconds left standing
-    double altitude_ = 20;
+    Place m_place;
+    double m_direction;
+    double m_heading; // degrees
+    std::mt19937 m_random;
+    std::vector<Piece> m_ahead; // the piece under the car first
+    double m_plannedHeading;
+    double m_speed = 0;        // metres per second
+    double m_acceleration = 0; // metres per second squared
+    double m_waiting = 2;      // seconds left standing
+    double m_altitude = 20;
 };
 
 // Takes the fix from the seconds first..last, as a tunnel does.
