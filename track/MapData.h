@@ -20,8 +20,8 @@ struct TileCredit {
 /// in resources/map/README.md.
 class MapData {
   public:
-    /// The page keeps the language of this moment, as every window does that is built already.
-    /// Keeps the references.
+    /// The page keeps its present language, as every window does once it is built. Keeps the
+    /// references.
     MapData(const ProgramState& state, const RecordingList& list, const HostPaths& paths);
     /// Absent: no provider, and nothing leaves the machine.
     void setTiles(std::optional<TileCredit> tiles) { m_tiles = std::move(tiles); }
