@@ -1,7 +1,7 @@
 #pragma once
 
-#include "library/FolderReader.h"
 #include "ports/FileSystem.h"
+#include "ports/FolderReader.h"
 #include "ports/HostPaths.h"
 
 #include <string>

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "library/AddingProgress.h"
-#include "library/FolderReader.h"
 #include "library/PlayQueue.h"
 #include "library/RecordingCount.h"
 #include "library/RecordingEntryMaker.h"
@@ -13,6 +12,7 @@
 #include "ports/BandContainer.h"
 #include "ports/FileDialogs.h"
 #include "ports/FileSystem.h"
+#include "ports/FolderReader.h"
 #include "ports/HostPaths.h"
 #include "ports/ListControl.h"
 #include "ports/MapPage.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/FolderReader.h"
+#include "ports/FolderReader.h"
 
 namespace velmorant {
 
