@@ -74,12 +74,12 @@ void Journal::write(JournalLevel level, std::string_view text) {
            << onOneLine(text) << std::endl;
 }
 
-void Journal::passedOver(std::string_view what, const std::source_location& where) {
-    std::string_view file = where.file_name();
+void Journal::passedOver(std::string_view what, const SourcePlace& where) {
+    std::string_view file = where.file;
     if (const std::size_t slash = file.rfind('/'); slash != std::string_view::npos)
         file.remove_prefix(slash + 1);
-    write(JournalLevel::Warning, "passed over in " + std::string(where.function_name()) + " (" +
-                                     std::string(file) + ":" + std::to_string(where.line()) +
+    write(JournalLevel::Warning, "passed over in " + std::string(where.function) + "() (" +
+                                     std::string(file) + ":" + std::to_string(where.line) +
                                      "): " + std::string(what));
 }
 

@@ -34,7 +34,7 @@ class Journal : public ErrorLog {
     void write(std::string_view text) { write(JournalLevel::Info, text); }
     void write(JournalLevel level, std::string_view text);
     /// A warning: "passed over in FUNCTION (FILE:LINE): WHAT".
-    void passedOver(std::string_view what, const std::source_location& where) override;
+    void passedOver(std::string_view what, const SourcePlace& where) override;
 
   private:
     std::ofstream m_file;

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <source_location>
+#include "common/SourcePlace.h"
+
 #include <string_view>
 
 namespace velmorant {
@@ -11,7 +12,7 @@ class ErrorLog {
   public:
     virtual ~ErrorLog() = default;
     /// `where` is the place that passed the error over. Throws nothing.
-    virtual void passedOver(std::string_view what, const std::source_location& where) = 0;
+    virtual void passedOver(std::string_view what, const SourcePlace& where) = 0;
 };
 
 } // namespace velmorant

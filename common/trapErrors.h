@@ -1,9 +1,9 @@
 #pragma once
 
 #include "common/ErrorLog.h"
+#include "common/SourcePlace.h"
 #include "common/StepError.h"
 
-#include <source_location>
 #include <utility>
 
 namespace velmorant {
@@ -12,7 +12,7 @@ enum class StepOutcome { Done, Failed };
 
 /// For a handler that catches by itself and goes on.
 inline void noteError(ErrorLog* log, const StepError& error,
-                      const std::source_location& where = std::source_location::current()) {
+                      const SourcePlace& where = SourcePlace::current()) {
     if (log != nullptr)
         log->passedOver(error.what(), where);
 }
@@ -22,7 +22,7 @@ inline void noteError(ErrorLog* log, const StepError& error,
 /// else is a defect and must be seen.
 template <typename Step>
 StepOutcome trapErrors(ErrorLog* log, Step&& step,
-                       const std::source_location& where = std::source_location::current()) {
+                       const SourcePlace& where = SourcePlace::current()) {
     try {
         std::forward<Step>(step)();
         return StepOutcome::Done;

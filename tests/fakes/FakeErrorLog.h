@@ -10,9 +10,9 @@ namespace velmorant::fakes {
 /// Keeps what was noted, in order.
 class FakeErrorLog : public ErrorLog {
   public:
-    void passedOver(std::string_view what, const std::source_location& where) override {
+    void passedOver(std::string_view what, const SourcePlace& where) override {
         noted.emplace_back(what);
-        functions.emplace_back(where.function_name());
+        functions.emplace_back(where.function);
     }
 
     std::vector<std::string> noted;
