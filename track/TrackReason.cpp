@@ -20,7 +20,7 @@ struct Words {
 
 /// The codes of the extractor; "track-file" is a file of its that cannot be used, "same-file" a
 /// track that would be written over its recording.
-constexpr std::array words = {
+constexpr std::array knownReasons = {
     Words{"empty", "reason.empty"},
     Words{"not-a-recording", "reason.notARecording"},
     Words{"cut-off", "reason.cutOff"},
@@ -46,9 +46,9 @@ std::string additionOf(const TrackReason& reason) {
     const bool noTrack = reason.kind == TrackReason::Kind::NoTrack;
     if (reason.code == "damaged")
         return noTrack ? "reason.damaged" : "reason.damagedInPart";
-    const auto known = std::find_if(words.begin(), words.end(),
+    const auto known = std::find_if(knownReasons.begin(), knownReasons.end(),
                                     [&](const Words& each) { return each.code == reason.code; });
-    if (known != words.end())
+    if (known != knownReasons.end())
         return known->addition;
     return noTrack ? "reason.noTrack" : "reason.partOfTrack";
 }
