@@ -8,8 +8,8 @@ namespace velmorant::telemetry {
 
 namespace {
 
-constexpr std::int64_t quarter = 900;        // every time zone is a whole number of quarters
-constexpr std::int64_t farthest = 14 * 3600; // of a zone from UTC
+constexpr std::int64_t quarter = 900; // every time zone is a whole number of quarters
+constexpr std::int64_t farthest = 14 * std::int64_t{3600}; // of a zone from UTC
 constexpr std::int64_t slack = 15; // seconds by which two clocks set to one time may differ
 
 // How far one clock is ahead of the other as a zone would have it; nothing for other differences.
@@ -235,9 +235,10 @@ std::string describe(const ClockEvidence& clock) {
     case TimeBase::creation:
         return "counted from the creation time, zone unknown";
     case TimeBase::camera:
-        return clock.minutesAheadOfUtc ? "the recorder's own clock, " +
-                                             aheadOrBehind(*clock.minutesAheadOfUtc * 60) + " UTC"
-                                       : "the recorder's own clock, zone unknown";
+        return clock.minutesAheadOfUtc
+                   ? "the recorder's own clock, " +
+                         aheadOrBehind(*clock.minutesAheadOfUtc * std::int64_t{60}) + " UTC"
+                   : "the recorder's own clock, zone unknown";
     case TimeBase::none:
         break;
     }

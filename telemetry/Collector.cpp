@@ -1,6 +1,7 @@
 #include "telemetry/Collector.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "telemetry/FalsePositions.h"
@@ -227,7 +228,7 @@ void Collector::add(std::size_t second, const AccelerationMean& readings) {
 
 void Collector::comesAt(double seconds) {
     constexpr double perSecond = 1000;
-    offset_ = seconds > 0 ? static_cast<std::uint64_t>(seconds * perSecond + 0.5) : 0;
+    offset_ = seconds > 0 ? static_cast<std::uint64_t>(std::llround(seconds * perSecond)) : 0;
     if (!timesAt_) {
         timesAt_ = [](std::span<const std::uint64_t> milliseconds) {
             std::vector<double> times;
